@@ -1,0 +1,22 @@
+#pragma once
+
+#include "MenubarCore/Text/Date.h"
+#include "MenubarCore/Text/TimeZone.h"
+
+namespace menubar {
+
+/// The time and the place. Main thread.
+class Clock {
+public:
+    Clock() = default;
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+    virtual ~Clock() = default;
+
+    [[nodiscard]] virtual Date now() const = 0;
+
+    /// The zone that the person's clock shows now; it follows a change of the system's setting.
+    [[nodiscard]] virtual TimeZone timeZone() const = 0;
+};
+
+} // namespace menubar

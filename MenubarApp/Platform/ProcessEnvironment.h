@@ -1,0 +1,15 @@
+#pragma once
+
+#include "MenubarCore/Status/FileManager.h"
+
+#include <string>
+
+namespace menubar {
+
+/// The process's environment variables; entries without "=" are left out. Not while another thread changes them.
+[[nodiscard]] Environment processEnvironment();
+
+/// The home directory: `HOME` where it is set and not empty, otherwise the account's.
+[[nodiscard]] std::string homeDirectory(const Environment& environment);
+
+} // namespace menubar

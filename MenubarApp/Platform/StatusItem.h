@@ -1,0 +1,28 @@
+#pragma once
+
+#include "MenubarApp/StatusMenu/VisibilityProbe.h"
+#include "MenubarCore/Menu/MenuItem.h"
+#include "MenubarCore/Menu/StatusItemPresentation.h"
+
+namespace menubar {
+
+/// The menu-bar item and its menu, alive as long as the process. Main thread.
+class StatusItem {
+public:
+    StatusItem() = default;
+    StatusItem(const StatusItem&) = delete;
+    StatusItem& operator=(const StatusItem&) = delete;
+    virtual ~StatusItem() = default;
+
+    /// Shows the presentation. Touches only what differs from the one before, for every change is drawn again on each
+    /// display.
+    virtual void apply(const StatusItemPresentation& presentation) = 0;
+
+    /// Replaces all items of the menu, also while it is open; the menu is never empty in between.
+    virtual void setMenu(const Menu& menu) = 0;
+
+    /// What the window server tells of the item's window.
+    [[nodiscard]] virtual VisibilityProbe readVisibility() = 0;
+};
+
+} // namespace menubar

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+namespace menubar {
+
+/// The desktop around the app. Main thread.
+class Workspace {
+public:
+    Workspace() = default;
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+    virtual ~Workspace() = default;
+
+    /// Opens a file with its default application, or a directory in the file viewer.
+    virtual void open(const std::string& path) = 0;
+
+    /// Shows and selects a file in the file viewer.
+    virtual void reveal(const std::string& path) = 0;
+
+    /// Whether the Option key is down in the event being handled.
+    [[nodiscard]] virtual bool isOptionKeyDown() const = 0;
+
+    /// Asks the application to terminate; it may take until the next turn of the event loop.
+    virtual void terminate() = 0;
+};
+
+} // namespace menubar

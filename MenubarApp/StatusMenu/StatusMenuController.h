@@ -1,0 +1,109 @@
+#pragma once
+
+#include "MenubarApp/Platform/MainLoop.h"
+#include "MenubarCore/Menu/CompactSetting.h"
+#include "MenubarCore/Menu/DaemonState.h"
+#include "MenubarCore/Menu/HiddenItemTracker.h"
+#include "MenubarCore/Menu/StatusItemPresentation.h"
+#include "MenubarCore/Menu/StatusMenu.h"
+#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/Status/StatusSnapshot.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace menubar {
+
+class Clock;
+class DaemonCommands;
+class SettingsWindow;
+class StatusItem;
+class UserDefaults;
+class Workspace;
+
+/// Keeps the status item and its menu true: every 3 seconds, and whenever the menu opens, it reads the status file,
+/// restyles the item, checks that it is on screen and makes the menu anew.
+///
+/// One lives for the whole process. Everything is on the main thread. What outlives a call (timer, completions) holds
+/// the controller weakly and does nothing once it is gone.
+class StatusMenuController : public std::enable_shared_from_this<StatusMenuController> {
+public:
+    static constexpr std::chrono::milliseconds pollInterval{3000};
+    static constexpr std::chrono::milliseconds pollTolerance{300};
+
+    /// What the controller reaches the world through. All of it outlives the controller.
+    struct Ports {
+        MainLoop& mainLoop;
+        StatusItem& statusItem;
+        Workspace& workspace;
+        UserDefaults& defaults;
+        const FileManager& fileManager;
+        const Clock& clock;
+        DaemonCommands& commands;
+        SettingsWindow& settings;
+        std::function<void(std::string_view)> log;
+    };
+
+    [[nodiscard]] static std::shared_ptr<StatusMenuController> create(std::string statusPath, Environment environment,
+                                                                      std::string home, Ports ports);
+
+    // Events from the shell
+
+    /// Reads the file once and starts polling. Called once.
+    void start();
+    void menuWillOpen();
+    void menuDidClose();
+    /// An item of the status menu was chosen: its action, tag and path.
+    void perform(MenuAction action, int tag, const std::optional<std::string>& path);
+    /// Stops polling for good.
+    void applicationWillTerminate();
+
+    // State for the shell
+
+    [[nodiscard]] const std::string& statusPath() const { return m_statusPath; }
+
+    [[nodiscard]] const StatusSnapshot& snapshot() const { return m_snapshot; }
+
+    [[nodiscard]] const DaemonState& state() const { return m_state; }
+
+    [[nodiscard]] const CompactSetting& compact() const { return m_compact; }
+
+    [[nodiscard]] const HiddenItemTracker& hiddenTracker() const { return m_hiddenTracker; }
+
+    [[nodiscard]] bool menuIsOpen() const { return m_menuIsOpen; }
+
+    // Calls to the shell: see Ports.
+
+private:
+    StatusMenuController(std::string statusPath, Environment environment, std::string home, Ports ports);
+
+    void refresh();
+    void probeVisibility(Date now);
+    void rebuildMenu(Date now);
+    void focusSession(int tag);
+    void openHandoff(const std::optional<std::string>& path);
+    void toggleCompact();
+    /// A completion that refreshes if the controller still exists.
+    [[nodiscard]] std::function<void()> refreshLater();
+
+    const std::string m_statusPath;
+    const Environment m_environment;
+    const std::string m_logsDirectory;
+    const std::string m_plistPath;
+    const Ports m_ports;
+
+    StatusSnapshot m_snapshot;
+    DaemonState m_state;
+    CompactSetting m_compact;
+    HiddenItemTracker m_hiddenTracker;
+    bool m_menuIsOpen = false;
+    std::optional<StatusItemPresentation> m_shown;
+    StatusMenu m_menu;
+    std::unique_ptr<RepeatingTimer> m_timer; // last: it stops before anything that its action uses is gone
+};
+
+} // namespace menubar

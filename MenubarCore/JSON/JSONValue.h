@@ -1,0 +1,107 @@
+#pragma once
+
+#include "MenubarCore/JSON/DecodingError.h"
+
+#include <cstddef>
+#include <expected>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace menubar {
+
+/// Why a value could not be written as JSON.
+enum class EncodingError {
+    nonFiniteNumber, ///< a NaN or an infinity, which JSON has no form for
+};
+
+/// A lower-case sentence for people.
+[[nodiscard]] std::string_view describe(EncodingError error);
+
+/// Whether JSON is written with line breaks and indentation or without any white space.
+enum class JSONLayout { pretty, compact };
+
+/// A JSON tree of values whose shape is not known in advance. A value type: immutable once built, copies are
+/// independent. Every number is a double; integers beyond 2^53 lose precision, which is accepted. Objects hold their
+/// keys in ascending order of their UTF-8 bytes (which is code-point order).
+///
+/// Equality is by case and payload; numbers compare as IEEE doubles (NaN differs from itself, 0.0 equals -0.0).
+class JSONValue {
+public:
+    struct Null {
+        bool operator==(const Null&) const = default;
+    };
+
+    using Array = std::vector<JSONValue>;
+    using Object = std::map<std::string, JSONValue, std::less<>>;
+    /// The payload, one alternative for each case, in the order of `Case`.
+    using Storage = std::variant<bool, double, std::string, Array, Object, Null>;
+
+    enum class Case { bool_, number, string, array, object, null };
+
+    JSONValue() : m_storage(Null{}) {}
+
+    JSONValue(std::nullptr_t) : m_storage(Null{}) {}
+
+    JSONValue(bool value) : m_storage(value) {}
+
+    JSONValue(double value) : m_storage(value) {}
+
+    JSONValue(int value) : m_storage(static_cast<double>(value)) {}
+
+    JSONValue(std::string value) : m_storage(std::move(value)) {}
+
+    JSONValue(std::string_view value) : m_storage(std::string(value)) {}
+
+    JSONValue(const char* value) : m_storage(std::string(value)) {}
+
+    JSONValue(Array value) : m_storage(std::move(value)) {}
+
+    JSONValue(Object value) : m_storage(std::move(value)) {}
+
+    [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
+
+    [[nodiscard]] const Storage& storage() const& { return m_storage; }
+
+    /// The payload when the case matches, nothing otherwise. The pointers live as long as this value, unchanged.
+    [[nodiscard]] std::optional<bool> boolValue() const;
+    [[nodiscard]] std::optional<double> numberValue() const;
+
+    [[nodiscard]] const std::string* stringValue() const& { return std::get_if<std::string>(&m_storage); }
+
+    [[nodiscard]] const Array* arrayValue() const& { return std::get_if<Array>(&m_storage); }
+
+    [[nodiscard]] const Object* objectValue() const& { return std::get_if<Object>(&m_storage); }
+
+    const std::string* stringValue() && = delete;
+    const Array* arrayValue() && = delete;
+    const Object* objectValue() && = delete;
+
+    [[nodiscard]] bool isNull() const { return std::holds_alternative<Null>(m_storage); }
+
+    /// Reads one whole JSON document (UTF-8); a bare scalar is accepted. See JSONReader.h for what is refused.
+    [[nodiscard]] static std::expected<JSONValue, DecodingError> decode(std::string_view document);
+
+    /// Writes the document. Keys are sorted at every depth, "/" is written "\/", control characters are escaped,
+    /// everything else is UTF-8 as it stands. Pretty layout: two blanks a level, `"key" : value`, empty containers as
+    /// `[]` and `{}`; no line feed at the end.
+    [[nodiscard]] std::expected<std::string, EncodingError> encode(JSONLayout layout) const;
+
+    /// One line for display: strings unquoted, containers as compact JSON (empty text when they hold a non-finite
+    /// number).
+    [[nodiscard]] std::string compactText() const;
+
+    /// The text of a number: whole numbers below 1e15 in magnitude as integers, every other one as the shortest
+    /// decimal that reads back; exponent form below 1e-4 and from 1e15 on ("1e+15", "1.5e-07", "nan", "inf").
+    [[nodiscard]] static std::string format(double number);
+
+    bool operator==(const JSONValue&) const = default;
+
+private:
+    Storage m_storage;
+};
+
+} // namespace menubar

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace menubar {
+
+/// What choosing an item asks for. The first block is the status menu's, the second the main menu's.
+enum class MenuAction {
+    none,
+    focusSession,
+    openHandoff,
+    refreshClicked,
+    openSettings,
+    toggleCompact,
+    startDaemon,
+    stopDaemon,
+    openLogs,
+    openStatusFile,
+    quit,
+
+    showSettings,
+    terminate,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    selectAll,
+    performClose,
+    performMiniaturize,
+};
+
+/// The enumerator's name; empty for `none`.
+[[nodiscard]] std::string_view rawText(MenuAction action);
+
+/// The modifiers that go with a key equivalent.
+enum class KeyModifiers { command, shiftCommand };
+
+/// One item of a menu as a value: everything that is decided about it, nothing of how it is drawn.
+struct MenuItem {
+    enum class Kind { item, separator };
+
+    Kind kind = Kind::item;
+    std::string title;
+    std::optional<std::string> tooltip; ///< never empty
+    MenuAction action = MenuAction::none;
+    bool enabled = false;
+    bool checked = false;
+    int tag = 0;         ///< 0 for none; sessions count from 1
+    int indentation = 0; ///< levels
+    std::string keyEquivalent;
+    KeyModifiers keyModifiers = KeyModifiers::command;
+    std::optional<std::string> path; ///< the file that a hand-off's item stands for
+    std::vector<MenuItem> submenu;
+
+    bool operator==(const MenuItem&) const = default;
+};
+
+using Menu = std::vector<MenuItem>;
+
+/// A stable text of the whole menu, one line an item, for tests and debugging: marks for disabled, checked, tag,
+/// indentation, key, action, tooltip and path.
+[[nodiscard]] std::string dump(const Menu& menu);
+
+} // namespace menubar

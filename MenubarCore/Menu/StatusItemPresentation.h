@@ -1,0 +1,31 @@
+#pragma once
+
+#include "MenubarCore/Menu/DaemonState.h"
+#include "MenubarCore/Status/StatusFile.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace menubar {
+
+/// What the status item shows.
+struct StatusItemPresentation {
+    enum class Tone { ok, warn, critical, muted };
+
+    std::string symbolName; ///< "eye", "eye.trianglebadge.exclamationmark" or "eye.slash"
+    std::string title;      ///< beside the symbol; empty in compact mode
+    Tone tone = Tone::muted;
+    std::string tooltip;
+
+    [[nodiscard]] static StatusItemPresentation make(const DaemonState& state, std::span<const SessionStatus> sessions,
+                                                     std::span<const ProviderFailure> providerFailures, bool compact,
+                                                     const TimeZone& timeZone);
+
+    bool operator==(const StatusItemPresentation&) const = default;
+};
+
+/// "ok", "warn", "critical", "muted".
+[[nodiscard]] std::string_view rawText(StatusItemPresentation::Tone tone);
+
+} // namespace menubar

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <map>
+#include <string>
+
+namespace menubar {
+
+/// The process environment as a value.
+using Environment = std::map<std::string, std::string, std::less<>>;
+
+/// Why a file could not be read: one sentence for people, with the file's name and the system's reason.
+struct FileError {
+    std::string message;
+
+    bool operator==(const FileError&) const = default;
+};
+
+/// What the core asks of the file system. Implementations never throw.
+class FileManager {
+public:
+    FileManager() = default;
+    FileManager(const FileManager&) = delete;
+    FileManager& operator=(const FileManager&) = delete;
+    virtual ~FileManager() = default;
+
+    /// Whether anything is at the path; a symbolic link counts as what it leads to, so a dangling one is nothing.
+    [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+
+    /// The bytes of a regular file. Anything else (a directory, a FIFO, a device) is refused without waiting for it.
+    [[nodiscard]] virtual std::expected<std::string, FileError> contents(const std::string& path) const = 0;
+};
+
+} // namespace menubar
