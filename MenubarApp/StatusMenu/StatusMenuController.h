@@ -83,7 +83,7 @@ private:
 
     void refresh();
     void probeVisibility(Date now);
-    void rebuildMenu(Date now);
+    void rebuildMenu(Date now, const TimeZone& timeZone);
     void focusSession(int tag);
     void openHandoff(const std::optional<std::string>& path);
     void toggleCompact();
