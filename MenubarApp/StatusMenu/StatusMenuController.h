@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Platform/MainLoop.h"
+#include "MenubarApp/StatusMenu/StatusMenuEvents.h"
 #include "MenubarCore/Menu/CompactSetting.h"
 #include "MenubarCore/Menu/DaemonState.h"
 #include "MenubarCore/Menu/HiddenItemTracker.h"
@@ -30,7 +31,7 @@ class Workspace;
 ///
 /// One lives for the whole process. Everything is on the main thread. What outlives a call (timer, completions) holds
 /// the controller weakly and does nothing once it is gone.
-class StatusMenuController : public std::enable_shared_from_this<StatusMenuController> {
+class StatusMenuController final : public StatusMenuEvents, public std::enable_shared_from_this<StatusMenuController> {
 public:
     static constexpr std::chrono::milliseconds pollInterval{3000};
     static constexpr std::chrono::milliseconds pollTolerance{300};
@@ -55,10 +56,9 @@ public:
 
     /// Reads the file once and starts polling. Called once.
     void start();
-    void menuWillOpen();
-    void menuDidClose();
-    /// An item of the status menu was chosen: its action, tag and path.
-    void perform(MenuAction action, int tag, const std::optional<std::string>& path);
+    void menuWillOpen() override;
+    void menuDidClose() override;
+    void perform(MenuAction action, int tag, const std::optional<std::string>& path) override;
     /// Stops polling for good.
     void applicationWillTerminate();
 
