@@ -1,0 +1,111 @@
+#include "MenubarCore/Text/Graphemes.h"
+
+#include "MenubarCore/Text/CodePoints.h"
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+
+#include <unicode/ubrk.h>
+#include <unicode/utext.h>
+
+namespace menubar {
+
+namespace {
+
+struct CloseBreakIterator {
+    void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
+};
+
+struct CloseText {
+    void operator()(UText* text) const { utext_close(text); }
+};
+
+/// This thread's break iterator: opening one costs more than any text it is used on. Null when ICU has no data.
+UBreakIterator* characterIterator() {
+    static thread_local const std::unique_ptr<UBreakIterator, CloseBreakIterator> iterator = [] {
+        UErrorCode error = U_ZERO_ERROR;
+        std::unique_ptr<UBreakIterator, CloseBreakIterator> opened(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &error));
+        return U_SUCCESS(error) ? std::move(opened) : nullptr;
+    }();
+    return iterator.get();
+}
+
+bool isAsciiAt(std::string_view text, std::size_t index) {
+    return static_cast<unsigned char>(text[index]) < 0x80;
+}
+
+/// Steps from boundary to boundary. Between two ASCII characters there always is one, but for CR LF, so only what lies
+/// next to other characters is left to ICU. One walk at a time on each thread.
+class Walk {
+public:
+    explicit Walk(std::string_view text) : m_text(text) {}
+
+    /// The end of the character that begins at the boundary `start`, which lies below the text's size.
+    std::size_t next(std::size_t start) {
+        const std::size_t end = start + 1;
+        if (isAsciiAt(m_text, start) && (end == m_text.size() || isAsciiAt(m_text, end))) {
+            const bool isLineBreak = m_text.substr(start, 2) == "\r\n";
+            return isLineBreak ? start + 2 : end;
+        }
+        return m_iterator == nullptr && !attach(start) ? endOfCodePoint(start) : following(start);
+    }
+
+private:
+    /// ICU counts in 32 bits: a longer text is walked in windows that each begin at a boundary.
+    static constexpr std::size_t windowSize = std::numeric_limits<std::int32_t>::max() / 2;
+
+    bool attach(std::size_t start) {
+        UBreakIterator* const iterator = characterIterator();
+        if (iterator == nullptr) {
+            return false;
+        }
+        m_base = start;
+        const std::string_view window = m_text.substr(start, windowSize);
+        UErrorCode error = U_ZERO_ERROR;
+        const std::unique_ptr<UText, CloseText> text(
+            utext_openUTF8(nullptr, window.data(), static_cast<std::int64_t>(window.size()), &error));
+        ubrk_setUText(iterator, text.get(), &error); // keeps its own shallow copy
+        m_iterator = U_SUCCESS(error) ? iterator : nullptr;
+        return m_iterator != nullptr;
+    }
+
+    std::size_t following(std::size_t start) {
+        if (start - m_base >= windowSize && !attach(start)) {
+            return endOfCodePoint(start);
+        }
+        const std::int32_t end = ubrk_following(m_iterator, static_cast<std::int32_t>(start - m_base));
+        return end == UBRK_DONE ? m_text.size() : m_base + static_cast<std::size_t>(end);
+    }
+
+    std::size_t endOfCodePoint(std::size_t index) const {
+        static_cast<void>(nextCodePoint(m_text, index));
+        return index;
+    }
+
+    std::string_view m_text;
+    UBreakIterator* m_iterator = nullptr; // null until the first character that needs it
+    std::size_t m_base = 0;               // where its text begins in m_text
+};
+
+} // namespace
+
+std::size_t graphemeCount(std::string_view text) {
+    Walk walk(text);
+    std::size_t count = 0;
+    for (std::size_t index = 0; index < text.size(); index = walk.next(index)) {
+        ++count;
+    }
+    return count;
+}
+
+std::string_view graphemePrefix(std::string_view text, std::size_t count) {
+    Walk walk(text);
+    std::size_t index = 0;
+    for (; index < text.size() && count > 0; --count) {
+        index = walk.next(index);
+    }
+    return text.substr(0, index);
+}
+
+} // namespace menubar
