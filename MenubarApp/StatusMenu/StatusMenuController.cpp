@@ -6,10 +6,7 @@
 #include "MenubarApp/Platform/UserDefaults.h"
 #include "MenubarApp/Platform/Workspace.h"
 #include "MenubarApp/Settings/SettingsWindow.h"
-#include "MenubarCore/Daemon/LaunchAgentLabel.h"
-#include "MenubarCore/Status/StatusFileLocator.h"
 
-#include <span>
 #include <utility>
 
 namespace menubar {
@@ -23,8 +20,7 @@ std::shared_ptr<StatusMenuController> StatusMenuController::create(std::string s
 
 StatusMenuController::StatusMenuController(std::string statusPath, Environment environment, std::string home,
                                            Ports ports)
-    : m_statusPath(std::move(statusPath)), m_environment(std::move(environment)),
-      m_logsDirectory(home + "/Library/Logs/ostrel"), m_plistPath(launchAgentPlistPath(home)),
+    : m_paths(StatusPaths::under(home, std::move(statusPath))), m_environment(std::move(environment)),
       m_ports(std::move(ports)) {}
 
 void StatusMenuController::start() {
@@ -54,8 +50,8 @@ void StatusMenuController::perform(MenuAction action, int tag, const std::option
     case MenuAction::toggleCompact: toggleCompact(); return;
     case MenuAction::startDaemon: m_ports.commands.startDaemon(refreshLater()); return;
     case MenuAction::stopDaemon: m_ports.commands.stopDaemon(refreshLater()); return;
-    case MenuAction::openLogs: m_ports.workspace.open(m_logsDirectory); return;
-    case MenuAction::openStatusFile: m_ports.workspace.open(m_statusPath); return;
+    case MenuAction::openLogs: m_ports.workspace.open(m_paths.logsDirectory); return;
+    case MenuAction::openStatusFile: m_ports.workspace.open(m_paths.statusFile); return;
     case MenuAction::quit: m_ports.workspace.terminate(); return;
     // The main menu's actions travel along the responder chain and never come here.
     case MenuAction::none:
@@ -75,19 +71,13 @@ void StatusMenuController::perform(MenuAction action, int tag, const std::option
 void StatusMenuController::refresh() {
     const Date now = m_ports.clock.now();
     const TimeZone timeZone = m_ports.clock.timeZone();
-    m_snapshot = StatusFileLocator::load(m_statusPath, m_ports.fileManager);
-    m_state = DaemonState::from(m_snapshot, now);
-    m_compact = CompactSetting::resolve(m_environment, m_ports.defaults.boolValue(CompactSetting::defaultsKey));
-
-    const StatusFile* file = m_snapshot.file();
-    const auto sessions = file == nullptr ? std::span<const SessionStatus>() : std::span(file->sessions);
-    const auto failures = file == nullptr ? std::span<const ProviderFailure>() : std::span(file->providerFailures);
-    auto presentation = StatusItemPresentation::make(m_state, sessions, failures, m_compact.compact, timeZone);
-    if (m_shown != presentation) {
-        m_ports.statusItem.apply(presentation);
-        m_shown = std::move(presentation);
+    const auto storedCompact = m_ports.defaults.boolValue(CompactSetting::defaultsKey);
+    m_poll = StatusPoll::read(m_paths.statusFile, m_environment, storedCompact, m_ports.fileManager, now, timeZone);
+    if (m_shown != m_poll.presentation) {
+        m_ports.statusItem.apply(m_poll.presentation);
+        m_shown = m_poll.presentation;
     }
-    m_ports.settings.update(file, m_state);
+    m_ports.settings.update(m_poll.snapshot.file(), m_poll.state);
     if (!m_menuIsOpen) {
         // An open menu changes the state of the item's window.
         probeVisibility(now);
@@ -100,7 +90,7 @@ void StatusMenuController::probeVisibility(Date now) {
     switch (m_hiddenTracker.observe(itemVisibility(probe.onscreen, probe.width), now)) {
     case HiddenItemTracker::Transition::becameVisible: m_ports.log("status item is visible again"); return;
     case HiddenItemTracker::Transition::becameHidden:
-        m_ports.log(HiddenItemCopy::logLine(m_compact.compact) + "; " + describe(probe));
+        m_ports.log(HiddenItemCopy::logLine(m_poll.compact.compact) + "; " + describe(probe));
         m_ports.commands.notify(std::string(HiddenItemCopy::notificationTitle),
                                 std::string(HiddenItemCopy::notificationBody), [] {});
         return;
@@ -109,19 +99,7 @@ void StatusMenuController::probeVisibility(Date now) {
 }
 
 void StatusMenuController::rebuildMenu(Date now, const TimeZone& timeZone) {
-    const FileManager& files = m_ports.fileManager;
-    m_menu = StatusMenu::make({
-        .snapshot = m_snapshot,
-        .state = m_state,
-        .compact = m_compact,
-        .hiddenTracker = m_hiddenTracker,
-        .handoffExists = [&files](const std::string& path) { return files.exists(path); },
-        .isDaemonInstalled = files.exists(m_plistPath),
-        .logsDirectoryExists = files.exists(m_logsDirectory),
-        .statusFileExists = files.exists(m_statusPath),
-        .now = now,
-        .timeZone = timeZone,
-    });
+    m_menu = m_poll.menu(m_paths, m_hiddenTracker, m_ports.fileManager, now, timeZone);
     m_ports.statusItem.setMenu(m_menu.items);
 }
 
@@ -145,7 +123,7 @@ void StatusMenuController::openHandoff(const std::optional<std::string>& path) {
 }
 
 void StatusMenuController::toggleCompact() {
-    m_ports.defaults.setBool(CompactSetting::defaultsKey, !m_compact.compact);
+    m_ports.defaults.setBool(CompactSetting::defaultsKey, !m_poll.compact.compact);
     refresh();
 }
 

@@ -2,13 +2,7 @@
 
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/StatusMenu/StatusMenuEvents.h"
-#include "MenubarCore/Menu/CompactSetting.h"
-#include "MenubarCore/Menu/DaemonState.h"
-#include "MenubarCore/Menu/HiddenItemTracker.h"
-#include "MenubarCore/Menu/StatusItemPresentation.h"
-#include "MenubarCore/Menu/StatusMenu.h"
-#include "MenubarCore/Status/FileManager.h"
-#include "MenubarCore/Status/StatusSnapshot.h"
+#include "MenubarApp/StatusMenu/StatusPoll.h"
 
 #include <chrono>
 #include <functional>
@@ -64,13 +58,13 @@ public:
 
     // State for the shell
 
-    [[nodiscard]] const std::string& statusPath() const { return m_statusPath; }
+    [[nodiscard]] const std::string& statusPath() const { return m_paths.statusFile; }
 
-    [[nodiscard]] const StatusSnapshot& snapshot() const { return m_snapshot; }
+    [[nodiscard]] const StatusSnapshot& snapshot() const { return m_poll.snapshot; }
 
-    [[nodiscard]] const DaemonState& state() const { return m_state; }
+    [[nodiscard]] const DaemonState& state() const { return m_poll.state; }
 
-    [[nodiscard]] const CompactSetting& compact() const { return m_compact; }
+    [[nodiscard]] const CompactSetting& compact() const { return m_poll.compact; }
 
     [[nodiscard]] const HiddenItemTracker& hiddenTracker() const { return m_hiddenTracker; }
 
@@ -90,15 +84,11 @@ private:
     /// A completion that refreshes if the controller still exists.
     [[nodiscard]] std::function<void()> refreshLater();
 
-    const std::string m_statusPath;
+    const StatusPaths m_paths;
     const Environment m_environment;
-    const std::string m_logsDirectory;
-    const std::string m_plistPath;
     const Ports m_ports;
 
-    StatusSnapshot m_snapshot;
-    DaemonState m_state;
-    CompactSetting m_compact;
+    StatusPoll m_poll;
     HiddenItemTracker m_hiddenTracker;
     bool m_menuIsOpen = false;
     std::optional<StatusItemPresentation> m_shown;
