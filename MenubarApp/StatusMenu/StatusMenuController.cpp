@@ -12,13 +12,13 @@
 namespace menubar {
 
 std::shared_ptr<StatusMenuController> StatusMenuController::create(std::string statusPath, Environment environment,
-                                                                   std::string home, Ports ports) {
+                                                                   const std::string& home, Ports ports) {
     // The constructor is private, which rules out make_shared.
     return std::shared_ptr<StatusMenuController>(
-        new StatusMenuController(std::move(statusPath), std::move(environment), std::move(home), std::move(ports)));
+        new StatusMenuController(std::move(statusPath), std::move(environment), home, std::move(ports)));
 }
 
-StatusMenuController::StatusMenuController(std::string statusPath, Environment environment, std::string home,
+StatusMenuController::StatusMenuController(std::string statusPath, Environment environment, const std::string& home,
                                            Ports ports)
     : m_paths(StatusPaths::under(home, std::move(statusPath))), m_environment(std::move(environment)),
       m_ports(std::move(ports)) {}

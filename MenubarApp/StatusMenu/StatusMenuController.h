@@ -44,7 +44,7 @@ public:
     };
 
     [[nodiscard]] static std::shared_ptr<StatusMenuController> create(std::string statusPath, Environment environment,
-                                                                      std::string home, Ports ports);
+                                                                      const std::string& home, Ports ports);
 
     // Events from the shell
 
@@ -73,7 +73,7 @@ public:
     // Calls to the shell: see Ports.
 
 private:
-    StatusMenuController(std::string statusPath, Environment environment, std::string home, Ports ports);
+    StatusMenuController(std::string statusPath, Environment environment, const std::string& home, Ports ports);
 
     void refresh();
     void probeVisibility(Date now);

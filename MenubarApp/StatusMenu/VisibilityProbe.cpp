@@ -1,5 +1,6 @@
 #include "MenubarApp/StatusMenu/VisibilityProbe.h"
 
+#include <array>
 #include <cstdio>
 
 namespace menubar {
@@ -11,9 +12,9 @@ std::string points(std::optional<double> value) {
     if (!value) {
         return "?";
     }
-    char buffer[328];
-    std::snprintf(buffer, sizeof buffer, "%.0f", *value);
-    return buffer;
+    std::array<char, 328> buffer{};
+    std::snprintf(buffer.data(), buffer.size(), "%.0f", *value);
+    return buffer.data();
 }
 
 const char* word(std::optional<bool> value, const char* yes, const char* no) {
