@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -27,6 +28,9 @@ enum class JSONLayout { pretty, compact };
 /// A JSON tree of values whose shape is not known in advance. A value type: immutable once built, copies are
 /// independent. Every number is a double; integers beyond 2^53 lose precision, which is accepted. Objects hold their
 /// keys in ascending order of their UTF-8 bytes (which is code-point order).
+///
+/// Copying, comparing, writing and destroying take constant stack, however deep the value is: it may be handled on a
+/// background thread, where the stack is small.
 ///
 /// Equality is by case and payload; numbers compare as IEEE doubles (NaN differs from itself, 0.0 equals -0.0).
 class JSONValue {
@@ -61,6 +65,25 @@ public:
     JSONValue(Array value) : m_storage(std::move(value)) {}
 
     JSONValue(Object value) : m_storage(std::move(value)) {}
+
+    JSONValue(const JSONValue& other) : m_storage(Null{}) { assignCopy(other); }
+
+    JSONValue(JSONValue&&) noexcept = default;
+
+    JSONValue& operator=(const JSONValue& other) { return *this = JSONValue(other); }
+
+    /// Safe when `other` lies inside this value.
+    JSONValue& operator=(JSONValue&& other) noexcept {
+        JSONValue taken(std::move(other));
+        m_storage.swap(taken.m_storage);
+        return *this;
+    }
+
+    ~JSONValue() {
+        if (isContainer()) {
+            dismantle();
+        }
+    }
 
     [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
 
@@ -98,9 +121,14 @@ public:
     /// decimal that reads back; exponent form below 1e-4 and from 1e15 on ("1e+15", "1.5e-07", "nan", "inf").
     [[nodiscard]] static std::string format(double number);
 
-    bool operator==(const JSONValue&) const = default;
+    friend bool operator==(const JSONValue& left, const JSONValue& right);
 
 private:
+    [[nodiscard]] bool isContainer() const { return kind() == Case::array || kind() == Case::object; }
+
+    void assignCopy(const JSONValue& other);
+    void dismantle();
+
     Storage m_storage;
 };
 

@@ -7,7 +7,7 @@
 
 namespace menubar {
 
-/// Walking UTF-8 by code points, for this folder's own use. Any thread; no state.
+/// Walking UTF-8 by code points. Any thread; no state.
 
 /// Stands for each ill-formed sequence (the longest that could have begun a code point).
 inline constexpr std::int32_t illFormed = -1;
