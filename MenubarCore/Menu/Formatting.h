@@ -22,8 +22,8 @@ namespace Formatting {
 /// The longest event line, in user-perceived characters, before its dry-run mark.
 inline constexpr std::size_t eventLineLimit = 70;
 
-/// "42s", "5m", "1h", "1h 5m"; "expired" when negative; truncated, never rounded up; hours never become days.
-/// A value that is not finite, or beyond 64 bits, gives "--".
+/// "42s", "5m", "1h", "1h 5m"; "expired" when negative, minus infinity included; truncated, never rounded up; hours
+/// never become days. A NaN and what is beyond 64 bits give "--".
 [[nodiscard]] std::string duration(double seconds);
 
 /// The time since `date`, "5m ago"; "0s ago" when it lies in the future.

@@ -44,17 +44,17 @@ struct MenuItem {
     enum class Kind { item, separator };
 
     Kind kind = Kind::item;
-    std::string title;
-    std::optional<std::string> tooltip; ///< never empty
+    std::string title = {};
+    std::optional<std::string> tooltip = {}; ///< never empty
     MenuAction action = MenuAction::none;
     bool enabled = false;
     bool checked = false;
     int tag = 0;         ///< 0 for none; sessions count from 1
     int indentation = 0; ///< levels
-    std::string keyEquivalent;
+    std::string keyEquivalent = {};
     KeyModifiers keyModifiers = KeyModifiers::command;
-    std::optional<std::string> path; ///< the file that a hand-off's item stands for
-    std::vector<MenuItem> submenu;
+    std::optional<std::string> path = {}; ///< the file that a hand-off's item stands for
+    std::vector<MenuItem> submenu = {};
 
     bool operator==(const MenuItem&) const = default;
 };

@@ -1,0 +1,41 @@
+#include "MenubarCore/Menu/CompactSetting.h"
+
+#include "MenubarCore/Text/Case.h"
+
+#include <algorithm>
+#include <array>
+
+namespace menubar {
+
+std::optional<bool> CompactSetting::parse(std::string_view text) {
+    static constexpr auto onWords = std::to_array<std::string_view>({"1", "true", "yes", "on"});
+    static constexpr auto offWords = std::to_array<std::string_view>({"0", "false", "no", "off"});
+    const std::string word = lowercased(trimmed(text));
+    if (std::ranges::find(onWords, word) != onWords.end()) {
+        return true;
+    }
+    if (std::ranges::find(offWords, word) != offWords.end()) {
+        return false;
+    }
+    return std::nullopt;
+}
+
+CompactSetting CompactSetting::resolve(const Environment& environment, std::optional<bool> stored) {
+    if (const auto variable = environment.find(environmentKey); variable != environment.end()) {
+        if (const std::optional<bool> compact = parse(variable->second)) {
+            return {*compact, Source::environment};
+        }
+    }
+    return stored ? CompactSetting{*stored, Source::defaults} : CompactSetting{};
+}
+
+std::string_view rawText(CompactSetting::Source source) {
+    switch (source) {
+    case CompactSetting::Source::environment: return "environment";
+    case CompactSetting::Source::defaults: return "defaults";
+    case CompactSetting::Source::builtIn: return "builtIn";
+    }
+    return "";
+}
+
+} // namespace menubar
