@@ -2,35 +2,74 @@
 
 #include <algorithm>
 
-#include <unicode/utf8.h>
-
 namespace menubar {
 
 namespace {
 
-/// The widest window that the macros below may look at from either side.
-constexpr std::size_t longestSequence = 4;
+/// What the byte that begins a sequence says about the bytes after it.
+struct Lead {
+    int trailing;        // bytes to follow; -1 when no sequence begins so
+    std::int32_t bits;   // its share of the code point
+    unsigned char lower; // bounds of the first byte to follow, which shut out
+    unsigned char upper; // overlong forms, surrogates and what is beyond U+10FFFF
+};
+
+constexpr Lead leadOf(unsigned char byte) {
+    if (byte >= 0xC2 && byte <= 0xDF) {
+        return {1, byte & 0x1F, 0x80, 0xBF};
+    }
+    if (byte >= 0xE0 && byte <= 0xEF) {
+        const unsigned char lower = byte == 0xE0 ? 0xA0 : 0x80;
+        const unsigned char upper = byte == 0xED ? 0x9F : 0xBF;
+        return {2, byte & 0x0F, lower, upper};
+    }
+    if (byte >= 0xF0 && byte <= 0xF4) {
+        const unsigned char lower = byte == 0xF0 ? 0x90 : 0x80;
+        const unsigned char upper = byte == 0xF4 ? 0x8F : 0xBF;
+        return {3, byte & 0x07, lower, upper};
+    }
+    return {-1, illFormed, 0, 0};
+}
+
+bool isTrailing(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
 
 } // namespace
 
 std::int32_t nextCodePoint(std::string_view text, std::size_t& index) {
-    const std::string_view window = text.substr(index, longestSequence);
-    const auto length = static_cast<std::int32_t>(window.size());
-    std::int32_t position = 0;
-    UChar32 codePoint = 0;
-    U8_NEXT(window.data(), position, length, codePoint);
-    index += static_cast<std::size_t>(position);
-    return codePoint < 0 ? illFormed : codePoint;
+    const auto first = static_cast<unsigned char>(text[index++]);
+    if (first < 0x80) {
+        return first;
+    }
+    Lead lead = leadOf(first);
+    for (; lead.trailing > 0; --lead.trailing) {
+        const auto byte = index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
+        if (byte < lead.lower || byte > lead.upper) {
+            return illFormed;
+        }
+        lead = {lead.trailing, lead.bits << 6 | (byte & 0x3F), 0x80, 0xBF};
+        ++index;
+    }
+    return lead.bits;
 }
 
 std::int32_t previousCodePoint(std::string_view text, std::size_t& index) {
-    const std::size_t start = index - std::min(index, longestSequence);
-    const auto* window = reinterpret_cast<const std::uint8_t*>(text.data() + start);
-    auto position = static_cast<std::int32_t>(index - start);
-    UChar32 codePoint = 0;
-    U8_PREV(window, 0, position, codePoint);
-    index = start + static_cast<std::size_t>(position);
-    return codePoint < 0 ? illFormed : codePoint;
+    constexpr std::size_t longestSequence = 4;
+    const std::size_t end = index;
+    const std::size_t earliest = end - std::min(end, longestSequence);
+    std::size_t start = end - 1;
+    while (start > earliest && isTrailing(text[start])) {
+        --start;
+    }
+    std::size_t reached = start;
+    const std::int32_t codePoint = nextCodePoint(text, reached);
+    if (reached == end) {
+        index = start;
+        return codePoint;
+    }
+    index = end - 1; // a stray trailing byte
+    return illFormed;
 }
 
 bool isAscii(std::string_view text) {

@@ -1,6 +1,7 @@
 #include "MenubarCore/Text/CodePoints.h"
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,16 @@ TEST(CodePoints, aSequenceThatIsCutOffIsOneIllFormedSequence) {
                       "a"),
               (std::vector<std::int32_t>{illFormed, 'a'}));
     EXPECT_EQ(backward("a\xE2\x82"), (std::vector<std::int32_t>{'a', illFormed}));
+}
+
+TEST(CodePoints, bothDirectionsAgreeOnWhateverBytesThereAre) {
+    constexpr std::string_view bytes = "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC2\xDF\xE0\xE2\xED\xEF\xF0\xF3\xF4\xF5\xFF";
+    std::mt19937 random(20250304);
+    for (int round = 0; round < 5000; ++round) {
+        std::string text(random() % 12, '\0');
+        std::ranges::generate(text, [&] { return bytes[random() % bytes.size()]; });
+        ASSERT_EQ(forward(text), backward(text)) << testing::PrintToString(text);
+    }
 }
 
 TEST(CodePoints, wellFormedTextStaysAndTheRestIsReplacedSequenceBySequence) {
