@@ -1,5 +1,6 @@
 #include "MenubarCore/JSON/JSONValue.h"
 
+#include "MenubarCore/JSON/JSONReader.h"
 #include "MenubarCore/JSON/JSONWriter.h"
 #include "MenubarCore/Text/CodePoints.h"
 
@@ -174,6 +175,10 @@ std::optional<bool> JSONValue::boolValue() const {
 std::optional<double> JSONValue::numberValue() const {
     const auto* value = std::get_if<double>(&m_storage);
     return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+std::expected<JSONValue, DecodingError> JSONValue::decode(std::string_view document) {
+    return JSONReader::decode<JSONValue>(document);
 }
 
 std::expected<std::string, EncodingError> JSONValue::encode(JSONLayout layout) const {

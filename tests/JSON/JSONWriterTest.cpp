@@ -85,8 +85,9 @@ TEST(Writing, theCompactLayoutHasNoWhiteSpace) {
 }
 
 TEST(Writing, thePrettyLayoutIndentsByTwoAndSurroundsColonsWithBlanks) {
-    const JSONValue value = Object{
-        {"list", Array{1, Array{}, Object{}, Array{JSONValue(Array{true})}}}, {"a", Object{{"c", nullptr}}}, {"e", Object{}}};
+    const JSONValue value = Object{{"list", Array{1, Array{}, Object{}, Array{JSONValue(Array{true})}}},
+                                   {"a", Object{{"c", nullptr}}},
+                                   {"e", Object{}}};
     EXPECT_EQ(pretty(value), R"({
   "a" : {
     "c" : null

@@ -1,0 +1,248 @@
+#pragma once
+
+#include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCore/JSON/RecordTable.h"
+#include "MenubarCore/JSON/ValueReader.h"
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace menubar {
+
+/// How a type says what it looks like in JSON. Built in: `bool`, `std::int64_t`, `double`, `std::string`, `JSONValue`,
+/// lists (`std::vector`) and maps (`std::map` with text keys) of what is readable. Three kinds of types bring a table:
+///
+///     template <>                                       // a record: one row for each member
+///     inline constexpr auto recordRows<Point> = std::array{
+///         field::required<&Point::x>("x"),
+///         field::optional<&Point::label>("label"),      // a std::optional member
+///         field::withDefault<&Point::unit>("unit"),
+///     };
+///
+///     template <>                                       // an enumeration: its texts, in the order of the enumerators
+///     inline constexpr auto enumTexts<Unit> = std::to_array<std::string_view>({"metre", "inch", "unknown"});
+///
+///     template <>                                       // a text with a form of its own
+///     struct TextForm<Date> {
+///         static std::optional<Date> parse(std::string_view text);
+///         static std::string refusal(std::string_view text); // the error text when there is none
+///     };
+///
+/// Of an enumeration the last enumerator absorbs every text that is not in the table. A table must be declared before
+/// anything that reads its type, and before the tables of records that hold it.
+template <typename T>
+inline constexpr std::nullptr_t recordRows = nullptr;
+
+template <typename T>
+inline constexpr std::nullptr_t enumTexts = nullptr;
+
+template <typename T>
+struct TextForm;
+
+template <typename T>
+concept Record = !std::same_as<decltype(recordRows<T>), const std::nullptr_t>;
+
+template <typename T>
+concept TextEnumeration = !std::same_as<decltype(enumTexts<T>), const std::nullptr_t>;
+
+template <typename T>
+concept FormattedText = requires(std::string_view text) {
+    { TextForm<T>::parse(text) } -> std::same_as<std::optional<T>>;
+    { TextForm<T>::refusal(text) } -> std::same_as<std::string>;
+};
+
+/// The text of an enumerator.
+template <TextEnumeration E>
+[[nodiscard]] constexpr std::string_view textOf(E value) {
+    return enumTexts<E>[static_cast<std::size_t>(value)];
+}
+
+/// The enumerator of a text; the last one for a text that the table does not hold.
+template <TextEnumeration E>
+[[nodiscard]] constexpr E enumeratorOf(std::string_view text) {
+    std::size_t index = 0;
+    while (index + 1 < enumTexts<E>.size() && enumTexts<E>[index] != text) {
+        ++index;
+    }
+    return static_cast<E>(index);
+}
+
+namespace detail {
+
+template <typename T>
+struct ElementOf {};
+
+template <typename T>
+struct ElementOf<std::vector<T>> {
+    using List = T;
+};
+
+template <typename T, typename Compare>
+struct ElementOf<std::map<std::string, T, Compare>> {
+    using Map = T;
+};
+
+template <typename T>
+concept List = requires { typename ElementOf<T>::List; };
+
+template <typename T>
+concept Map = requires { typename ElementOf<T>::Map; };
+
+template <typename T>
+struct MemberOf;
+
+template <typename R, typename V>
+struct MemberOf<V R::*> {
+    using Holder = R;
+    using Value = V;
+    static constexpr bool isOptional = false;
+};
+
+template <typename R, typename V>
+struct MemberOf<std::optional<V> R::*> {
+    using Holder = R;
+    using Value = V;
+    static constexpr bool isOptional = true;
+};
+
+template <typename>
+inline constexpr bool unreadable = false;
+
+} // namespace detail
+
+template <Record T>
+inline constexpr RecordTable recordTable{recordRows<T>};
+
+template <typename T>
+constexpr Shape makeShape();
+
+template <typename T>
+inline constexpr Shape shapeOf = makeShape<T>();
+
+template <typename T>
+constexpr Shape makeShape() {
+    using Kind = Shape::Kind;
+    if constexpr (std::same_as<T, bool>) {
+        return {Kind::boolean};
+    } else if constexpr (std::same_as<T, std::int64_t>) {
+        return {Kind::integer};
+    } else if constexpr (std::same_as<T, double>) {
+        return {Kind::number};
+    } else if constexpr (std::same_as<T, std::string>) {
+        return {Kind::text};
+    } else if constexpr (std::same_as<T, JSONValue>) {
+        return {Kind::any};
+    } else if constexpr (FormattedText<T>) {
+        return {Kind::formattedText};
+    } else if constexpr (TextEnumeration<T>) {
+        return {.kind = Kind::enumeration, .texts = enumTexts<T>};
+    } else if constexpr (Record<T>) {
+        return {.kind = Kind::record, .record = &recordTable<T>};
+    } else if constexpr (detail::List<T>) {
+        return {.kind = Kind::list, .element = &shapeOf<typename detail::ElementOf<T>::List>};
+    } else if constexpr (detail::Map<T>) {
+        return {.kind = Kind::map, .element = &shapeOf<typename detail::ElementOf<T>::Map>};
+    } else {
+        static_assert(detail::unreadable<T>, "this type has no table that says what it looks like in JSON");
+    }
+}
+
+template <typename T>
+[[nodiscard]] bool readElement(ValueReader& reader, T& value);
+
+/// Reads the reader's current value, which is not `null` (but for a `JSONValue`), into a fresh `value`. False when it
+/// could not; the reader knows why.
+template <typename T>
+[[nodiscard]] bool readValue(ValueReader& reader, T& value) {
+    if constexpr (std::same_as<T, bool> || std::same_as<T, std::int64_t> || std::same_as<T, double> ||
+                  std::same_as<T, std::string> || std::same_as<T, JSONValue>) {
+        return reader.read(value);
+    } else if constexpr (FormattedText<T>) {
+        const std::optional<std::string_view> text = reader.readText();
+        if (!text) {
+            return false;
+        }
+        const std::optional<T> parsed = TextForm<T>::parse(*text);
+        if (!parsed) {
+            return reader.refuse(TextForm<T>::refusal(*text));
+        }
+        value = *parsed;
+        return true;
+    } else if constexpr (TextEnumeration<T>) {
+        const std::optional<std::string_view> text = reader.readText();
+        value = enumeratorOf<T>(text.value_or(""));
+        return text.has_value();
+    } else if constexpr (Record<T>) {
+        return reader.readRecord(recordTable<T>, &value);
+    } else if constexpr (detail::List<T>) {
+        return reader.readList(&value, [](ValueReader& elementReader, void* list) {
+            return readElement(elementReader, static_cast<T*>(list)->emplace_back());
+        });
+    } else {
+        static_assert(detail::Map<T>);
+        return reader.readMap(&value, [](ValueReader& entryReader, void* map, std::string_view key) {
+            auto& entry = (*static_cast<T*>(map))[std::string(key)];
+            entry = {}; // of duplicate keys the last one counts
+            return readElement(entryReader, entry);
+        });
+    }
+}
+
+/// Reads a value in a place where one is required: `null` is an error, but for a `JSONValue`.
+template <typename T>
+[[nodiscard]] bool readElement(ValueReader& reader, T& value) {
+    if constexpr (!std::same_as<T, JSONValue>) {
+        if (reader.isNull()) {
+            return reader.refuseNull(shapeOf<T>.typeName());
+        }
+    }
+    return readValue(reader, value);
+}
+
+namespace field {
+
+template <auto Member>
+constexpr FieldRow row(std::string_view key, Presence presence) {
+    using Traits = detail::MemberOf<decltype(Member)>;
+    using Holder = typename Traits::Holder;
+    const auto read = [](ValueReader& reader, void* record) {
+        auto& member = static_cast<Holder*>(record)->*Member;
+        if constexpr (Traits::isOptional) {
+            return readValue(reader, member.emplace());
+        } else {
+            return readValue(reader, member);
+        }
+    };
+    const auto reset = [](void* record) { static_cast<Holder*>(record)->*Member = Holder{}.*Member; };
+    return {key, presence, &shapeOf<typename Traits::Value>, read, reset};
+}
+
+template <auto Member>
+constexpr FieldRow required(std::string_view key) {
+    static_assert(!detail::MemberOf<decltype(Member)>::isOptional);
+    return row<Member>(key, Presence::required);
+}
+
+template <auto Member>
+constexpr FieldRow optional(std::string_view key) {
+    static_assert(detail::MemberOf<decltype(Member)>::isOptional);
+    return row<Member>(key, Presence::optional);
+}
+
+template <auto Member>
+constexpr FieldRow withDefault(std::string_view key) {
+    static_assert(!detail::MemberOf<decltype(Member)>::isOptional);
+    return row<Member>(key, Presence::withDefault);
+}
+
+} // namespace field
+
+} // namespace menubar

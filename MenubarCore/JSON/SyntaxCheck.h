@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace menubar {
+
+/// Finds the first place where a document stops being JSON, reading strictly from the first byte. It is what puts a
+/// place and an expectation into the error texts; it is not fast, and only documents that failed are worth its time.
+/// Constant stack, whatever the nesting. Pure; any thread.
+namespace SyntaxCheck {
+
+struct Fault {
+    std::string problem;    ///< what was expected or found, for example `expected "," or "}"`
+    std::size_t offset = 0; ///< in bytes; the document's size when it ends too early
+    std::size_t line = 1;   ///< from 1, ended by line feeds
+    std::size_t column = 1; ///< from 1, in code points
+    bool atEnd = false;     ///< the document ends there
+
+    /// One line: the problem and its place.
+    [[nodiscard]] std::string text() const;
+
+    bool operator==(const Fault&) const = default;
+};
+
+/// The first fault, or nothing for a document that is JSON, holds no number beyond double's range and nests no more
+/// than `maximumDepth` containers.
+[[nodiscard]] std::optional<Fault> firstFault(std::string_view document, std::size_t maximumDepth);
+
+} // namespace SyntaxCheck
+
+} // namespace menubar

@@ -1,0 +1,189 @@
+#include "MenubarCore/JSON/JSONValue.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace menubar;
+using Array = JSONValue::Array;
+using Object = JSONValue::Object;
+
+namespace {
+
+JSONValue decoded(std::string_view document) {
+    const auto value = JSONValue::decode(document);
+    EXPECT_TRUE(value.has_value()) << document << ": " << describe(value.error());
+    return value.value_or("not decoded");
+}
+
+double number(const std::string& document) {
+    return decoded(document).numberValue().value();
+}
+
+} // namespace
+
+TEST(DecodingValues, oneIsANumberAndTrueIsABool) {
+    EXPECT_EQ(decoded("1").kind(), JSONValue::Case::number);
+    EXPECT_EQ(decoded("0").kind(), JSONValue::Case::number);
+    EXPECT_EQ(decoded("1"), JSONValue(1.0));
+    EXPECT_EQ(decoded("true"), JSONValue(true));
+    EXPECT_EQ(decoded("false"), JSONValue(false));
+}
+
+TEST(DecodingValues, digitsInQuotesAreAString) {
+    EXPECT_EQ(decoded("\"1\""), JSONValue("1"));
+}
+
+TEST(DecodingValues, aBareScalarIsADocument) {
+    EXPECT_EQ(decoded("null"), JSONValue(nullptr));
+    EXPECT_EQ(decoded(" \n 12.5 \n"), JSONValue(12.5));
+    EXPECT_EQ(decoded("\t\"text\" "), JSONValue("text"));
+    EXPECT_EQ(decoded(" true "), JSONValue(true));
+    EXPECT_EQ(decoded("\"\""), JSONValue(""));
+}
+
+TEST(DecodingValues, containersNest) {
+    EXPECT_EQ(decoded("[]"), JSONValue(Array{}));
+    EXPECT_EQ(decoded("{}"), JSONValue(Object{}));
+    EXPECT_EQ(decoded(R"([1, "a", [true, [], {}], {"k": null, "l": [{}]}])"),
+              JSONValue(Array{1, "a", Array{true, Array{}, Object{}},
+                              Object{{"k", nullptr}, {"l", Array{JSONValue(Object{})}}}}));
+}
+
+TEST(DecodingValues, ofDuplicateKeysTheLastWinsAtEveryDepth) {
+    EXPECT_EQ(decoded(R"({"a":1,"b":2,"a":{"c":3,"c":[]}})"),
+              JSONValue(Object{{"a", Object{{"c", Array{}}}}, {"b", 2}}));
+    EXPECT_EQ(decoded(R"({"a":1,"\u0061":null})"), JSONValue(Object{{"a", nullptr}}));
+}
+
+TEST(DecodingValues, stringsAreUnescaped) {
+    EXPECT_EQ(decoded(R"("a\"b\\c\/d\b\f\n\r\t\u00e9\uD83D\uDE00")"), JSONValue("a\"b\\c/d\b\f\n\r\té😀"));
+    EXPECT_EQ(decoded(R"("\u0000")"), JSONValue(std::string("\0", 1)));
+    EXPECT_EQ(decoded(R"({"\u006b\n":"\u0076"})"), JSONValue(Object{{"k\n", "v"}}));
+    EXPECT_EQ(decoded("\"日本 👩‍💻 \x7F\""), JSONValue("日本 👩‍💻 \x7F"));
+}
+
+TEST(DecodingValues, longStringsWithAndWithoutEscapesAreWhole) {
+    const std::string text(100'000, 'x');
+    EXPECT_EQ(decoded("\"" + text + "\""), JSONValue(text));
+    EXPECT_EQ(decoded("[\"" + text + "\\n" + text + "\"]"), JSONValue(Array{text + "\n" + text}));
+}
+
+TEST(DecodingValues, numbersBecomeTheNearestDouble) {
+    struct Case {
+        const char* text;
+        double value;
+    };
+
+    for (const auto& [text, value] :
+         std::vector<Case>{{"0", 0.0},
+                           {"40", 40.0},
+                           {"-7", -7.0},
+                           {"0.1", 0.1},
+                           {"1e3", 1000.0},
+                           {"1E-2", 0.01},
+                           {"9007199254740993", 9007199254740992.0},
+                           {"18446744073709551615", 18446744073709551615.0},
+                           {"18446744073709551616", 18446744073709551616.0},
+                           {"36893488147419103233", 36893488147419103232.0},
+                           {"-36893488147419103233", -36893488147419103232.0},
+                           {"1234567890123456789012345678901234567890", 1234567890123456789012345678901234567890.0},
+                           {"0.1234567890123456789012345678901234567890", 0.1234567890123456789},
+                           {"0.00000000012345678901234567890123", 1.2345678901234567890123e-10},
+                           {"7e00000000000000000000000000005", 700000.0},
+                           {"0.30000000000000004", 0.1 + 0.2},
+                           {"3.141592653589793238462643383279502884197169", 3.141592653589793},
+                           {"1.7976931348623157e308", std::numeric_limits<double>::max()},
+                           {"1.7976931348623158e308", std::numeric_limits<double>::max()},
+                           {"2.2250738585072014e-308", std::numeric_limits<double>::min()},
+                           {"2.2250738585072011e-308", 2.2250738585072011e-308},
+                           {"5e-324", std::numeric_limits<double>::denorm_min()},
+                           {"2.5e-324", std::numeric_limits<double>::denorm_min()},
+                           {"2.4e-324", 0.0},
+                           {"1e-400", 0.0},
+                           {"1e-999999999", 0.0},
+                           {"0e999999999", 0.0},
+                           {"0.000e99999999999999999999", 0.0},
+                           {"1e-99999999999999999999", 0.0},
+                           {"1e23", 1e23},
+                           {"8.5e22", 8.5e22}}) {
+        EXPECT_EQ(number(text), value) << text;
+        EXPECT_EQ(decoded("[" + std::string(text) + "]"), JSONValue(Array{value})) << text;
+        EXPECT_EQ(decoded("{\"a\": " + std::string(text) + " }"), JSONValue(Object{{"a", value}})) << text;
+    }
+}
+
+TEST(DecodingValues, minusZeroKeepsItsSign) {
+    EXPECT_TRUE(std::signbit(number("-0")));
+    EXPECT_TRUE(std::signbit(number("-0.0e5")));
+    EXPECT_TRUE(std::signbit(number("-1e-400")));
+    EXPECT_FALSE(std::signbit(number("0")));
+}
+
+TEST(DecodingValues, numbersMayHaveAnyNumberOfDigits) {
+    const std::string zeros(5000, '0');
+    EXPECT_EQ(number("1." + zeros + "1"), 1.0);
+    EXPECT_EQ(number("0." + zeros + "1e5001"), 1.0);
+    EXPECT_EQ(number("1" + zeros + "e-5000"), 1.0);
+    EXPECT_EQ(number("1" + zeros + "e-5300"), 1e-300);
+    EXPECT_EQ(number("1" + zeros + "e-6000"), 0.0);
+    const std::string halfWay = "9007199254740993"; // between two doubles; the even one is below
+    EXPECT_EQ(number(halfWay + "." + zeros), 9007199254740992.0);
+    EXPECT_EQ(number(halfWay + "." + std::string(700, '0') + "1"), 9007199254740994.0);
+    EXPECT_EQ(number(halfWay + std::string(760, '0') + "1e-761"), 9007199254740994.0);
+}
+
+TEST(DecodingValues, everyFiniteDoubleReadsBackFromItsText) {
+    std::mt19937_64 random(20250304);
+    for (int i = 0; i < 5'000; ++i) {
+        const std::uint64_t bits = random();
+        const auto value = std::bit_cast<double>(bits);
+        if (std::isfinite(value)) {
+            EXPECT_EQ(number(JSONValue::format(value)), value);
+        }
+    }
+}
+
+TEST(DecodingValues, randomDigitsAreRoundedAsTheStandardLibraryRoundsThem) {
+    std::mt19937 random(4);
+    std::uniform_int_distribution<int> digit('0', '9');
+    std::uniform_int_distribution<int> length(1, 45);
+    std::uniform_int_distribution<int> exponent(-330, 280);
+    for (int i = 0; i < 5'000; ++i) {
+        std::string text = "1";
+        for (int j = length(random); j > 0; --j) {
+            text += static_cast<char>(digit(random));
+        }
+        text.insert(i % 2 == 0 ? 0 : 1, i % 2 == 0 ? "0." + std::string(static_cast<std::size_t>(i % 24), '0') : ".");
+        text += "e" + std::to_string(exponent(random));
+        EXPECT_EQ(number(text), std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
+TEST(DecodingValues, whatWasWrittenReadsBackInBothLayouts) {
+    const JSONValue value = Object{{"numbers", Array{0.1, -3, 1e300, 5e-324, 123456789012345.0}},
+                                   {"texts", Array{"", "a/b\"\\\n\x01\x7F", "é\u2028😀"}},
+                                   {"", Object{{"nested", Array{nullptr, true, false, Array{}, Object{}}}}}};
+    EXPECT_EQ(decoded(value.encode(JSONLayout::compact).value()), value);
+    EXPECT_EQ(decoded(value.encode(JSONLayout::pretty).value()), value);
+}
+
+TEST(DecodingValues, aLargeDocumentLeavesNothingBehindForTheNext) {
+    std::string large = "[";
+    for (int i = 0; i < 600'000; ++i) {
+        large += "1234567,";
+    }
+    const JSONValue value = decoded(large + "0]");
+    EXPECT_EQ(value.arrayValue()->size(), 600'001U);
+    EXPECT_EQ(decoded("[1]"), JSONValue(Array{1}));
+    EXPECT_FALSE(JSONValue::decode("[1").has_value());
+    EXPECT_FALSE(JSONValue::decode(large).has_value());
+    EXPECT_EQ(decoded("[1]"), JSONValue(Array{1}));
+}
