@@ -19,3 +19,17 @@ else()
   target_link_libraries(menubar_icu INTERFACE ICU::uc ICU::i18n ICU::data)
 endif()
 add_library(menubar::icu ALIAS menubar_icu)
+
+# The library's own pkg-config file does not say where it is linked statically; macOS programs must not need Homebrew.
+if(APPLE)
+  find_library(PLIST_LIBRARY NAMES libplist-2.0.a HINTS /opt/homebrew/opt/libplist/lib /usr/local/opt/libplist/lib
+               REQUIRED)
+else()
+  find_library(PLIST_LIBRARY NAMES plist-2.0 REQUIRED)
+endif()
+find_path(PLIST_INCLUDE_DIR plist/plist.h HINTS /opt/homebrew/opt/libplist/include /usr/local/opt/libplist/include
+          REQUIRED)
+add_library(menubar_plist INTERFACE)
+target_include_directories(menubar_plist SYSTEM INTERFACE ${PLIST_INCLUDE_DIR})
+target_link_libraries(menubar_plist INTERFACE ${PLIST_LIBRARY})
+add_library(menubar::plist ALIAS menubar_plist)
