@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace menubar {
@@ -8,5 +9,8 @@ namespace menubar {
 /// and carriage returns inside the message become "\n" and "\r", so that no message can look like two lines. Never
 /// fails visibly. Any thread.
 void log(std::string_view message);
+
+/// Takes diagnostic lines: `log`, or what a test or the command line puts in its place. Called on any thread.
+using Log = std::function<void(std::string_view)>;
 
 } // namespace menubar

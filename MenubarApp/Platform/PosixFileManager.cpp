@@ -1,5 +1,7 @@
 #include "MenubarApp/Platform/PosixFileManager.h"
 
+#include "MenubarApp/Platform/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstring>
 #include <system_error>
@@ -12,26 +14,6 @@
 namespace menubar {
 
 namespace {
-
-/// Closes a descriptor at the end of its scope.
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    ~Descriptor() {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-    }
-
-    [[nodiscard]] int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 std::unexpected<FileError> unreadable(const std::string& path, const std::string& reason) {
     return std::unexpected(FileError{"The file \"" + path + "\" could not be read: " + reason + "."});
@@ -120,7 +102,7 @@ std::expected<std::string, FileError> PosixFileManager::contents(const std::stri
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    const Descriptor file(*opened);
+    const FileDescriptor file(*opened);
     // What was opened may have replaced what was looked at.
     if (::fstat(file.get(), &info) != 0) {
         return unreadable(path, errno);
@@ -140,6 +122,12 @@ std::expected<std::string, FileError> PosixFileManager::contents(const std::stri
         return unreadable(path, tooLarge());
     }
     return bytes;
+}
+
+bool PosixFileManager::isExecutableFile(const std::string& path) {
+    struct stat info{};
+    return !hasNul(path) && ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+           ::access(path.c_str(), X_OK) == 0;
 }
 
 } // namespace menubar

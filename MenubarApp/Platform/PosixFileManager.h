@@ -14,6 +14,9 @@ public:
 
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] std::expected<std::string, FileError> contents(const std::string& path) const override;
+
+    /// Whether a regular file that this process may execute is at the path. A directory is none, whatever its mode.
+    [[nodiscard]] static bool isExecutableFile(const std::string& path);
 };
 
 } // namespace menubar

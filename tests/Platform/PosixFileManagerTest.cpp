@@ -115,3 +115,19 @@ TEST(PosixFileManager, aFileWithoutPermissionIsThereButUnreadable) {
     });
     EXPECT_EQ(status, 0);
 }
+
+TEST(PosixFileManager, onlyARegularFileThatMayBeExecutedIsExecutable) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("tool", "#!/bin/sh\n");
+    ASSERT_EQ(::chmod(file.c_str(), 0644), 0);
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(file));
+    ASSERT_EQ(::chmod(file.c_str(), 0755), 0);
+    EXPECT_TRUE(PosixFileManager::isExecutableFile(file));
+    ASSERT_EQ(::symlink("tool", (directory / "link").c_str()), 0);
+    EXPECT_TRUE(PosixFileManager::isExecutableFile(directory / "link"));
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(directory.path()));
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(directory / "missing"));
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(file + "/below"));
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(file + std::string("\0", 1) + "x"));
+    EXPECT_FALSE(PosixFileManager::isExecutableFile(""));
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Commands/log.h"
+#include "MenubarCore/Status/FileManager.h"
+
+#include <string>
+#include <vector>
+
+namespace menubar {
+
+class MainLoop;
+
+/// Every outside program is started here: from an executable path and a list of arguments, never through a shell, so
+/// that nothing is ever quoted or looked up. The child's environment is this process's, overlaid with
+/// `extraEnvironment`; its standard input is the null device.
+///
+/// Each run logs one line: "ok: " + the command line, or "exit " + status + ": " + the command line and, when the
+/// child wrote to standard error, " -- " + that text; or "failed to launch " + the executable + ": " + the system's
+/// reason, which is then the result's `stderr_` too.
+///
+/// A child that has ended while another process (its own child, say) still holds one of its outputs open is given
+/// ChildProcess::outputGrace for what is on its way; then the run is over with what was read. Of each output the first
+/// ChildProcess::maximumOutput bytes count.
+///
+/// No state; any number of runs at once.
+namespace CommandRunner {
+
+/// Blocks until the child has ended. Any thread but the main one of an app.
+[[nodiscard]] CommandResult runSync(const std::string& executable, const std::vector<std::string>& arguments,
+                                    const Environment& extraEnvironment = {}, const Log& log = menubar::log);
+
+/// Returns at once; the command runs in the background, and `completion` (unless empty) gets its result on the main
+/// thread. The main loop outlives the run. Any thread.
+void run(MainLoop& mainLoop, std::string executable, std::vector<std::string> arguments, Environment extraEnvironment,
+         CommandCompletion completion, Log log = menubar::log);
+
+} // namespace CommandRunner
+
+} // namespace menubar
