@@ -1,5 +1,8 @@
 #include "MenubarApp/Platform/SystemClock.h"
 
+#include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarApp/Platform/ZoneDatabase.h"
+
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -35,7 +38,7 @@ TimeZone hostZone() {
     for (int32_t i = 0; i < length && static_cast<std::size_t>(i) < name.size(); ++i) {
         text += static_cast<char>(name.at(static_cast<std::size_t>(i)));
     }
-    return TimeZone::named(text).value_or(TimeZone());
+    return ZoneDatabase::zone(text, PosixFileManager()).value_or(TimeZone());
 }
 
 } // namespace

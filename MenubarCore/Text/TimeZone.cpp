@@ -1,5 +1,7 @@
 #include "MenubarCore/Text/TimeZone.h"
 
+#include "MenubarCore/Text/ZoneFile.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -24,7 +26,6 @@ bool isForeignName(std::string_view name) {
     return name == "Etc/Unknown" || name.starts_with("SystemV/") || std::ranges::binary_search(abbreviations, name);
 }
 
-/// ICU takes a name up to its first NUL, so that only what a name may hold reaches it.
 bool isNameCharacter(char c) {
     constexpr std::string_view marks = "/_+-";
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || marks.contains(c);
@@ -32,13 +33,12 @@ bool isNameCharacter(char c) {
 
 /// The name in UTF-16; absent unless ICU has the zone under exactly this name.
 std::optional<std::u16string> systemZoneId(std::string_view name) {
-    constexpr std::size_t longestName = 64; // the zone database allows 14 for each part, ICU's names are below 40
-    if (name.empty() || name.size() > longestName || !std::ranges::all_of(name, isNameCharacter) ||
-        isForeignName(name)) {
+    constexpr std::size_t longestCanonicalName = 128;
+    if (!TimeZone::isWellFormedName(name) || isForeignName(name)) {
         return std::nullopt;
     }
     std::u16string id(name.begin(), name.end());
-    std::array<UChar, longestName> canonical{};
+    std::array<UChar, longestCanonicalName> canonical{};
     UBool isSystemId = false;
     UErrorCode error = U_ZERO_ERROR;
     ucal_getCanonicalTimeZoneID(id.data(), static_cast<std::int32_t>(id.size()), canonical.data(),
@@ -46,29 +46,62 @@ std::optional<std::u16string> systemZoneId(std::string_view name) {
     return U_SUCCESS(error) && isSystemId ? std::optional(std::move(id)) : std::nullopt;
 }
 
-/// A copy of `prototype` of one's own, since a calendar is changed by every question.
-std::chrono::milliseconds utcOffset(const UCalendar& prototype, std::chrono::milliseconds sinceEpoch) {
-    UErrorCode error = U_ZERO_ERROR;
-    const Calendar calendar(ucal_clone(&prototype, &error));
-    if (U_FAILURE(error)) {
-        return {};
-    }
-    ucal_setMillis(calendar.get(), static_cast<double>(sinceEpoch.count()), &error);
-    const std::int32_t standard = ucal_get(calendar.get(), UCAL_ZONE_OFFSET, &error);
-    const std::int32_t saving = ucal_get(calendar.get(), UCAL_DST_OFFSET, &error);
-    return std::chrono::milliseconds(U_SUCCESS(error) ? standard + saving : 0);
-}
-
 } // namespace
 
-struct TimeZone::Rules {
-    Calendar calendar; // never changed after it was made, so that threads may clone it side by side
+class TimeZone::Rules {
+public:
+    Rules() = default;
+    Rules(const Rules&) = delete;
+    Rules& operator=(const Rules&) = delete;
+    virtual ~Rules() = default;
+
+    /// How far local time is ahead of UTC.
+    [[nodiscard]] virtual std::chrono::seconds utcOffset(std::chrono::seconds sinceEpoch) const = 0;
+};
+
+class TimeZone::ICURules final : public Rules {
+public:
+    explicit ICURules(Calendar calendar) : m_calendar(std::move(calendar)) {}
+
+    /// Asks a copy of the calendar, since a calendar is changed by every question.
+    [[nodiscard]] std::chrono::seconds utcOffset(std::chrono::seconds sinceEpoch) const override {
+        UErrorCode error = U_ZERO_ERROR;
+        const Calendar calendar(ucal_clone(m_calendar.get(), &error));
+        if (U_FAILURE(error)) {
+            return {};
+        }
+        ucal_setMillis(calendar.get(), static_cast<double>(sinceEpoch.count()) * 1000, &error);
+        const std::int32_t standard = ucal_get(calendar.get(), UCAL_ZONE_OFFSET, &error);
+        const std::int32_t saving = ucal_get(calendar.get(), UCAL_DST_OFFSET, &error);
+        return std::chrono::seconds(U_SUCCESS(error) ? (standard + saving) / 1000 : 0);
+    }
+
+private:
+    Calendar m_calendar; // never changed, so that threads may copy it side by side
+};
+
+class TimeZone::ZoneFileRules final : public Rules {
+public:
+    explicit ZoneFileRules(ZoneFile file) : m_file(std::move(file)) {}
+
+    [[nodiscard]] std::chrono::seconds utcOffset(std::chrono::seconds sinceEpoch) const override {
+        return m_file.utcOffset(sinceEpoch);
+    }
+
+private:
+    ZoneFile m_file;
 };
 
 TimeZone::TimeZone() : m_name("UTC") {}
 
 TimeZone::TimeZone(std::string name, std::shared_ptr<const Rules> rules)
     : m_name(std::move(name)), m_rules(std::move(rules)) {}
+
+bool TimeZone::isWellFormedName(std::string_view name) {
+    constexpr std::size_t longestName = 64; // the zone database allows 14 for each part; none has more than 40 in all
+    return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, isNameCharacter) &&
+           !name.starts_with('/') && !name.ends_with('/') && !name.contains("//");
+}
 
 std::optional<TimeZone> TimeZone::named(std::string_view name) {
     if (name == "UTC") {
@@ -84,14 +117,22 @@ std::optional<TimeZone> TimeZone::named(std::string_view name) {
     if (U_FAILURE(error)) {
         return std::nullopt;
     }
-    return TimeZone(std::string(name), std::make_shared<const Rules>(Rules{std::move(calendar)}));
+    return TimeZone(std::string(name), std::make_shared<const ICURules>(std::move(calendar)));
+}
+
+std::optional<TimeZone> TimeZone::fromZoneFile(std::string name, std::string_view bytes) {
+    std::optional<ZoneFile> file = ZoneFile::parse(bytes);
+    if (!file) {
+        return std::nullopt;
+    }
+    return TimeZone(std::move(name), std::make_shared<const ZoneFileRules>(*std::move(file)));
 }
 
 ClockTime TimeZone::clockTime(Date date) const {
     using namespace std::chrono;
-    const auto utc = floor<milliseconds>(date.time_since_epoch());
-    const milliseconds offset = m_rules ? utcOffset(*m_rules->calendar, utc) : 0ms;
-    const auto minuteOfDay = floor<minutes>(utc + offset - floor<days>(utc + offset)).count();
+    const auto utc = floor<seconds>(date.time_since_epoch());
+    const seconds local = utc + (m_rules ? m_rules->utcOffset(utc) : 0s);
+    const auto minuteOfDay = floor<minutes>(local - floor<days>(local)).count();
     return ClockTime{static_cast<int>(minuteOfDay / 60), static_cast<int>(minuteOfDay % 60)};
 }
 

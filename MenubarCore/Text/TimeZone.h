@@ -19,6 +19,9 @@ struct ClockTime {
 
 /// A time zone of the zone database with its whole history of offsets. An immutable value, cheap to copy; every
 /// member may be called from any thread.
+///
+/// Governments change zones several times a year, and ICU knows what was known when it was released. A system that
+/// brings its own compiled zone database keeps that one current: it is the better source where there is one.
 class TimeZone {
 public:
     /// Coordinated universal time.
@@ -28,6 +31,13 @@ public:
     /// zone database does not hold.
     [[nodiscard]] static std::optional<TimeZone> named(std::string_view name);
 
+    /// The zone that a compiled file of the zone database (RFC 8536) describes; absent for any other bytes.
+    [[nodiscard]] static std::optional<TimeZone> fromZoneFile(std::string name, std::string_view bytes);
+
+    /// Whether a zone of the zone database could have this name: parts of letters, digits, "_", "+" and "-", joined by
+    /// "/". So it is a relative path as well, which leads to no other place than it says.
+    [[nodiscard]] static bool isWellFormedName(std::string_view name);
+
     /// The name it was made with; "UTC" for a default-made one.
     [[nodiscard]] const std::string& name() const { return m_name; }
 
@@ -35,7 +45,9 @@ public:
     [[nodiscard]] ClockTime clockTime(Date date) const;
 
 private:
-    struct Rules;
+    class Rules;
+    class ICURules;
+    class ZoneFileRules;
 
     TimeZone(std::string name, std::shared_ptr<const Rules> rules);
 
