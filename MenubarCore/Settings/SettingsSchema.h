@@ -1,7 +1,10 @@
 #pragma once
 
+#include "MenubarCore/JSON/DecodingError.h"
 #include "MenubarCore/JSON/JSONValue.h"
 
+#include <cstdint>
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,24 +43,60 @@ private:
 
 /// One setting as the daemon's schema describes it.
 struct SettingSpec {
-    std::string name; ///< the config key
-    std::string group;
-    SettingControl control;
-    std::string help;
-    bool restart = true;       ///< a change takes effect only when the daemon restarts
-    std::optional<double> min; ///< inclusive
-    std::optional<double> max; ///< inclusive
+    std::string name{}; ///< the config key
+    std::string group{};
+    SettingControl control{};
+    std::string help{};
+    bool restart = true;         ///< a change takes effect only when the daemon restarts
+    std::optional<double> min{}; ///< inclusive
+    std::optional<double> max{}; ///< inclusive
     bool integer = false;
-    std::vector<std::string> values; ///< allowed values of an enumeration
+    std::vector<std::string> values{}; ///< allowed values of an enumeration
     bool multiple = false;
     bool multiline = false;
-    std::optional<std::string> requiredPrefix;
-    std::optional<std::string> itemPattern; ///< regular expression for each element of a list
-    std::optional<std::string> pattern;     ///< regular expression for the text of a duration
-    std::optional<std::string> type;        ///< the property's JSON Schema type
-    std::optional<JSONValue> defaultValue;
+    std::optional<std::string> requiredPrefix{};
+    std::optional<std::string> itemPattern{}; ///< regular expression for each element of a list
+    std::optional<std::string> pattern{};     ///< regular expression for the text of a duration
+    std::optional<std::string> type{};        ///< the property's JSON Schema type
+    std::optional<JSONValue> defaultValue{};
+
+    /// What one press of a stepper adds.
+    static constexpr double step = 1.0;
+
+    /// The name for people: its dashes as blanks, its first character in upper case ("cache-warn-after" is
+    /// "Cache warn after"). A name of dashes only stays as it is.
+    [[nodiscard]] std::string label() const;
 
     bool operator==(const SettingSpec&) const = default;
+};
+
+/// Settings that are shown together.
+struct SettingsGroup {
+    std::string id{};
+    std::string title{}; ///< the id where the schema gives no title
+    std::vector<SettingSpec> settings{};
+
+    bool operator==(const SettingsGroup&) const = default;
+};
+
+/// What the daemon's `config schema` prints: a JSON Schema object that describes the config file's keys, and two keys
+/// of its own for the version and for the order and presentation of the settings. The wire format is in
+/// SettingsSchema.cpp. A value type.
+struct SettingsSchema {
+    std::int64_t version = 1;
+    std::vector<SettingsGroup> groups{}; ///< in display order
+
+    /// All or nothing: a key of the wrong type anywhere fails the whole document. A control that is not known does not.
+    [[nodiscard]] static std::expected<SettingsSchema, DecodingError> decode(std::string_view document);
+
+    /// Every setting, group by group. One that is listed twice is there twice.
+    [[nodiscard]] std::vector<SettingSpec> settings() const;
+
+    /// The first of that name in the order of `settings`; null when there is none. Points into this schema.
+    [[nodiscard]] const SettingSpec* setting(std::string_view name) const&;
+    const SettingSpec* setting(std::string_view name) && = delete;
+
+    bool operator==(const SettingsSchema&) const = default;
 };
 
 } // namespace menubar
