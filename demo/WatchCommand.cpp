@@ -1,0 +1,151 @@
+#include "demo/WatchCommand.h"
+
+#include "demo/AtomicFile.h"
+#include "demo/DemoConfig.h"
+#include "demo/Simulation.h"
+#include "demo/Timestamp.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <expected>
+#include <filesystem>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace menubar::demo {
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+using Outcome = std::expected<void, std::string>;
+
+/// The write end of the pipe that wakes the main loop; only a handler writes to it.
+volatile std::sig_atomic_t stopDescriptor = -1;
+
+extern "C" void requestStop(int) {
+    const int savedError = errno;
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(stopDescriptor, &byte, 1);
+    errno = savedError;
+}
+
+/// The read end of a pipe that becomes readable when the process is asked to stop; -1 when there are no descriptors.
+int stopRequests() {
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0) {
+        return -1;
+    }
+    for (const int end : ends) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    stopDescriptor = ends[1];
+    struct sigaction action{};
+    action.sa_handler = requestStop;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        ::sigaction(signal, &action, nullptr);
+    }
+    return ends[0];
+}
+
+/// Waits until `deadline`; false when the process is asked to stop before.
+bool sleepUntil(Steady::time_point deadline, int stopDescriptorToRead) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Steady::now());
+        if (left.count() <= 0) {
+            return true;
+        }
+        pollfd descriptor{.fd = stopDescriptorToRead, .events = POLLIN, .revents = 0};
+        if (::poll(&descriptor, 1, static_cast<int>(left.count())) > 0) {
+            return false;
+        }
+    }
+}
+
+Date now() {
+    return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+}
+
+/// The simulation and the files that it is written to.
+class Writer {
+public:
+    explicit Writer(const WatchOptions& options)
+        : m_statusPath(options.statusPath), m_stateDirectory(std::filesystem::path(options.statusPath).parent_path()),
+          m_configPath(options.home + "/.config/ostrel/config.json"), m_configAtStart(FileStamp::of(m_configPath)),
+          m_startedAt(now()), m_simulation({.startedAt = m_startedAt,
+                                            .daemonPid = ::getpid(),
+                                            .intervalMs = options.interval.count(),
+                                            .handoffsDirectory = handoffsDirectory(),
+                                            .homeDirectory = options.home,
+                                            .seed = options.seed}) {}
+
+    Outcome prepare() { return makeDirectories(handoffsDirectory()); }
+
+    Outcome poll() { return write(now(), false); }
+
+    Outcome stop() { return write(now(), true); }
+
+private:
+    [[nodiscard]] std::string handoffsDirectory() const { return (m_stateDirectory / "handoffs").string(); }
+
+    Outcome write(Date at, bool stopped) {
+        Simulation::Frame frame = m_simulation.poll(at);
+        for (const Simulation::HandoffDocument& handoff : frame.handoffs) {
+            if (Outcome outcome = writeAtomically(handoff.path, handoff.text); !outcome) {
+                return outcome;
+            }
+        }
+        frame.status["configFile"] =
+            configFileStatus(m_configPath, m_startedAt, m_configAtStart, FileStamp::of(m_configPath));
+        if (stopped) {
+            frame.status["stoppedAt"] = timestampText(at);
+        }
+        const auto document = JSONValue(std::move(frame.status)).encode(JSONLayout::pretty);
+        if (!document) {
+            return std::unexpected(std::string(describe(document.error())));
+        }
+        return writeAtomically(m_statusPath, *document + "\n");
+    }
+
+    std::string m_statusPath;
+    std::filesystem::path m_stateDirectory;
+    std::string m_configPath;
+    std::optional<FileStamp> m_configAtStart;
+    Date m_startedAt;
+    Simulation m_simulation;
+};
+
+int failed(const std::string& message) {
+    std::fprintf(stderr, "ostrel (stand-in): %s\n", message.c_str());
+    return 1;
+}
+
+} // namespace
+
+int watch(const WatchOptions& options) {
+    const int stop = stopRequests();
+    if (stop < 0) {
+        return failed("cannot create a pipe");
+    }
+    Writer writer(options);
+    if (const Outcome outcome = writer.prepare(); !outcome) {
+        return failed(outcome.error());
+    }
+    auto deadline = Steady::now();
+    do {
+        if (const Outcome outcome = writer.poll(); !outcome) {
+            return failed(outcome.error());
+        }
+        // A machine that slept does not catch up on the polls that it missed.
+        deadline = std::max(deadline + options.interval, Steady::now());
+    } while (sleepUntil(deadline, stop));
+    const Outcome outcome = writer.stop();
+    return outcome ? 0 : failed(outcome.error());
+}
+
+} // namespace menubar::demo
