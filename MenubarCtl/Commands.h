@@ -1,0 +1,34 @@
+#pragma once
+
+#include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCtl/Context.h"
+
+#include <string_view>
+
+namespace menubar::ctl {
+
+enum class ExitStatus : int {
+    done = 0,
+    failed = 1, ///< what was asked for failed; standard error says why
+    wrongUsage = 2,
+};
+
+/// Each command writes to standard output and tells how it went. The process ignores SIGPIPE: a reader that has gone
+/// ends a command quietly, and counts as done.
+
+[[nodiscard]] ExitStatus runStatus(const Context& context);
+[[nodiscard]] ExitStatus runMenu(const Context& context);
+
+/// Redraws the menu until interrupted.
+[[nodiscard]] ExitStatus runMenuWatch(const Context& context);
+
+/// Writes to standard output.
+[[nodiscard]] ExitStatus print(std::string_view bytes);
+
+/// Writes one JSON document to standard output; on a terminal in a form that the terminal cannot obey.
+[[nodiscard]] ExitStatus printDocument(const JSONValue& document);
+
+/// Writes "ostrel-menubarctl: ", the message and a line feed to standard error.
+void complain(std::string_view message);
+
+} // namespace menubar::ctl

@@ -1,0 +1,40 @@
+#include "MenubarCtl/Context.h"
+
+#include "MenubarApp/Platform/ProcessEnvironment.h"
+#include "MenubarCore/Menu/HiddenItemTracker.h"
+#include "MenubarCore/Status/StatusFileLocator.h"
+#include "MenubarCtl/StoredDefaults.h"
+
+#include <utility>
+
+namespace menubar::ctl {
+
+namespace {
+
+/// --status-file stands for the variable, so that both are read by one rule.
+std::string statusFilePath(const CommandLine& line, Environment environment, const std::string& home) {
+    if (line.statusFile) {
+        environment[std::string(StatusFileLocator::environmentKey)] = *line.statusFile;
+    }
+    return StatusFileLocator::path(environment, home);
+}
+
+} // namespace
+
+Context::Context(CommandLine line, Environment environment)
+    : m_line(std::move(line)), m_environment(std::move(environment)), m_clock(m_line.now, m_line.timeZone) {
+    const std::string home = homeDirectory(m_environment);
+    m_paths = StatusPaths::under(home, statusFilePath(m_line, m_environment, home));
+}
+
+Observation Context::observe() const {
+    const Date now = m_clock.now();
+    TimeZone timeZone = m_clock.timeZone();
+    const auto stored = storedBool(CompactSetting::defaultsKey, m_environment, m_files);
+    StatusPoll poll = StatusPoll::read(m_paths.statusFile, m_environment, stored, m_files, now, timeZone);
+    // A terminal has no item that could be hidden.
+    StatusMenu menu = poll.menu(m_paths, HiddenItemTracker{}, m_files, now, timeZone);
+    return {.poll = std::move(poll), .menu = std::move(menu), .timeZone = std::move(timeZone)};
+}
+
+} // namespace menubar::ctl

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "MenubarApp/Platform/Clock.h"
+#include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarApp/Platform/SystemClock.h"
+#include "MenubarApp/StatusMenu/StatusPoll.h"
+#include "MenubarCtl/CommandLine.h"
+
+#include <optional>
+
+namespace menubar::ctl {
+
+/// The system's clock, but for what the command line fixes.
+class CtlClock final : public Clock {
+public:
+    CtlClock(std::optional<Date> now, std::optional<TimeZone> timeZone) : m_now(now), m_timeZone(std::move(timeZone)) {}
+
+    [[nodiscard]] Date now() const override { return m_now ? *m_now : m_system.now(); }
+
+    [[nodiscard]] TimeZone timeZone() const override { return m_timeZone ? *m_timeZone : m_system.timeZone(); }
+
+private:
+    SystemClock m_system;
+    std::optional<Date> m_now;
+    std::optional<TimeZone> m_timeZone;
+};
+
+/// One look at the status file and what follows from it.
+struct Observation {
+    StatusPoll poll;
+    StatusMenu menu;
+    TimeZone timeZone;
+};
+
+/// What a command works with. Main thread.
+class Context {
+public:
+    Context(CommandLine line, Environment environment);
+
+    [[nodiscard]] const CommandLine& line() const { return m_line; }
+
+    [[nodiscard]] const Environment& environment() const { return m_environment; }
+
+    [[nodiscard]] const StatusPaths& paths() const { return m_paths; }
+
+    /// Reads the status file. Never waits for a FIFO or a device.
+    [[nodiscard]] Observation observe() const;
+
+private:
+    CommandLine m_line;
+    Environment m_environment;
+    StatusPaths m_paths;
+    PosixFileManager m_files;
+    CtlClock m_clock;
+};
+
+} // namespace menubar::ctl

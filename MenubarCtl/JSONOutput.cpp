@@ -1,0 +1,133 @@
+#include "MenubarCtl/JSONOutput.h"
+
+#include "MenubarCore/Menu/ConfigNotices.h"
+#include "MenubarCore/Text/CodePoints.h"
+#include "MenubarCore/Text/DisplayText.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <utility>
+
+namespace menubar::ctl {
+
+namespace {
+
+/// File names need not be UTF-8; a document must be.
+JSONValue text(std::string_view value) {
+    return wellFormed(value);
+}
+
+JSONValue textOrNull(const std::optional<std::string>& value) {
+    return value ? text(std::string_view(*value)) : JSONValue();
+}
+
+std::string_view rawText(DaemonState::Case kind) {
+    switch (kind) {
+    case DaemonState::Case::running: return "running";
+    case DaemonState::Case::stale: return "stale";
+    case DaemonState::Case::stopped: return "stopped";
+    case DaemonState::Case::unreadable: return "unreadable";
+    case DaemonState::Case::missing: return "missing";
+    }
+    return "";
+}
+
+JSONValue stateValue(const StatusPoll& poll, const TimeZone& timeZone) {
+    const StatusFile* file = poll.snapshot.file();
+    const OstrelConfig* config = file != nullptr && file->config ? &*file->config : nullptr;
+    const std::optional<double> pollAge = poll.state.pollAge();
+    return JSONValue::Object{
+        {"kind", rawText(poll.state.kind())},
+        {"title", text(poll.state.title(timeZone))},
+        {"detail", text(poll.state.detail(config))},
+        {"pollAge", pollAge ? JSONValue(*pollAge) : JSONValue()},
+    };
+}
+
+JSONValue noticesValue(const StatusPoll& poll) {
+    JSONValue::Array notices;
+    for (const ConfigNotice& notice : ConfigNotices::notices(poll.snapshot.file(), poll.state)) {
+        notices.push_back(JSONValue::Object{
+            {"kind", notice.configError() != nullptr ? "configError" : "restartNeeded"},
+            {"line", text(notice.menuLine())},
+        });
+    }
+    return notices;
+}
+
+JSONValue itemValue(const MenuItem& item) {
+    if (item.kind == MenuItem::Kind::separator) {
+        return JSONValue::Object{{"kind", "separator"}};
+    }
+    return JSONValue::Object{
+        {"action", item.action == MenuAction::none ? JSONValue() : JSONValue(menubar::rawText(item.action))},
+        {"checked", item.checked},
+        {"enabled", item.enabled},
+        {"indentation", item.indentation},
+        {"key", text(item.keyEquivalent)},
+        {"kind", "item"},
+        {"path", textOrNull(item.path)},
+        {"tag", item.tag},
+        {"title", text(item.title)},
+        {"tooltip", textOrNull(item.tooltip)},
+    };
+}
+
+void appendEscape(std::string& out, std::int32_t codePoint) {
+    std::array<char, 8> escape{};
+    std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(codePoint));
+    out += escape.data();
+}
+
+} // namespace
+
+JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone) {
+    return JSONValue::Object{
+        {"compact",
+         JSONValue::Object{{"compact", poll.compact.compact}, {"source", menubar::rawText(poll.compact.source)}}},
+        {"notices", noticesValue(poll)},
+        {"presentation", JSONValue::Object{{"symbolName", text(poll.presentation.symbolName)},
+                                           {"title", text(poll.presentation.title)},
+                                           {"tone", menubar::rawText(poll.presentation.tone)},
+                                           {"tooltip", text(poll.presentation.tooltip)}}},
+        {"state", stateValue(poll, timeZone)},
+    };
+}
+
+JSONValue menuDocument(const Menu& menu) {
+    JSONValue::Array items;
+    items.reserve(menu.size());
+    for (const MenuItem& item : menu) {
+        items.push_back(itemValue(item));
+    }
+    return JSONValue::Object{{"items", std::move(items)}};
+}
+
+std::expected<std::string, EncodingError> documentText(const JSONValue& document) {
+    auto json = document.encode(JSONLayout::compact);
+    if (json) {
+        *json += '\n';
+    }
+    return json;
+}
+
+std::string terminalSafe(std::string_view json) {
+    std::string result;
+    result.reserve(json.size());
+    for (std::size_t index = 0; index < json.size();) {
+        const std::size_t start = index;
+        const std::int32_t codePoint = nextCodePoint(json, index);
+        const std::string_view character = json.substr(start, index - start);
+        // All of these lie within the basic plane, and within the document's texts but for its line feeds.
+        if (codePoint != '\n' && codePoint != illFormed && displayText(character) != character) {
+            appendEscape(result, codePoint);
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
+
+} // namespace menubar::ctl

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "MenubarApp/StatusMenu/StatusPoll.h"
+#include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCore/Menu/MenuItem.h"
+#include "MenubarCore/Text/TimeZone.h"
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+namespace menubar::ctl {
+
+/// The documents that --json prints. What is absent is null; texts are as they were read. Pure.
+
+/// What `status --json` prints.
+[[nodiscard]] JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone);
+
+/// What `menu --json` prints.
+[[nodiscard]] JSONValue menuDocument(const Menu& menu);
+
+/// The document in one line, with its line feed.
+[[nodiscard]] std::expected<std::string, EncodingError> documentText(const JSONValue& document);
+
+/// The same JSON for a person's terminal: characters that a terminal would obey (controls, bidirectional overrides) are
+/// written as escapes, which JSON reads back as the same text.
+[[nodiscard]] std::string terminalSafe(std::string_view json);
+
+} // namespace menubar::ctl

@@ -1,0 +1,71 @@
+#include "MenubarCtl/Run.h"
+
+#include "MenubarApp/Commands/log.h"
+#include "MenubarCtl/CommandLine.h"
+#include "MenubarCtl/Commands.h"
+#include "MenubarCtl/Terminal.h"
+
+#include <csignal>
+#include <string>
+#include <utility>
+
+#include <unistd.h>
+
+// The build names the version; a compiler run by hand knows none.
+#if !defined(MENUBAR_VERSION)
+#define MENUBAR_VERSION "unversioned"
+#endif
+
+namespace menubar::ctl {
+
+namespace {
+
+/// The one place for commands that the command line knows and the program does not have yet.
+ExitStatus notAvailable(Command command) {
+    complain(std::string(words(command)) + " is not available yet");
+    return ExitStatus::failed;
+}
+
+ExitStatus perform(CommandLine line, const Environment& environment) {
+    if (line.command == Command::help) {
+        return print(helpText());
+    }
+    if (line.command == Command::version) {
+        return print("ostrel-menubarctl " MENUBAR_VERSION "\n");
+    }
+    const Context context(std::move(line), environment);
+    if (context.line().verbose) {
+        log("watching " + context.paths().statusFile);
+    }
+    switch (const Command command = context.line().command; command) {
+    case Command::help:
+    case Command::version: break; // done above
+    case Command::status: return runStatus(context);
+    case Command::menu: return context.line().watch ? runMenuWatch(context) : runMenu(context);
+    case Command::settingsList:
+    case Command::settingsGet:
+    case Command::settingsSet:
+    case Command::settingsReset:
+    case Command::focus:
+    case Command::daemonStart:
+    case Command::daemonStop:
+    case Command::daemonRestart: return notAvailable(command);
+    }
+    return ExitStatus::failed;
+}
+
+} // namespace
+
+int run(std::span<const std::string> arguments, const Environment& environment) {
+    // A reader that goes away is an error of the write, not the end of the process in the middle of a screen.
+    std::signal(SIGPIPE, SIG_IGN);
+    auto line = parseCommandLine(arguments);
+    if (!line) {
+        complain(line.error().message);
+        static_cast<void>(writeAll(STDERR_FILENO, usageText()));
+        return static_cast<int>(ExitStatus::wrongUsage);
+    }
+    return static_cast<int>(perform(std::move(*line), environment));
+}
+
+} // namespace menubar::ctl

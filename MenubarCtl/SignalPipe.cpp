@@ -1,0 +1,72 @@
+#include "MenubarCtl/SignalPipe.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace menubar::ctl {
+
+namespace {
+
+std::atomic<int> signalDescriptor{-1};
+static_assert(std::atomic<int>::is_always_lock_free, "a signal handler reads it");
+
+extern "C" void forwardSignal(int signal) {
+    const int savedError = errno;
+    const char byte = static_cast<char>(signal);
+    // A full pipe already wakes the loop.
+    [[maybe_unused]] const ssize_t written = ::write(signalDescriptor.load(), &byte, 1);
+    errno = savedError;
+}
+
+} // namespace
+
+std::optional<SignalPipe> SignalPipe::create(std::span<const int> signals) {
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0) {
+        return std::nullopt;
+    }
+    for (const int end : ends) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    SignalPipe pipe(ends[0], ends[1]);
+    signalDescriptor = ends[1];
+    struct sigaction action{};
+    action.sa_handler = forwardSignal;
+    sigemptyset(&action.sa_mask);
+    for (const int signal : signals) {
+        Previous previous{.signal = signal, .action = {}};
+        if (::sigaction(signal, &action, &previous.action) == 0) {
+            pipe.m_previous.push_back(previous);
+        }
+    }
+    return pipe;
+}
+
+SignalPipe::SignalPipe(SignalPipe&& other) noexcept
+    : m_readEnd(std::exchange(other.m_readEnd, -1)), m_writeEnd(std::exchange(other.m_writeEnd, -1)),
+      m_previous(std::exchange(other.m_previous, {})) {}
+
+SignalPipe::~SignalPipe() {
+    if (m_readEnd < 0) {
+        return;
+    }
+    for (const Previous& previous : m_previous) {
+        ::sigaction(previous.signal, &previous.action, nullptr);
+    }
+    signalDescriptor = -1;
+    ::close(m_readEnd);
+    ::close(m_writeEnd);
+}
+
+std::optional<int> SignalPipe::next() {
+    char byte = 0;
+    return ::read(m_readEnd, &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
+}
+
+} // namespace menubar::ctl

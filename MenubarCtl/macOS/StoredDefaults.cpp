@@ -1,0 +1,43 @@
+#include "MenubarCtl/StoredDefaults.h"
+
+#include "MenubarApp/Platform/UserDefaults.h"
+
+#include <memory>
+#include <type_traits>
+
+#include <CoreFoundation/CoreFoundation.h>
+
+namespace menubar::ctl {
+
+namespace {
+
+struct Release {
+    void operator()(CFTypeRef object) const { CFRelease(object); }
+};
+
+using Owned = std::unique_ptr<std::remove_pointer_t<CFTypeRef>, Release>;
+
+Owned string(std::string_view text) {
+    return Owned(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(text.data()),
+                                         static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
+}
+
+} // namespace
+
+std::optional<bool> storedBool(std::string_view key, const Environment&, const FileManager&) {
+    const Owned name = string(key);
+    const Owned domain = string(UserDefaults::domain);
+    if (!name || !domain) {
+        return std::nullopt;
+    }
+    // Sees a `defaults write` of another process at the next call, as the app does at its next poll.
+    CFPreferencesAppSynchronize(static_cast<CFStringRef>(domain.get()));
+    const Owned value(
+        CFPreferencesCopyAppValue(static_cast<CFStringRef>(name.get()), static_cast<CFStringRef>(domain.get())));
+    if (!value || CFGetTypeID(value.get()) != CFBooleanGetTypeID()) {
+        return std::nullopt;
+    }
+    return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
+}
+
+} // namespace menubar::ctl
