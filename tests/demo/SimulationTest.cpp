@@ -1,0 +1,194 @@
+#include "demo/Simulation.h"
+
+#include "MenubarCore/Menu/Selection.h"
+#include "MenubarCore/Status/StatusDecoder.h"
+#include "MenubarCore/Text/Timestamp.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace menubar;
+using namespace menubar::demo;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace {
+
+const Date start = parseTimestamp("2025-03-04T10:15:30Z").value_or(Date{});
+
+Simulation simulation(std::uint32_t seed = 0) {
+    return Simulation({.startedAt = start,
+                       .daemonPid = 4711,
+                       .intervalMs = 1000,
+                       .handoffsDirectory = "/state/handoffs",
+                       .homeDirectory = "/home/demo",
+                       .seed = seed});
+}
+
+StatusFile read(const Simulation::Frame& frame) {
+    const auto text = JSONValue(frame.status).encode(JSONLayout::compact);
+    EXPECT_TRUE(text);
+    auto file = StatusDecoder::decode(text.value_or(""));
+    EXPECT_TRUE(file) << describe(file.error());
+    return file.value_or(StatusFile{});
+}
+
+/// Everything that happened in a stretch of made-up time, polled once a second.
+struct Chronicle {
+    std::set<SessionLevel> levels;
+    std::set<SessionLifecycle> lifecycles;
+    std::set<std::string> eventTexts;
+    std::set<EventKind> eventKinds;
+    std::set<std::string> handoffPaths;
+    bool cacheRenewed = false;
+    bool cacheExpired = false;
+    bool providerFailed = false;
+    std::size_t mostEvents = 0;
+};
+
+Chronicle chronicleOf(Simulation world, std::chrono::seconds length) {
+    Chronicle chronicle;
+    StatusFile before;
+    for (auto at = 0s; at <= length; at += 1s) {
+        const Simulation::Frame frame = world.poll(start + at);
+        StatusFile file = read(frame);
+        for (const auto& handoff : frame.handoffs) {
+            chronicle.handoffPaths.insert(handoff.path);
+        }
+        for (std::size_t i = 0; i < file.sessions.size(); ++i) {
+            const SessionStatus& session = file.sessions[i];
+            chronicle.levels.insert(session.level);
+            chronicle.lifecycles.insert(session.lifecycle);
+            chronicle.cacheExpired |= session.cacheExpiresAt < file.at;
+            chronicle.cacheRenewed |=
+                at > 0s && before.sessions[i].cacheExpiresAt < before.at && session.cacheExpiresAt > file.at;
+        }
+        for (const OstrelEvent& event : file.events) {
+            chronicle.eventTexts.insert(event.text.value_or(""));
+            chronicle.eventKinds.insert(event.kind);
+        }
+        chronicle.providerFailed |= !file.providerFailures.empty();
+        chronicle.mostEvents = std::max(chronicle.mostEvents, file.events.size());
+        before = std::move(file);
+    }
+    return chronicle;
+}
+
+} // namespace
+
+TEST(Simulation, theFirstPollAlreadyShowsEveryLevelAndADozenThings) {
+    Simulation world = simulation();
+    const Simulation::Frame frame = world.poll(start);
+    const StatusFile file = read(frame);
+    ASSERT_EQ(file.sessions.size(), 6U);
+    std::set<SessionLevel> levels;
+    for (const SessionStatus& session : file.sessions) {
+        levels.insert(session.level);
+    }
+    EXPECT_THAT(levels, ElementsAre(SessionLevel::ok, SessionLevel::warn, SessionLevel::critical));
+    EXPECT_EQ(Selection::worst(file.sessions)->level, SessionLevel::critical);
+    EXPECT_GE(file.events.size(), 5U);
+    EXPECT_EQ(std::count_if(file.events.begin(), file.events.end(), [](const auto& e) { return e.dryRun == true; }), 1);
+    EXPECT_EQ(file.daemonPid, 4711);
+    EXPECT_EQ(file.at, start);
+    EXPECT_FALSE(file.stoppedAt);
+    EXPECT_EQ(frame.handoffs.size(), 2U);
+}
+
+TEST(Simulation, everyHandoffIsNamedByASessionOnceItIsWritten) {
+    Simulation world = simulation();
+    std::set<std::string> written;
+    for (auto at = 0s; at < 600s; at += 3s) {
+        const Simulation::Frame frame = world.poll(start + at);
+        for (const auto& handoff : frame.handoffs) {
+            EXPECT_FALSE(handoff.text.empty());
+            written.insert(handoff.path);
+        }
+        std::set<std::string> named;
+        for (const SessionStatus& session : read(frame).sessions) {
+            if (session.handoff) {
+                named.insert(session.handoff->path);
+            }
+        }
+        ASSERT_EQ(named, written);
+    }
+}
+
+TEST(Simulation, tenMinutesShowEverythingThatASessionCanDo) {
+    const Chronicle chronicle = chronicleOf(simulation(), 600s);
+    EXPECT_THAT(chronicle.levels,
+                ElementsAre(SessionLevel::ok, SessionLevel::warn, SessionLevel::critical, SessionLevel::unknown));
+    EXPECT_THAT(chronicle.lifecycles,
+                ElementsAre(SessionLifecycle::running, SessionLifecycle::idle, SessionLifecycle::needsInput));
+    EXPECT_THAT(chronicle.eventKinds, ElementsAre(EventKind::notify, EventKind::inject, EventKind::handoff));
+    EXPECT_TRUE(chronicle.cacheExpired);
+    EXPECT_TRUE(chronicle.cacheRenewed);
+    EXPECT_TRUE(chronicle.providerFailed);
+    EXPECT_GE(chronicle.handoffPaths.size(), 3U);
+    EXPECT_EQ(chronicle.mostEvents, Simulation::eventLimit);
+}
+
+TEST(Simulation, contextGrowsWarnsTurnsCriticalAndIsCompacted) {
+    Simulation world = simulation();
+    std::vector<SessionLevel> course;
+    for (auto at = 0s; course.size() < 4 && at < 3600s; at += 3s) {
+        const StatusFile file = read(world.poll(start + at));
+        const auto session = std::find_if(file.sessions.begin(), file.sessions.end(),
+                                          [](const auto& s) { return s.dirName == "search-index"; });
+        ASSERT_NE(session, file.sessions.end());
+        EXPECT_LE(session->contextPct.value_or(0), 100);
+        EXPECT_LE(session->contextTokens, session->contextWindow);
+        if (course.empty() || course.back() != session->level) {
+            course.push_back(session->level);
+        }
+    }
+    EXPECT_THAT(course, ElementsAre(SessionLevel::ok, SessionLevel::warn, SessionLevel::critical, SessionLevel::ok));
+}
+
+TEST(Simulation, theSameTimesGiveTheSameFramesAndASeedOthers) {
+    Simulation first = simulation();
+    Simulation second = simulation();
+    Simulation other = simulation(7);
+    bool differs = false;
+    for (auto at = 0s; at < 120s; at += 7s) {
+        const auto frame = first.poll(start + at);
+        EXPECT_EQ(JSONValue(frame.status), JSONValue(second.poll(start + at).status));
+        differs |= JSONValue(frame.status) != JSONValue(other.poll(start + at).status);
+    }
+    EXPECT_TRUE(differs);
+}
+
+TEST(Simulation, mostSessionsCanBeBroughtForwardAndOneCannot) {
+    Simulation world = simulation();
+    const StatusFile file = read(world.poll(start));
+    EXPECT_EQ(std::count_if(file.sessions.begin(), file.sessions.end(),
+                            [](const auto& session) { return session.workspaceId.has_value(); }),
+              5);
+}
+
+TEST(Simulation, aGapOfHoursBetweenPollsIsNoTrouble) {
+    Simulation world = simulation();
+    static_cast<void>(world.poll(start));
+    const StatusFile file = read(world.poll(start + 9h));
+    EXPECT_EQ(file.sessions.size(), 6U);
+    EXPECT_EQ(file.at, start + 9h);
+}
+
+TEST(Simulation, carriesTheConfigurationWithItsSources) {
+    Simulation world = simulation();
+    const StatusFile file = read(world.poll(start));
+    ASSERT_TRUE(file.config);
+    EXPECT_EQ(file.config->warnContextPct, 70);
+    ASSERT_NE(file.config->setting("cacheLeadMs"), nullptr);
+    EXPECT_EQ(*file.config->setting("cacheLeadMs"), JSONValue(60000));
+    EXPECT_THAT(file.flagLockedSettings(), ElementsAre("intervalMs"));
+    ASSERT_TRUE(file.configSources);
+    for (const auto& [key, source] : *file.configSources) {
+        EXPECT_NE(file.config->setting(key), nullptr) << key;
+    }
+}
