@@ -1,0 +1,76 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace menubar::e2e {
+
+/// A program of ours as a child process, with its output collected. Destroying it kills and reaps a child that still
+/// runs.
+class ChildProcess {
+public:
+    /// What standard input and output are connected to. Standard error is always a pipe.
+    enum class Output { pipe, terminal, closedPipe };
+
+    struct Options {
+        std::string program;
+        std::vector<std::string> arguments;
+        std::map<std::string, std::string> environment; ///< all of it
+        Output output = Output::pipe;
+        unsigned short columns = 80; ///< of the terminal
+        unsigned short rows = 50;
+        std::optional<uid_t> user{}; ///< to become, for the superuser only
+    };
+
+    /// How a child ended: its exit status, or minus the signal that killed it.
+    using Status = int;
+
+    static constexpr std::chrono::seconds patience{20};
+
+    explicit ChildProcess(const Options& options);
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess();
+
+    [[nodiscard]] pid_t pid() const { return m_pid; }
+
+    void send(int signal) const;
+    void resizeTerminal(unsigned short columns, unsigned short rows) const;
+
+    /// Collects output until `isEnough` says so of all that was written so far; false when the child ended, or the time
+    /// was up, before.
+    bool readUntil(const std::function<bool(const std::string& output)>& isEnough,
+                   std::chrono::milliseconds timeout = patience);
+
+    /// Lets the child's next write of output fail.
+    void closeOutput();
+
+    /// False when the child is not stopped (as by SIGSTOP) in time.
+    bool waitUntilStopped();
+
+    /// Collects output until the child ends; absent (and the child killed) when it does not in time.
+    std::optional<Status> wait(std::chrono::milliseconds timeout = patience);
+
+    [[nodiscard]] const std::string& output() const { return m_output; }
+
+    [[nodiscard]] const std::string& errors() const { return m_errors; }
+
+private:
+    void collect(std::chrono::milliseconds timeout);
+    bool reapIfEnded();
+
+    pid_t m_pid = -1;
+    int m_outputDescriptor = -1;
+    int m_errorDescriptor = -1;
+    std::string m_output;
+    std::string m_errors;
+    std::optional<Status> m_status;
+};
+
+} // namespace menubar::e2e

@@ -1,0 +1,140 @@
+#include "tests/e2e/ScratchHome.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using menubar::e2e::ChildProcess;
+using menubar::e2e::ScratchHome;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+ScratchHome::Result runWith(std::vector<std::string> arguments) {
+    const ScratchHome home;
+    return ScratchHome::run(home.menubarctl(std::move(arguments)));
+}
+
+} // namespace
+
+TEST(Menubarctl, helpAndVersionGoToStandardOutput) {
+    const auto help = runWith({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("usage: ostrel-menubarctl status"));
+    EXPECT_EQ(help.errors, "");
+    const auto version = runWith({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("ostrel-menubarctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(Menubarctl, aWrongCommandLineGetsTheUsageAndStatusTwo) {
+    const std::vector<std::vector<std::string>> wrong{{},
+                                                      {"bogus"},
+                                                      {"status", "--bogus"},
+                                                      {"status", "x"},
+                                                      {"status", "--now", "soon"},
+                                                      {"menu", "--time-zone=Mars"},
+                                                      {"menu", "--watch", "--json"},
+                                                      {"settings"},
+                                                      {"focus"},
+                                                      {"daemon", "jump"}};
+    for (const auto& arguments : wrong) {
+        const auto result = runWith(arguments);
+        EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, StartsWith("ostrel-menubarctl: "));
+        EXPECT_THAT(result.errors, HasSubstr("\nusage: ostrel-menubarctl status"));
+    }
+}
+
+TEST(Menubarctl, whatIsNotBuiltYetSaysSoWithStatusOne) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> pending{
+        {{"settings", "list", "--json"}, "settings list"},
+        {{"settings", "get", "dryRun"}, "settings get"},
+        {{"settings", "set", "offset", "-5"}, "settings set"},
+        {{"settings", "reset", "dryRun"}, "settings reset"},
+        {{"focus", "api"}, "focus"},
+        {{"daemon", "start"}, "daemon start"},
+        {{"daemon", "stop"}, "daemon stop"},
+        {{"daemon", "restart"}, "daemon restart"}};
+    for (const auto& [arguments, words] : pending) {
+        const auto result = runWith(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "ostrel-menubarctl: " + words + " is not available yet\n");
+    }
+}
+
+TEST(Menubarctl, diagnosticLinesAppearOnlyWhenAskedFor) {
+    const ScratchHome home;
+    EXPECT_EQ(home.atFixedTime({"status"}).errors, "");
+    EXPECT_EQ(home.atFixedTime({"status", "--verbose"}).errors, "ostrel-menubar: watching " + home.statusFile() + "\n");
+}
+
+TEST(Menubarctl, aReaderThatHasGoneEndsItQuietly) {
+    const ScratchHome home;
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"menu"}, {"menu", "--json"}, {"status"}, {"--help"}, {"menu", "--watch"}}) {
+        auto options = home.menubarctl(arguments);
+        options.output = ChildProcess::Output::closedPipe;
+        const auto result = ScratchHome::run(options);
+        EXPECT_EQ(result.status, 0) << arguments.back();
+        EXPECT_EQ(result.errors, "");
+    }
+}
+
+TEST(Menubarctl, outputThatCannotBeWrittenIsAFailure) {
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "this system has no device that is always full";
+    }
+    const ScratchHome home;
+    auto options = home.menubarctl({"-c", "exec \"$0\" status > /dev/full", MENUBARCTL_PROGRAM});
+    options.program = "/bin/sh";
+    const auto result = ScratchHome::run(options);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "ostrel-menubarctl: cannot write the output: No space left on device\n");
+}
+
+TEST(Demo, saysThatItIsAStandIn) {
+    const ScratchHome home;
+    const auto help = ScratchHome::run(home.demo({"--help"}));
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, HasSubstr("stand-in"));
+    const auto version = ScratchHome::run(home.demo({"--version"}));
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, EndsWith("(stand-in of ostrel-menubar)\n"));
+}
+
+TEST(Demo, refusesAWrongCommandLine) {
+    const ScratchHome home;
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
+                                                      {"install"},
+                                                      {"watch", "--interval-ms", "0"},
+                                                      {"watch", "--interval-ms=x"},
+                                                      {"watch", "--state"},
+                                                      {"watch", "--bogus=1"},
+                                                      {"watch", "--seed", "-1"},
+                                                      {"config"},
+                                                      {"config", "edit"}}) {
+        const auto result = ScratchHome::run(home.demo(arguments));
+        EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, HasSubstr("usage: ostrel watch"));
+    }
+}
+
+TEST(Demo, hasNoSettingsYet) {
+    const ScratchHome home;
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"config", "schema"}, {"config", "validate", "/x", "--json"}}) {
+        const auto result = ScratchHome::run(home.demo(arguments));
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "ostrel (stand-in): config " + arguments[1] + " is not available yet\n");
+    }
+}

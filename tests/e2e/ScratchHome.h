@@ -1,0 +1,53 @@
+#pragma once
+
+#include "tests/e2e/ChildProcess.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace menubar::e2e {
+
+/// A person's home directory for one test, and the programs run in it: with an environment of its own, in UTC.
+class ScratchHome {
+    testing_support::TemporaryDirectory m_directory; // first: the environment names it
+
+public:
+    /// The time and zone that the literal documents of the tests are for.
+    static const std::vector<std::string> fixedTime;
+
+    struct Result {
+        ChildProcess::Status status = -1;
+        std::string output;
+        std::string errors;
+    };
+
+    ScratchHome();
+
+    [[nodiscard]] std::string path() const { return m_directory.path(); }
+
+    [[nodiscard]] std::string operator/(std::string_view name) const { return m_directory / name; }
+
+    [[nodiscard]] std::string statusFile() const { return m_directory / ".local/state/ostrel/status.json"; }
+
+    /// Writes a file, with the directories above it, and returns its path.
+    std::string write(const std::string& name, std::string_view bytes) const;
+
+    void writeStatus(std::string_view bytes) const { write(".local/state/ostrel/status.json", bytes); }
+
+    /// What the programs find in their environment.
+    std::map<std::string, std::string> environment;
+
+    [[nodiscard]] ChildProcess::Options menubarctl(std::vector<std::string> arguments) const;
+    [[nodiscard]] ChildProcess::Options demo(std::vector<std::string> arguments) const;
+
+    /// Runs to the end. Fails the test when that takes too long.
+    [[nodiscard]] static Result run(const ChildProcess::Options& options);
+
+    /// `ostrel-menubarctl` with these arguments and the fixed time.
+    [[nodiscard]] Result atFixedTime(std::vector<std::string> arguments) const;
+};
+
+} // namespace menubar::e2e

@@ -1,0 +1,126 @@
+#include "tests/e2e/ScratchHome.h"
+
+#include <chrono>
+#include <csignal>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using menubar::e2e::ChildProcess;
+using menubar::e2e::ScratchHome;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr const char* enter = "\x1b[?1049h\x1b[?7l\x1b[?25l";
+constexpr const char* leave = "\x1b[?25h\x1b[?7h\x1b[?1049l";
+
+ChildProcess::Options watchOn(const ScratchHome& home, ChildProcess::Output output) {
+    auto options = home.menubarctl({"menu", "--watch"});
+    options.output = output;
+    return options;
+}
+
+auto contains(std::string part) {
+    return [part = std::move(part)](const std::string& output) { return output.find(part) != std::string::npos; };
+}
+
+/// The last frame of a screen's output.
+std::string lastFrame(const std::string& output) {
+    const std::size_t at = output.rfind("\x1b[H");
+    return at == std::string::npos ? "" : output.substr(at);
+}
+
+} // namespace
+
+TEST(MenuWatch, takesTheTerminalOverAndGivesItBackOnInterrupt) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const ScratchHome home;
+        ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
+        ASSERT_TRUE(watch.readUntil(contains("Quit")));
+        EXPECT_THAT(watch.output(), StartsWith(std::string(enter) + "\x1b[H"));
+        EXPECT_THAT(watch.output(), Not(HasSubstr(leave)));
+        watch.send(signal);
+        EXPECT_EQ(watch.wait(), 0);
+        EXPECT_THAT(watch.output(), EndsWith(leave));
+        EXPECT_EQ(watch.errors(), "");
+    }
+}
+
+TEST(MenuWatch, redrawsInPlaceAndFollowsTheFile) {
+    const ScratchHome home;
+    ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
+    ASSERT_TRUE(watch.readUntil(contains("Daemon not running")));
+    home.writeStatus(R"({"stoppedAt":"2025-03-04T10:15:33Z"})");
+    ASSERT_TRUE(watch.readUntil(contains("Daemon stopped at 10:15")));
+    // The old frame is written over, never cleared first: that would flicker.
+    EXPECT_THAT(watch.output(), Not(HasSubstr("\x1b[2J")));
+    EXPECT_THAT(lastFrame(watch.output()), EndsWith("\x1b[K\x1b[J"));
+}
+
+TEST(MenuWatch, followsTheSizeOfTheWindow) {
+    const ScratchHome home;
+    auto options = watchOn(home, ChildProcess::Output::terminal);
+    options.rows = 40;
+    ChildProcess watch(options);
+    ASSERT_TRUE(watch.readUntil(contains("Quit")));
+    watch.resizeTerminal(30, 5);
+    ASSERT_TRUE(watch.readUntil(contains("more lines")));
+    const std::string frame = lastFrame(watch.output());
+    EXPECT_THAT(frame, HasSubstr("more lines"));
+    EXPECT_THAT(frame, Not(HasSubstr("Quit")));
+}
+
+TEST(MenuWatch, givesTheTerminalBackWhileItIsSuspended) {
+    const ScratchHome home;
+    ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
+    ASSERT_TRUE(watch.readUntil(contains("Quit")));
+    watch.send(SIGTSTP);
+    ASSERT_TRUE(watch.waitUntilStopped());
+    ASSERT_TRUE(watch.readUntil(contains(leave)));
+    watch.send(SIGCONT);
+    ASSERT_TRUE(watch.readUntil(contains(std::string(leave) + enter + "\x1b[H")));
+    watch.send(SIGINT);
+    EXPECT_EQ(watch.wait(), 0);
+    EXPECT_THAT(watch.output(), EndsWith(leave));
+}
+
+TEST(MenuWatch, intoAPipeWritesFramesApartByAnEmptyLine) {
+    const ScratchHome home;
+    home.writeStatus(R"({"stoppedAt":"2025-03-04T10:15:33Z"})");
+    ChildProcess watch(watchOn(home, ChildProcess::Output::pipe));
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_TRUE(watch.readUntil(contains("\n\n  ⊘ --\n")));
+    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2500));
+    EXPECT_THAT(watch.output(), StartsWith("  ⊘ --\n"));
+    EXPECT_THAT(watch.output(), Not(HasSubstr("\x1b")));
+    watch.send(SIGINT);
+    EXPECT_EQ(watch.wait(), 0);
+}
+
+TEST(MenuWatch, endsAtOnceAndQuietlyWhenTheReaderGoes) {
+    const ScratchHome home;
+    ChildProcess watch(watchOn(home, ChildProcess::Output::pipe));
+    ASSERT_TRUE(watch.readUntil(contains("Quit")));
+    watch.closeOutput();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(watch.wait(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2500));
+    EXPECT_EQ(watch.errors(), "");
+}
+
+TEST(MenuWatch, tenThousandSessionsFillTheScreenAndNoMore) {
+    const ScratchHome home;
+    std::string sessions;
+    for (int i = 0; i < 10'000; ++i) {
+        sessions += std::string(i == 0 ? "" : ",") + R"({"level":"ok"})";
+    }
+    home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[)" + sessions + "]}");
+    ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
+    ASSERT_TRUE(watch.readUntil(contains("more lines")));
+    EXPECT_LT(watch.output().size(), 20'000U);
+}
