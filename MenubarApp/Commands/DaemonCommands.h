@@ -7,7 +7,8 @@
 namespace menubar {
 
 /// The programs that the menu starts: the terminal's, the notifier's and the daemon's. Every function returns at once;
-/// the work is done in the background and `completion` runs once, on the main thread. Main thread.
+/// the work is done in the background and `completion` runs once, on the main thread. `focus` may run it before it
+/// returns, when there is nothing to do. Main thread.
 class DaemonCommands {
 public:
     using Completion = std::function<void()>;

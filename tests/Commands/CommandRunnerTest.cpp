@@ -2,6 +2,7 @@
 
 #include "tests/support/ChildRuns.h"
 #include "tests/support/RecordingShell.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <cerrno>
@@ -23,26 +24,6 @@ using testing::ElementsAre;
 namespace {
 
 const std::string& child = testChild;
-
-/// A variable of this process for as long as this object lives; its value before is put back.
-class Variable {
-public:
-    Variable(const char* name, const char* value) : m_name(name) {
-        if (const char* before = std::getenv(name)) {
-            m_before = before;
-        }
-        ::setenv(name, value, 1);
-    }
-
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-    ~Variable() { m_before ? ::setenv(m_name, m_before->c_str(), 1) : ::unsetenv(m_name); }
-
-private:
-    const char* m_name;
-    std::optional<std::string> m_before;
-};
 
 } // namespace
 
@@ -179,12 +160,12 @@ TEST(CommandRunner, moreArgumentsThanTheSystemTakesAreALaunchFailure) {
 }
 
 TEST(CommandRunner, theChildInheritsTheEnvironment) {
-    const Variable variable("MENUBAR_TEST_VARIABLE", "a=b c");
+    const ScopedVariable variable("MENUBAR_TEST_VARIABLE", "a=b c");
     EXPECT_EQ(runChild({"variable", "MENUBAR_TEST_VARIABLE"}).stdout_, "MENUBAR_TEST_VARIABLE=a=b c");
 }
 
 TEST(CommandRunner, anExtraVariableReplacesTheInheritedOneForTheChildOnly) {
-    const Variable variable("MENUBAR_TEST_VARIABLE", "inherited");
+    const ScopedVariable variable("MENUBAR_TEST_VARIABLE", "inherited");
     EXPECT_EQ(runChild({"variable", "MENUBAR_TEST_VARIABLE"}, {{"MENUBAR_TEST_VARIABLE", "extra"}}).stdout_,
               "MENUBAR_TEST_VARIABLE=extra");
     EXPECT_STREQ(std::getenv("MENUBAR_TEST_VARIABLE"), "inherited");

@@ -2,15 +2,14 @@
 
 #include "MenubarApp/Commands/CommandRunner.h"
 
+#include "tests/support/Programs.h"
+
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 namespace menubar::testing_support {
-
-/// The program that does what its arguments say; see test_child.cpp.
-inline const std::string testChild = MENUBAR_TEST_CHILD;
 
 /// One run and the lines that it logged.
 struct LoggedRun {
@@ -19,7 +18,7 @@ struct LoggedRun {
 };
 
 inline LoggedRun run(const std::string& executable, const std::vector<std::string>& arguments,
-               const Environment& extra = {}) {
+                     const Environment& extra = {}) {
     LoggedRun ran;
     ran.result = CommandRunner::runSync(executable, arguments, extra,
                                         [&](std::string_view line) { ran.lines.emplace_back(line); });
