@@ -1,9 +1,14 @@
 #pragma once
 
+#include "MenubarApp/Commands/CommandResult.h"
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCtl/Context.h"
 
 #include <string_view>
+
+namespace menubar {
+struct CommandContext;
+}
 
 namespace menubar::ctl {
 
@@ -22,6 +27,12 @@ enum class ExitStatus : int {
 /// Redraws the menu until interrupted.
 [[nodiscard]] ExitStatus runMenuWatch(const Context& context);
 
+/// Brings the terminal of the session that the line names to the front.
+[[nodiscard]] ExitStatus runFocus(const Context& context, const CommandContext& commands);
+
+/// Starts, stops or restarts the daemon's launch agent; starting one that runs restarts it, as in the menu.
+[[nodiscard]] ExitStatus runDaemon(const Context& context, const CommandContext& commands);
+
 /// Writes to standard output.
 [[nodiscard]] ExitStatus print(std::string_view bytes);
 
@@ -30,5 +41,11 @@ enum class ExitStatus : int {
 
 /// Writes "ostrel-menubarctl: ", the message and a line feed to standard error.
 void complain(std::string_view message);
+
+/// Complains; gives `failed`.
+[[nodiscard]] ExitStatus fail(std::string_view message);
+
+/// How a command ends that came down to one outside program: complains when that failed, with what it said.
+[[nodiscard]] ExitStatus finish(std::string_view program, const CommandResult& result);
 
 } // namespace menubar::ctl

@@ -34,4 +34,23 @@ void complain(std::string_view message) {
     static_cast<void>(writeAll(STDERR_FILENO, "ostrel-menubarctl: " + displayText(message) + "\n"));
 }
 
+ExitStatus fail(std::string_view message) {
+    complain(message);
+    return ExitStatus::failed;
+}
+
+ExitStatus finish(std::string_view program, const CommandResult& result) {
+    if (result.status == 0) {
+        return ExitStatus::done;
+    }
+    if (result.status == CommandResult::notStarted) {
+        return fail(result.stderr_);
+    }
+    std::string message = std::string(program) + " failed with status " + std::to_string(result.status);
+    if (!result.stderr_.empty()) {
+        message += ": " + result.stderr_;
+    }
+    return fail(message);
+}
+
 } // namespace menubar::ctl

@@ -1,6 +1,7 @@
 #include "MenubarCtl/Run.h"
 
 #include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/Terminal.h"
@@ -26,7 +27,19 @@ ExitStatus notAvailable(Command command) {
     return ExitStatus::failed;
 }
 
-ExitStatus perform(CommandLine line, const Environment& environment) {
+/// For the commands that run outside programs. Each run is a diagnostic line, which only --verbose shows.
+CommandContext commandContext(const Context& context, const SystemTools& tools) {
+    CommandContext commands{.environment = context.environment(),
+                            .home = homeDirectory(context.environment()),
+                            .uid = ::getuid(),
+                            .tools = tools};
+    if (!context.line().verbose) {
+        commands.log = [](std::string_view) {};
+    }
+    return commands;
+}
+
+ExitStatus perform(CommandLine line, const Environment& environment, const SystemTools& tools) {
     if (line.command == Command::help) {
         return print(helpText());
     }
@@ -45,18 +58,18 @@ ExitStatus perform(CommandLine line, const Environment& environment) {
     case Command::settingsList:
     case Command::settingsGet:
     case Command::settingsSet:
-    case Command::settingsReset:
-    case Command::focus:
+    case Command::settingsReset: return notAvailable(command);
+    case Command::focus: return runFocus(context, commandContext(context, tools));
     case Command::daemonStart:
     case Command::daemonStop:
-    case Command::daemonRestart: return notAvailable(command);
+    case Command::daemonRestart: return runDaemon(context, commandContext(context, tools));
     }
     return ExitStatus::failed;
 }
 
 } // namespace
 
-int run(std::span<const std::string> arguments, const Environment& environment) {
+int run(std::span<const std::string> arguments, const Environment& environment, const SystemTools& tools) {
     // A reader that goes away is an error of the write, not the end of the process in the middle of a screen.
     std::signal(SIGPIPE, SIG_IGN);
     auto line = parseCommandLine(arguments);
@@ -65,7 +78,7 @@ int run(std::span<const std::string> arguments, const Environment& environment) 
         static_cast<void>(writeAll(STDERR_FILENO, usageText()));
         return static_cast<int>(ExitStatus::wrongUsage);
     }
-    return static_cast<int>(perform(std::move(*line), environment));
+    return static_cast<int>(perform(std::move(*line), environment, tools));
 }
 
 } // namespace menubar::ctl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenubarApp/Commands/SystemTools.h"
 #include "MenubarCore/Status/FileManager.h"
 
 #include <span>
@@ -8,7 +9,8 @@
 namespace menubar::ctl {
 
 /// The whole program but for where its arguments come from; gives the process's exit status. `arguments` are those
-/// after the program's name.
-[[nodiscard]] int run(std::span<const std::string> arguments, const Environment& environment);
+/// after the program's name; `tools` are the system's, but in the demo.
+[[nodiscard]] int run(std::span<const std::string> arguments, const Environment& environment,
+                      const SystemTools& tools = {});
 
 } // namespace menubar::ctl

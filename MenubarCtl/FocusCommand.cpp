@@ -1,0 +1,44 @@
+#include "MenubarApp/Commands/Cmux.h"
+#include "MenubarApp/Commands/SystemTools.h"
+#include "MenubarCtl/Commands.h"
+#include "MenubarCtl/SessionMatch.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace menubar::ctl {
+
+namespace {
+
+/// Why there are no sessions to look among; nothing when the file was read.
+std::optional<std::string> objection(const StatusSnapshot& snapshot, const std::string& path) {
+    if (const auto* unreadable = std::get_if<StatusSnapshot::Unreadable>(&snapshot.storage())) {
+        return unreadable->reason;
+    }
+    return snapshot.file() == nullptr ? std::optional("there is no status file at " + path) : std::nullopt;
+}
+
+} // namespace
+
+ExitStatus runFocus(const Context& context, const CommandContext& commands) {
+    const StatusSnapshot snapshot = context.observe().poll.snapshot;
+    if (const auto reason = objection(snapshot, context.paths().statusFile)) {
+        return fail(*reason);
+    }
+    const auto session = findSession(snapshot.file()->sessions, context.line().name);
+    if (!session) {
+        return fail(session.error());
+    }
+    const std::string workspace = (*session)->workspaceId.value_or("");
+    if (workspace.empty()) {
+        return fail("the session \"" + context.line().name + "\" is in no cmux workspace");
+    }
+    const auto cmux = Cmux::path(commands);
+    if (!cmux) {
+        return fail(Cmux::notFound(commands.tools));
+    }
+    return finish("cmux", Cmux::focusSync(commands, *cmux, workspace, (*session)->surfaceId));
+}
+
+} // namespace menubar::ctl

@@ -1,0 +1,66 @@
+#include "MenubarCtl/SessionMatch.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using namespace menubar;
+using menubar::ctl::findSession;
+
+namespace {
+
+SessionStatus session(std::optional<std::string> sessionId, std::optional<std::string> shortId,
+                      std::optional<std::string> dirName) {
+    SessionStatus made;
+    made.sessionId = std::move(sessionId);
+    made.shortId = std::move(shortId);
+    made.dirName = std::move(dirName);
+    return made;
+}
+
+/// The position of the session that the name stands for, or the complaint.
+std::string found(const std::vector<SessionStatus>& sessions, std::string_view name) {
+    const auto match = findSession(sessions, name);
+    return match ? std::to_string(*match - sessions.data()) : match.error();
+}
+
+} // namespace
+
+TEST(SessionMatch, findsBySessionIdShortIdOrDisplayName) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", "api"), session("id-2", "s2", "web")};
+    EXPECT_EQ(found(sessions, "id-2"), "1");
+    EXPECT_EQ(found(sessions, "s2"), "1");
+    EXPECT_EQ(found(sessions, "web"), "1");
+    EXPECT_EQ(found(sessions, "api"), "0");
+}
+
+TEST(SessionMatch, aSessionIdHidesShortIdsAndThoseHideNames) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", "x"), session("id-2", "x", "web"),
+                                              session("x", "s3", "app")};
+    EXPECT_EQ(found(sessions, "x"), "2");
+    EXPECT_EQ(found({sessions[0], sessions[1]}, "x"), "1");
+    EXPECT_EQ(found({sessions[0]}, "x"), "0");
+}
+
+TEST(SessionMatch, severalOfOneRuleAreListed) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", "api"), session("id-2", "s2", "web"),
+                                              session(std::nullopt, std::nullopt, "api")};
+    EXPECT_EQ(found(sessions, "api"), "several sessions are called \"api\": api (id-1), api (no session id)");
+    const std::vector<SessionStatus> twins{session("same", "s1", "api"), session("same", "s2", "web")};
+    EXPECT_EQ(found(twins, "same"), "several sessions are called \"same\": api (same), web (same)");
+}
+
+TEST(SessionMatch, namesAreCompletedByNothing) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", "api")};
+    for (const char* name : {"ap", "API", "api ", "id", "", "session"}) {
+        EXPECT_EQ(found(sessions, name), "no session is called \"" + std::string(name) + "\"");
+    }
+    EXPECT_EQ(found({}, "api"), "no session is called \"api\"");
+}
+
+TEST(SessionMatch, theDisplayNameStandsInForAMissingOne) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", ""), session(std::nullopt, std::nullopt, {})};
+    EXPECT_EQ(found(sessions, "s1"), "0");
+    EXPECT_EQ(found(sessions, "session"), "1");
+}
