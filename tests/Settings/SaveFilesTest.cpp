@@ -1,0 +1,411 @@
+#include "MenubarApp/Settings/SaveFiles.h"
+
+#include "tests/Settings/SampleSettings.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace menubar;
+using menubar::sample::form;
+using menubar::sample::spec;
+using menubar::testing_support::TemporaryDirectory;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Kind = SettingControl::Kind;
+
+const std::string newBytes = "{\n  \"a\" : \"x\"\n}\n";
+constexpr const char* accepted = R"({"ok":true})";
+
+std::string read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+mode_t modeOf(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+/// The names in a directory, sorted, joined with blanks.
+std::string listing(const std::string& directory) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(directory)) {
+        names.insert(entry.path().filename().string());
+    }
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : " ") + name;
+    }
+    return text;
+}
+
+/// A process that has ended.
+pid_t deadProcess() {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(0);
+    }
+    ::waitpid(child, nullptr, 0);
+    return child;
+}
+
+std::string candidateName(pid_t pid) {
+    return "config.json." + std::to_string(pid) + ".tmp";
+}
+
+SettingsForm edited() {
+    SettingsForm result = form({spec(Kind::text)});
+    result.set("a", "x");
+    return result;
+}
+
+struct Saving {
+    SaveOutcome outcome;
+    bool foundChange;
+    std::optional<std::string> placed;
+};
+
+/// Saves to where `path` leads; `during` is called with the candidate's path while the daemon validates.
+Saving save(const std::string& path, std::optional<std::string> loaded,
+            const std::function<void(const std::string&)>& during = {}) {
+    const auto target = followLinks(path);
+    EXPECT_TRUE(target) << path;
+    SaveFiles files(target.value_or(path), std::move(loaded));
+    const auto validate = [&](const std::string& candidate) {
+        if (during) {
+            during(candidate);
+        }
+        return CommandOutcome{.status = 0, .stdout_ = accepted, .stderr_ = ""};
+    };
+    SaveOutcome outcome = SavePipeline::save(edited(), target.value_or(path), files.environment(validate), ::getpid());
+    return {std::move(outcome), files.foundChange(), files.placed()};
+}
+
+std::string failureOf(const Saving& saving) {
+    const auto* failed = std::get_if<SaveOutcome::WriteFailed>(&saving.outcome.storage());
+    return failed == nullptr ? describe(saving.outcome) : failed->message;
+}
+
+/// Every mode that is asked for is given.
+class PermissiveUmask {
+public:
+    PermissiveUmask() : m_before(::umask(0)) {}
+
+    PermissiveUmask(const PermissiveUmask&) = delete;
+    PermissiveUmask& operator=(const PermissiveUmask&) = delete;
+
+    ~PermissiveUmask() { ::umask(m_before); }
+
+private:
+    mode_t m_before;
+};
+
+} // namespace
+
+TEST(SaveFiles, aNewFileIsItsOwnersAlone) {
+    const TemporaryDirectory directory;
+    const PermissiveUmask umask;
+    const Saving saving = save(directory / "config.json", std::nullopt);
+    EXPECT_EQ(saving.outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(saving.placed, newBytes);
+    EXPECT_EQ(read(directory / "config.json"), newBytes);
+    EXPECT_EQ(modeOf(directory / "config.json"), 0600);
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, missingDirectoriesAreCreated) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(save(directory / "new/deep/config.json", std::nullopt).outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(read(directory / "new/deep/config.json"), newBytes);
+}
+
+TEST(SaveFiles, aDirectoryThatCannotBeCreatedIsNamed) {
+    const TemporaryDirectory directory;
+    directory.write("file", "");
+    EXPECT_EQ(failureOf(save(directory / "file/x/config.json", std::nullopt)),
+              "could not create the directory " + (directory / "file/x") + ": Not a directory");
+    EXPECT_EQ(listing(directory.path()), "file");
+}
+
+TEST(SaveFiles, theCandidateIsWholeAndItsOwnersAloneWhileItIsValidated) {
+    const TemporaryDirectory directory;
+    const PermissiveUmask umask;
+    const std::string path = directory.write("config.json", "old");
+    ::chmod(path.c_str(), 0644);
+    bool validated = false;
+    save(path, "old", [&](const std::string& candidate) {
+        validated = true;
+        EXPECT_EQ(candidate, directory / candidateName(::getpid()));
+        EXPECT_EQ(read(candidate), newBytes);
+        EXPECT_EQ(modeOf(candidate), 0600);
+        EXPECT_EQ(read(path), "old");
+    });
+    EXPECT_TRUE(validated);
+}
+
+TEST(SaveFiles, anExistingFileKeepsItsMode) {
+    for (const mode_t mode : {0600U, 0644U, 0660U, 0400U, 0777U, 02750U}) {
+        const TemporaryDirectory directory;
+        const std::string path = directory.write("config.json", "old");
+        ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+        const mode_t before = modeOf(path);
+        EXPECT_EQ(save(path, "old").outcome, SaveOutcome::Saved{});
+        EXPECT_EQ(modeOf(path), before);
+        EXPECT_EQ(read(path), newBytes);
+    }
+}
+
+TEST(SaveFiles, anExistingFileKeepsItsOwnerAndGroup) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    ASSERT_EQ(::chown(path.c_str(), 12345, 23456), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 04640), 0);
+    EXPECT_EQ(save(path, "old").outcome, SaveOutcome::Saved{});
+    struct stat info{};
+    ASSERT_EQ(::stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_uid, 12345);
+    EXPECT_EQ(info.st_gid, 23456);
+    EXPECT_EQ(info.st_mode & 07777, 04640) << "though a change of owner clears that bit";
+}
+
+TEST(SaveFiles, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can set this up";
+    }
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool isNobody = ::setgid(65534) == 0 && ::setuid(65534) == 0;
+        const Saving saving = save(path, "old");
+        const bool isRefused =
+            failureOf(saving) == "could not keep the file's owner and group: Operation not permitted";
+        ::_exit(isNobody && isRefused ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(read(path), "old");
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+#ifndef __APPLE__
+TEST(SaveFiles, anExistingFileKeepsItsExtendedAttributesAndNoOthers) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    if (::setxattr(path.c_str(), "user.note", "mine", 4, 0) != 0) {
+        GTEST_SKIP() << "this file system has no extended attributes";
+    }
+    ASSERT_EQ(::setxattr(path.c_str(), "user.empty", "", 0, 0), 0);
+    const auto mark = [](const std::string& candidate) { ::setxattr(candidate.c_str(), "user.other", "x", 1, 0); };
+    EXPECT_EQ(save(path, "old", mark).outcome, SaveOutcome::Saved{});
+    char value[16] = {};
+    EXPECT_EQ(::getxattr(path.c_str(), "user.note", value, sizeof value), 4);
+    EXPECT_EQ(std::string(value), "mine");
+    EXPECT_EQ(::getxattr(path.c_str(), "user.empty", value, sizeof value), 0);
+    EXPECT_LT(::getxattr(path.c_str(), "user.other", value, sizeof value), 0);
+    EXPECT_EQ(read(path), newBytes);
+}
+#endif
+
+// Symbolic links
+
+TEST(SaveFiles, aLinkStaysALinkAndTheCandidateLiesBesideItsTarget) {
+    const TemporaryDirectory directory;
+    fs::create_directory(directory / "dotfiles");
+    const std::string target = directory.write("dotfiles/ostrel.json", "old");
+    for (const std::string& content : {target, std::string("dotfiles/ostrel.json")}) {
+        directory.write("dotfiles/ostrel.json", "old");
+        fs::remove(directory / "config.json");
+        fs::create_symlink(content, directory / "config.json");
+        save(directory / "config.json", "old", [&](const std::string& candidate) {
+            EXPECT_EQ(listing(directory / "dotfiles"),
+                      "ostrel.json ostrel.json." + std::to_string(::getpid()) + ".tmp");
+            EXPECT_TRUE(fs::equivalent(fs::path(candidate).parent_path(), directory / "dotfiles"));
+        });
+        EXPECT_EQ(fs::read_symlink(directory / "config.json"), content);
+        EXPECT_EQ(read(target), newBytes);
+        EXPECT_EQ(listing(directory / "dotfiles"), "ostrel.json");
+    }
+}
+
+TEST(SaveFiles, linksToLinksAreFollowedToTheEnd) {
+    const TemporaryDirectory directory;
+    fs::create_directory(directory / "sub");
+    const std::string target = directory.write("sub/real.json", "old");
+    fs::create_symlink("real.json", directory / "sub/second.json");
+    fs::create_symlink("sub/second.json", directory / "config.json");
+    EXPECT_EQ(followLinks(directory / "config.json"), directory / "sub/real.json");
+    EXPECT_EQ(save(directory / "config.json", "old").outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(read(target), newBytes);
+    EXPECT_TRUE(fs::is_symlink(directory / "config.json"));
+    EXPECT_TRUE(fs::is_symlink(directory / "sub/second.json"));
+}
+
+TEST(SaveFiles, aLinkThatDanglesCreatesItsTarget) {
+    const TemporaryDirectory directory;
+    fs::create_symlink("not/there/yet.json", directory / "config.json");
+    EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(fs::read_symlink(directory / "config.json"), "not/there/yet.json");
+    EXPECT_EQ(read(directory / "not/there/yet.json"), newBytes);
+    EXPECT_EQ(modeOf(directory / "not/there/yet.json"), 0600);
+}
+
+TEST(SaveFiles, aLoopOfLinksIsNamed) {
+    const TemporaryDirectory directory;
+    fs::create_symlink("b.json", directory / "a.json");
+    fs::create_symlink("a.json", directory / "b.json");
+    const auto target = followLinks(directory / "a.json");
+    ASSERT_FALSE(target);
+    EXPECT_EQ(target.error().message,
+              "could not follow the symbolic link " + (directory / "a.json") + ": Too many levels of symbolic links");
+}
+
+TEST(SaveFiles, aLongLinkIsReadWhole) {
+    const TemporaryDirectory directory;
+    const std::string name(250, 'n');
+    const std::string content = "./././././././././././././././././././././././././././././././././././" + name;
+    directory.write(name, "old");
+    fs::create_symlink(content, directory / "config.json");
+    EXPECT_EQ(followLinks(directory / "config.json"), directory / content);
+}
+
+TEST(SaveFiles, whatIsNoLinkLeadsToItself) {
+    const TemporaryDirectory directory;
+    EXPECT_EQ(followLinks(directory.write("file", "")), directory / "file");
+    EXPECT_EQ(followLinks(directory / "missing"), directory / "missing");
+    EXPECT_EQ(followLinks(directory.path()), directory.path());
+    EXPECT_EQ(followLinks("relative"), "relative");
+}
+
+TEST(SaveFiles, aLinkInTheCandidatesPlaceIsReplacedAndNotFollowed) {
+    const TemporaryDirectory directory;
+    const std::string victim = directory.write("victim", "precious");
+    fs::create_symlink("victim", directory / candidateName(::getpid()));
+    EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(read(victim), "precious");
+    EXPECT_FALSE(fs::is_symlink(directory / "config.json"));
+    EXPECT_EQ(listing(directory.path()), "config.json victim");
+}
+
+// What earlier processes left
+
+TEST(SaveFiles, candidatesOfProcessesThatHaveEndedAreRemoved) {
+    const TemporaryDirectory directory;
+    directory.write(candidateName(deadProcess()), "half");
+    directory.write(candidateName(::getpid()), "of a process that had our id");
+    EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, everythingElseInTheDirectoryIsLeftAlone) {
+    const TemporaryDirectory directory;
+    const std::string dead = std::to_string(deadProcess());
+    const std::string names[] = {
+        candidateName(::getppid()),
+        "config.json.tmp",
+        "config.json..tmp",
+        "config.json." + dead,
+        "config.json." + dead + ".bak",
+        "config.json.x" + dead + ".tmp",
+        "config.json.-" + dead + ".tmp",
+        "other.json." + dead + ".tmp",
+        "config.json.0.tmp",
+        "config.json.99999999999999.tmp",
+        "config.jsonx" + dead + ".tmp",
+    };
+    for (const std::string& name : names) {
+        directory.write(name, name);
+    }
+    EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
+    for (const std::string& name : names) {
+        EXPECT_EQ(read(directory / name), name);
+    }
+}
+
+// Changes by others
+
+TEST(SaveFiles, aFileThatWasChangedAfterItWasLoadedIsLeftAsItIs) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "theirs");
+    const Saving saving = save(path, "old", [](const std::string&) { FAIL() << "the daemon need not be asked"; });
+    EXPECT_EQ(failureOf(saving),
+              "the file was changed by another program after it was loaded, so it was left as it is");
+    EXPECT_TRUE(saving.foundChange);
+    EXPECT_EQ(saving.placed, std::nullopt);
+    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, soIsOneThatIsChangedWhileTheDaemonValidates) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    const Saving saving = save(path, "old", [&](const std::string&) { directory.write("config.json", "theirs"); });
+    EXPECT_TRUE(saving.foundChange);
+    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, soIsOneThatWasCreatedOrRemoved) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "theirs");
+    EXPECT_EQ(failureOf(save(path, std::nullopt)),
+              "the file was created by another program after it was loaded, so it was left as it is");
+    EXPECT_EQ(read(path), "theirs");
+    fs::remove(path);
+    const Saving saving = save(path, "old");
+    EXPECT_EQ(failureOf(saving),
+              "the file was removed by another program after it was loaded, so it was left as it is");
+    EXPECT_TRUE(saving.foundChange);
+    EXPECT_EQ(listing(directory.path()), "");
+}
+
+TEST(SaveFiles, contentDecidesAndNotTheTimeOfTheLastChange) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    const auto rewrite = [&](const std::string&) {
+        fs::remove(path);
+        directory.write("config.json", "old");
+        fs::last_write_time(path, fs::file_time_type::clock::now() + std::chrono::hours(1));
+    };
+    const Saving saving = save(path, "old", rewrite);
+    EXPECT_EQ(saving.outcome, SaveOutcome::Saved{});
+    EXPECT_FALSE(saving.foundChange);
+}
+
+TEST(SaveFiles, whatCannotBeComparedIsLeftAsItIs) {
+    const TemporaryDirectory directory;
+    fs::create_directory(directory / "config.json");
+    const Saving saving = save(directory / "config.json", std::nullopt);
+    EXPECT_EQ(failureOf(saving),
+              "The file \"" + (directory / "config.json") + "\" could not be read: it is a directory.");
+    EXPECT_FALSE(saving.foundChange);
+    EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, aCandidateThatVanishesIsNoSave) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    const Saving saving = save(path, "old", [](const std::string& candidate) { fs::remove(candidate); });
+    EXPECT_EQ(failureOf(saving), "could not open the new file: No such file or directory");
+    EXPECT_EQ(read(path), "old");
+}
