@@ -53,7 +53,7 @@ public:
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 
     /// The payload when the case matches, nothing otherwise. The pointers live as long as this value, unchanged.
-    [[nodiscard]] std::optional<bool> bool_() const;
+    [[nodiscard]] std::optional<bool> bool_() const; // NOLINT(readability-identifier-naming): a keyword
     [[nodiscard]] std::optional<double> number() const;
 
     [[nodiscard]] const std::string* text() const& { return std::get_if<std::string>(&m_storage); }

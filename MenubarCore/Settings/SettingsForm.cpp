@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -45,8 +44,9 @@ SettingsForm::SettingsForm(SettingsSchema schema, JSONValue::Object file)
     for (const SettingField& field : m_fields) {
         m_passthrough.erase(field.name());
     }
-    m_byName.resize(m_fields.size());
-    std::iota(m_byName.begin(), m_byName.end(), std::size_t{0});
+    for (std::size_t i = 0; i < m_fields.size(); ++i) {
+        m_byName.push_back(i);
+    }
     std::ranges::sort(m_byName, [this](std::size_t a, std::size_t b) {
         return std::tie(m_fields[a].name(), a) < std::tie(m_fields[b].name(), b);
     });

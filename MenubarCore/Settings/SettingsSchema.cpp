@@ -55,14 +55,14 @@ using SchemaDocument::Meta;
 using SchemaDocument::Property;
 
 template <typename T>
-std::optional<T> firstOf(std::optional<T> hint, const std::optional<T>& rule) {
-    return hint ? std::move(hint) : rule;
+std::optional<T> firstOf(const std::optional<T>& hint, const std::optional<T>& rule) {
+    return hint ? hint : rule;
 }
 
 /// The setting's own hints come before the rules of the property of its name.
 SettingSpec merged(Meta meta, const Property& property) {
     const Items items = property.items.value_or(Items{});
-    const auto values = firstOf(firstOf(std::move(meta.values), property.enumValues), items.enumValues);
+    const auto values = firstOf(firstOf(meta.values, property.enumValues), items.enumValues);
     return {
         .name = std::move(meta.name),
         .group = std::move(meta.group).value_or(""),
@@ -76,7 +76,7 @@ SettingSpec merged(Meta meta, const Property& property) {
         .multiple = meta.multiple.value_or(false),
         .multiline = meta.multiline.value_or(false),
         .requiredPrefix = std::move(meta.requiredPrefix),
-        .itemPattern = firstOf(std::move(meta.itemPattern), items.pattern),
+        .itemPattern = firstOf(meta.itemPattern, items.pattern),
         .pattern = property.pattern,
         .type = property.type,
         .defaultValue = property.defaultValue,
