@@ -23,10 +23,10 @@ std::optional<bool> CompactSetting::parse(std::string_view text) {
 CompactSetting CompactSetting::resolve(const Environment& environment, std::optional<bool> stored) {
     if (const auto variable = environment.find(environmentKey); variable != environment.end()) {
         if (const std::optional<bool> compact = parse(variable->second)) {
-            return {*compact, Source::environment};
+            return {.compact = *compact, .source = Source::environment};
         }
     }
-    return stored ? CompactSetting{*stored, Source::defaults} : CompactSetting{};
+    return stored ? CompactSetting{.compact = *stored, .source = Source::defaults} : CompactSetting{};
 }
 
 std::string_view rawText(CompactSetting::Source source) {

@@ -18,7 +18,7 @@ std::vector<ConfigNotice> notices(const StatusFile* status, const DaemonState& s
     }
     std::vector<ConfigNotice> result;
     if (const auto& error = status->configError; error && error->message && !error->message->empty()) {
-        result.emplace_back(ConfigNotice::Error{*error->message, error->path});
+        result.emplace_back(ConfigNotice::Error{.message = *error->message, .path = error->path});
     }
     if (state.isRunning() && status->configChangedSinceLoad()) {
         result.emplace_back(ConfigNotice::RestartNeeded{});

@@ -56,7 +56,7 @@ private:
 constexpr double beyondIntegers = 9223372036854775808.0;
 
 std::string twoDigits(int number) {
-    return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
+    return {static_cast<char>('0' + (number / 10)), static_cast<char>('0' + (number % 10))};
 }
 
 std::string cacheExpiry(Date expiresAt, Date now) {
@@ -148,7 +148,8 @@ std::string Formatting::duration(double seconds) {
 }
 
 std::string Formatting::ago(Date date, Date now) {
-    return duration(std::max(0.0, secondsBetween(date, now))) + " ago";
+    const Date past = std::min(date, now);
+    return duration(secondsBetween(past, now)) + " ago";
 }
 
 std::string Formatting::clock(Date date, const TimeZone& timeZone) {
@@ -216,7 +217,7 @@ std::string Formatting::sessionLine(const SessionStatus& session, Date now) {
     if (session.handoff) {
         items.add("handoff");
     }
-    std::string line = std::move(items).take();
+    const std::string line = std::move(items).take();
     return session.level == SessionLevel::ok ? line : concat({"[", rawText(session.level), "] ", line});
 }
 

@@ -16,11 +16,11 @@ struct Look {
     Tone tone;
 };
 
-constexpr Look allWell{"eye", Tone::ok};
-constexpr Look muted{"eye.slash", Tone::muted};
+constexpr Look allWell{.symbolName = "eye", .tone = Tone::ok};
+constexpr Look muted{.symbolName = "eye.slash", .tone = Tone::muted};
 
 constexpr Look alarmed(Tone tone) {
-    return {"eye.trianglebadge.exclamationmark", tone};
+    return {.symbolName = "eye.trianglebadge.exclamationmark", .tone = tone};
 }
 
 bool isIncomplete(const SessionStatus& session) {

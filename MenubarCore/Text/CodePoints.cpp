@@ -8,27 +8,27 @@ namespace {
 
 /// What the byte that begins a sequence says about the bytes after it.
 struct Lead {
-    int trailing;        // bytes to follow; -1 when no sequence begins so
-    std::int32_t bits;   // its share of the code point
-    unsigned char lower; // bounds of the first byte to follow, which shut out
-    unsigned char upper; // overlong forms, surrogates and what is beyond U+10FFFF
+    int trailing = 0;              // bytes to follow
+    std::int32_t bits = illFormed; // its share of the code point; `illFormed` when no sequence begins so
+    unsigned char lower = 0x80;    // bounds of the first byte to follow, which shut out
+    unsigned char upper = 0xBF;    // overlong forms, surrogates and what is beyond U+10FFFF
 };
 
 constexpr Lead leadOf(unsigned char byte) {
     if (byte >= 0xC2 && byte <= 0xDF) {
-        return {1, byte & 0x1F, 0x80, 0xBF};
+        return {.trailing = 1, .bits = byte & 0x1F};
     }
     if (byte >= 0xE0 && byte <= 0xEF) {
         const unsigned char lower = byte == 0xE0 ? 0xA0 : 0x80;
         const unsigned char upper = byte == 0xED ? 0x9F : 0xBF;
-        return {2, byte & 0x0F, lower, upper};
+        return {.trailing = 2, .bits = byte & 0x0F, .lower = lower, .upper = upper};
     }
     if (byte >= 0xF0 && byte <= 0xF4) {
         const unsigned char lower = byte == 0xF0 ? 0x90 : 0x80;
         const unsigned char upper = byte == 0xF4 ? 0x8F : 0xBF;
-        return {3, byte & 0x07, lower, upper};
+        return {.trailing = 3, .bits = byte & 0x07, .lower = lower, .upper = upper};
     }
-    return {-1, illFormed, 0, 0};
+    return {};
 }
 
 bool isTrailing(char c) {
@@ -48,7 +48,7 @@ std::int32_t nextCodePoint(std::string_view text, std::size_t& index) {
         if (byte < lead.lower || byte > lead.upper) {
             return illFormed;
         }
-        lead = {lead.trailing, lead.bits << 6 | (byte & 0x3F), 0x80, 0xBF};
+        lead = {.trailing = lead.trailing, .bits = lead.bits << 6 | (byte & 0x3F)};
         ++index;
     }
     return lead.bits;

@@ -119,8 +119,9 @@ private:
         if (!monthNumber || *monthNumber == 0 || !week || *week == 0 || !day) {
             return false;
         }
-        change.day = DaylightRule::WeekdayOfMonth{month(static_cast<unsigned>(*monthNumber)),
-                                                  static_cast<unsigned>(*week), weekday(static_cast<unsigned>(*day))};
+        change.day = DaylightRule::WeekdayOfMonth{.month = month(static_cast<unsigned>(*monthNumber)),
+                                                  .week = static_cast<unsigned>(*week),
+                                                  .weekday = weekday(static_cast<unsigned>(*day))};
         return true;
     }
 
@@ -130,7 +131,8 @@ private:
         if (!day || (countsFromOne && *day == 0)) {
             return false;
         }
-        change.day = DaylightRule::DayOfYear{days(countsFromOne ? *day - 1 : *day), !countsFromOne};
+        change.day = DaylightRule::DayOfYear{.sinceNewYear = days(countsFromOne ? *day - 1 : *day),
+                                             .countsLeapDay = !countsFromOne};
         return true;
     }
 

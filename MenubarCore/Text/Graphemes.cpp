@@ -78,7 +78,7 @@ private:
         return end == UBRK_DONE ? m_text.size() : m_base + static_cast<std::size_t>(end);
     }
 
-    std::size_t endOfCodePoint(std::size_t index) const {
+    [[nodiscard]] std::size_t endOfCodePoint(std::size_t index) const {
         static_cast<void>(nextCodePoint(m_text, index));
         return index;
     }

@@ -133,7 +133,7 @@ ClockTime TimeZone::clockTime(Date date) const {
     const auto utc = floor<seconds>(date.time_since_epoch());
     const seconds local = utc + (m_rules ? m_rules->utcOffset(utc) : 0s);
     const auto minuteOfDay = floor<minutes>(local - floor<days>(local)).count();
-    return ClockTime{static_cast<int>(minuteOfDay / 60), static_cast<int>(minuteOfDay % 60)};
+    return {.hour = static_cast<int>(minuteOfDay / 60), .minute = static_cast<int>(minuteOfDay % 60)};
 }
 
 } // namespace menubar

@@ -55,12 +55,12 @@ public:
         return c;
     }
 
-    bool startsWith(char c) const { return m_rest.starts_with(c); }
+    [[nodiscard]] bool startsWith(char c) const { return m_rest.starts_with(c); }
 
-    bool isDone() const { return !m_failed && m_rest.empty(); }
+    [[nodiscard]] bool isDone() const { return !m_failed && m_rest.empty(); }
 
 private:
-    bool startsWithDigit() const { return !m_rest.empty() && isDigit(m_rest.front()); }
+    [[nodiscard]] bool startsWithDigit() const { return !m_rest.empty() && isDigit(m_rest.front()); }
 
     int fail() {
         m_failed = true;

@@ -75,7 +75,7 @@ struct Header {
 
     /// How many bytes of data follow, with times of this many bytes.
     [[nodiscard]] std::size_t dataSize(std::size_t timeSize) const {
-        return changes * (timeSize + 1) + types * 6 + abbreviationBytes + leapSeconds * (timeSize + 4) +
+        return (changes * (timeSize + 1)) + (types * 6) + abbreviationBytes + (leapSeconds * (timeSize + 4)) +
                standardIndicators + utcIndicators;
     }
 };
