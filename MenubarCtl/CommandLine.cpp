@@ -1,5 +1,7 @@
 #include "MenubarCtl/CommandLine.h"
 
+#include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Timestamp.h"
 
@@ -143,7 +145,7 @@ Parser::Outcome Parser::setValueOption(std::string_view name, const std::string&
         m_line.now = parseTimestamp(value);
         return m_line.now ? Outcome() : wrong("--now is not an ISO 8601 time stamp: " + quoted(value));
     }
-    m_line.timeZone = TimeZone::named(value);
+    m_line.timeZone = ZoneDatabase::zone(value, PosixFileManager());
     return m_line.timeZone ? Outcome() : wrong("--time-zone is not the name of a time zone: " + quoted(value));
 }
 

@@ -31,7 +31,7 @@ enum class Command {
 /// The words that ask for it, "settings list"; "--help" and "--version" for those two.
 [[nodiscard]] std::string_view words(Command command);
 
-/// A command line that is right, as far as can be told without looking at any file.
+/// A command line that is right, as far as can be told without looking at any file but the system's zone files.
 struct CommandLine {
     Command command = Command::help;
     std::string name;                ///< of the setting or the session; empty where the command takes none
@@ -54,7 +54,8 @@ struct UsageError {
 /// Reads the arguments after the program's name. Options may stand anywhere, as "--name VALUE" or "--name=VALUE"; of a
 /// repeated one the last holds. "--" ends them. Where a VALUE is expected, an argument with a single leading "-" is
 /// one.
-/// "--help" and "--version" hold as soon as they are met. Pure.
+/// "--help" and "--version" hold as soon as they are met. Pure, but that a zone is looked up in the system's zone
+/// files.
 [[nodiscard]] std::expected<CommandLine, UsageError> parseCommandLine(std::span<const std::string> arguments);
 
 /// The synopsis, several lines.
