@@ -19,26 +19,27 @@ enum class Operands { none, name, nameAndValues };
 struct CommandSpec {
     Command command;
     std::string_view first;
-    std::string_view second; ///< empty for a command of one word
-    Operands operands;
-    bool takesJSON;
-    bool takesWatch;
+    std::string_view second{}; ///< empty for a command of one word
+    Operands operands = Operands::none;
+    bool takesJSON = false;
+    bool takesWatch = false;
 };
 
 constexpr std::array commands{
-    CommandSpec{Command::status, "status", "", Operands::none, true, false},
-    CommandSpec{Command::menu, "menu", "", Operands::none, true, true},
-    CommandSpec{Command::settingsList, "settings", "list", Operands::none, true, false},
-    CommandSpec{Command::settingsGet, "settings", "get", Operands::name, false, false},
-    CommandSpec{Command::settingsSet, "settings", "set", Operands::nameAndValues, false, false},
-    CommandSpec{Command::settingsReset, "settings", "reset", Operands::name, false, false},
-    CommandSpec{Command::focus, "focus", "", Operands::name, false, false},
-    CommandSpec{Command::daemonStart, "daemon", "start", Operands::none, false, false},
-    CommandSpec{Command::daemonStop, "daemon", "stop", Operands::none, false, false},
-    CommandSpec{Command::daemonRestart, "daemon", "restart", Operands::none, false, false},
+    CommandSpec{.command = Command::status, .first = "status", .takesJSON = true},
+    CommandSpec{.command = Command::menu, .first = "menu", .takesJSON = true, .takesWatch = true},
+    CommandSpec{.command = Command::settingsList, .first = "settings", .second = "list", .takesJSON = true},
+    CommandSpec{.command = Command::settingsGet, .first = "settings", .second = "get", .operands = Operands::name},
+    CommandSpec{
+        .command = Command::settingsSet, .first = "settings", .second = "set", .operands = Operands::nameAndValues},
+    CommandSpec{.command = Command::settingsReset, .first = "settings", .second = "reset", .operands = Operands::name},
+    CommandSpec{.command = Command::focus, .first = "focus", .operands = Operands::name},
+    CommandSpec{.command = Command::daemonStart, .first = "daemon", .second = "start"},
+    CommandSpec{.command = Command::daemonStop, .first = "daemon", .second = "stop"},
+    CommandSpec{.command = Command::daemonRestart, .first = "daemon", .second = "restart"},
 };
 
-std::unexpected<UsageError> wrong(std::string message) {
+std::unexpected<UsageError> wrong(const std::string& message) {
     return std::unexpected(UsageError{displayText(message)});
 }
 

@@ -49,7 +49,7 @@ JSONValue stateValue(const StatusPoll& poll, const TimeZone& timeZone) {
 JSONValue noticesValue(const StatusPoll& poll) {
     JSONValue::Array notices;
     for (const ConfigNotice& notice : ConfigNotices::notices(poll.snapshot.file(), poll.state)) {
-        notices.push_back(JSONValue::Object{
+        notices.emplace_back(JSONValue::Object{
             {"kind", notice.configError() != nullptr ? "configError" : "restartNeeded"},
             {"line", text(notice.menuLine())},
         });

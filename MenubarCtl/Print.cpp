@@ -31,7 +31,7 @@ ExitStatus printDocument(const JSONValue& document) {
 
 void complain(std::string_view message) {
     // Where standard error cannot be written either, the exit status alone has to tell.
-    static_cast<void>(writeAll(STDERR_FILENO, "ostrel-menubarctl: " + displayText(message) + "\n"));
+    [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, "ostrel-menubarctl: " + displayText(message) + "\n");
 }
 
 ExitStatus fail(std::string_view message) {

@@ -75,7 +75,7 @@ int run(std::span<const std::string> arguments, const Environment& environment, 
     auto line = parseCommandLine(arguments);
     if (!line) {
         complain(line.error().message);
-        static_cast<void>(writeAll(STDERR_FILENO, usageText()));
+        [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, usageText());
         return static_cast<int>(ExitStatus::wrongUsage);
     }
     return static_cast<int>(perform(std::move(*line), environment, tools));

@@ -51,14 +51,14 @@ void Screen::leave() {
     }
     m_isEntered = false;
     // A terminal that has gone needs nothing given back.
-    static_cast<void>(writeAll(m_output, giveBack));
+    [[maybe_unused]] const auto written = writeAll(m_output, giveBack);
     if (m_savedKeyboard) {
         ::tcsetattr(m_input, TCSANOW, &*m_savedKeyboard);
         m_savedKeyboard.reset();
     }
 }
 
-std::expected<void, int> Screen::draw(std::span<const std::string> lines) {
+std::expected<void, int> Screen::draw(std::span<const std::string> lines) const {
     std::string frame(home);
     bool isFirst = true;
     for (const std::string& line : lines) {

@@ -24,7 +24,7 @@ public:
     void leave();
 
     /// Replaces what is shown, in place and in one write. There are no more lines than rows.
-    [[nodiscard]] std::expected<void, int> draw(std::span<const std::string> lines);
+    [[nodiscard]] std::expected<void, int> draw(std::span<const std::string> lines) const;
 
     /// Whether typed keys arrive one by one, unechoed.
     [[nodiscard]] bool readsKeys() const { return m_savedKeyboard.has_value(); }

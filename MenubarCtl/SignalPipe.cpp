@@ -64,7 +64,7 @@ SignalPipe::~SignalPipe() {
     ::close(m_writeEnd);
 }
 
-std::optional<int> SignalPipe::next() {
+std::optional<int> SignalPipe::next() const {
     char byte = 0;
     return ::read(m_readEnd, &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
 }

@@ -23,7 +23,7 @@ public:
     [[nodiscard]] int descriptor() const { return m_readEnd; }
 
     /// The next signal that has come; absent when there is none.
-    [[nodiscard]] std::optional<int> next();
+    [[nodiscard]] std::optional<int> next() const;
 
 private:
     struct Previous {

@@ -80,7 +80,8 @@ std::string itemText(const StatusItemPresentation& presentation, const TextStyle
 
 std::string separatorLine(const TextStyle& style) {
     const std::size_t margin = style.columns > 4 ? 2 : 0;
-    return std::string(margin, ' ') + drawn(repeated("─", style.columns - 2 * margin), {.weight = "2"}, style.styling);
+    return std::string(margin, ' ') +
+           drawn(repeated("─", style.columns - (2 * margin)), {.weight = "2"}, style.styling);
 }
 
 /// "⌘Q"

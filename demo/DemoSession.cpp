@@ -139,8 +139,8 @@ constexpr std::array scripts{
 double workedSeconds(const SessionScript& script, double seconds) {
     const double cycle = script.cycleSeconds();
     const double whole = std::floor(seconds / cycle);
-    const double rest = seconds - whole * cycle;
-    return whole * script.workSeconds + std::min(rest, static_cast<double>(script.workSeconds));
+    const double rest = seconds - (whole * cycle);
+    return (whole * script.workSeconds) + std::min(rest, static_cast<double>(script.workSeconds));
 }
 
 SessionLifecycle lifecycleAt(const SessionScript& script, double phase) {

@@ -31,7 +31,16 @@ JSONValue optionalText(const char* text) {
 }
 
 JSONValue integer(std::int64_t value) {
-    return JSONValue(static_cast<double>(value));
+    return {static_cast<double>(value)};
+}
+
+JSONValue providerFailures(double elapsed) {
+    const double second = std::fmod(elapsed, failureCycleSeconds);
+    if (second < failureFromSecond || second >= failureFromSecond + failureSeconds) {
+        return JSONValue::Array{};
+    }
+    return JSONValue::Array{
+        JSONValue::Object{{"provider", "zephyr"}, {"reason", "its session store is locked by another process"}}};
 }
 
 std::string handoffText(const SessionScript& script, double contextPct, Date at) {
@@ -133,7 +142,7 @@ void Simulation::compare(Session& session, const SessionMoment& before, Date now
 void Simulation::record(const Session& session, Date at, EventKind kind, EventLevel level, std::string text,
                         bool dryRun) {
     const SessionScript& script = *session.script;
-    m_events.push_back(JSONValue::Object{
+    m_events.emplace_back(JSONValue::Object{
         {"at", timestampText(at)},
         {"provider", script.provider},
         {"sessionId", script.sessionId},
@@ -202,15 +211,6 @@ JSONValue Simulation::sessionValue(const Session& session, Date now) const {
         };
     }
     return value;
-}
-
-JSONValue Simulation::providerFailures(double elapsed) const {
-    const double second = std::fmod(elapsed, failureCycleSeconds);
-    if (second < failureFromSecond || second >= failureFromSecond + failureSeconds) {
-        return JSONValue::Array{};
-    }
-    return JSONValue::Array{
-        JSONValue::Object{{"provider", "zephyr"}, {"reason", "its session store is locked by another process"}}};
 }
 
 } // namespace menubar::demo

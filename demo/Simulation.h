@@ -62,7 +62,6 @@ private:
     [[nodiscard]] HandoffDocument writeHandoff(Session& session, Date at);
     [[nodiscard]] std::string handoffPath(const SessionScript& script) const;
     [[nodiscard]] JSONValue sessionValue(const Session& session, Date now) const;
-    [[nodiscard]] JSONValue providerFailures(double elapsed) const;
 
     Options m_options;
     std::vector<Session> m_sessions;

@@ -89,7 +89,8 @@ std::expected<WatchOptions, std::string> watchOptions(std::span<const std::strin
             return std::unexpected(name + " is unknown or needs a value");
         }
         if (!setOption(options, name, value)) {
-            return std::unexpected(name + " is unknown or cannot be \"" + value + "\"");
+            name += " is unknown or cannot be \"";
+            return std::unexpected(name + value + "\"");
         }
     }
     // The hand-offs beside it are named in the file, for readers with another working directory.
