@@ -21,3 +21,10 @@ target_compile_options(
 # g++ 12 mistakes members of a moved-from std::variant for uninitialised ones.
 target_compile_options(menubar_warnings
                        INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+# GNUstep declares the optional methods of some delegate protocols as required, and categories of ours replace methods
+# of its classes on purpose.
+if(NOT APPLE)
+  target_compile_options(
+    menubar_warnings
+    INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-protocol -Wno-objc-protocol-method-implementation>)
+endif()

@@ -1,0 +1,19 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+
+namespace menubar {
+class Application;
+}
+
+/// Puts the app together when launching has finished, and stops its polling when it ends. Main thread.
+@interface AppDelegate : NSObject <NSApplicationDelegate> {
+    std::unique_ptr<menubar::Application> _application;
+}
+
+/// The main menu's "Settings...".
+- (void)show:(id)sender;
+
+@end

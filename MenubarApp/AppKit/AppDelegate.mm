@@ -1,0 +1,108 @@
+#import "MenubarApp/AppKit/AppDelegate.h"
+
+#include "MenubarApp/AppKit/AppKitMainLoop.h"
+#include "MenubarApp/AppKit/AppKitStatusItem.h"
+#include "MenubarApp/AppKit/AppKitUserDefaults.h"
+#include "MenubarApp/AppKit/AppKitWorkspace.h"
+#include "MenubarApp/AppKit/MenuRenderer.h"
+#include "MenubarApp/Commands/PendingCommands.h"
+#include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
+#include "MenubarApp/Platform/SystemClock.h"
+#include "MenubarApp/Settings/OpenSettingsSwitch.h"
+#include "MenubarApp/Settings/PendingSettingsWindow.h"
+#include "MenubarApp/StatusMenu/StatusMenuController.h"
+#include "MenubarCore/Menu/MainMenu.h"
+#include "MenubarCore/Status/StatusFileLocator.h"
+
+#include <utility>
+
+namespace menubar {
+
+/// Everything that lives as long as the process, in the order of dependence.
+class Application {
+  public:
+    Application(std::string statusPath, Environment environment, std::string home) {
+        m_controller = StatusMenuController::create(std::move(statusPath), std::move(environment), std::move(home),
+                                                    {.mainLoop = m_mainLoop,
+                                                     .statusItem = m_statusItem,
+                                                     .workspace = m_workspace,
+                                                     .defaults = m_defaults,
+                                                     .fileManager = m_fileManager,
+                                                     .clock = m_clock,
+                                                     .commands = m_commands,
+                                                     .settings = m_settings,
+                                                     .log = log});
+        m_statusItem.setEvents(m_controller);
+        m_controller->start();
+    }
+
+    [[nodiscard]] StatusMenuController& controller() { return *m_controller; }
+
+    [[nodiscard]] SettingsWindow& settings() { return m_settings; }
+
+  private:
+    AppKitMainLoop m_mainLoop;
+    AppKitStatusItem m_statusItem;
+    AppKitWorkspace m_workspace;
+    AppKitUserDefaults m_defaults;
+    PosixFileManager m_fileManager;
+    SystemClock m_clock;
+    PendingCommands m_commands{m_mainLoop, log};
+    PendingSettingsWindow m_settings{log};
+    std::shared_ptr<StatusMenuController> m_controller;
+};
+
+namespace {
+
+void installMainMenu(id target) {
+    const auto menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
+    for (NSMenuItem* item in makeMenuItems(MainMenu::make(), target)) {
+        [menu.get() addItem:item];
+    }
+    [NSApp setMainMenu:menu.get()];
+}
+
+} // namespace
+
+} // namespace menubar
+
+@implementation AppDelegate
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification {
+    const menubar::Environment environment = menubar::processEnvironment();
+    const std::string home = menubar::homeDirectory(environment);
+    const std::string path = menubar::StatusFileLocator::path(environment, home);
+    menubar::log("watching " + path);
+    menubar::installMainMenu(self);
+    _application = std::make_unique<menubar::Application>(path, environment, home);
+    if (menubar::OpenSettingsSwitch::isOn(menubar::processEnvironment())) {
+        [self show:nil];
+    }
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+    if (_application != nullptr) {
+        _application->controller().applicationWillTerminate();
+    }
+}
+
+/// The status item stays when the settings window closes. GNUstep would end the app.
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application {
+    return NO;
+}
+
+/// A second launch arrives here: a hidden icon must lock nobody out of the settings.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)hasVisibleWindows {
+    [self show:nil];
+    return NO;
+}
+
+- (void)show:(id)sender {
+    if (_application != nullptr) {
+        _application->settings().show();
+    }
+}
+
+@end

@@ -1,0 +1,117 @@
+#import "MenubarApp/AppKit/AppKitStatusItem.h"
+
+#import "MenubarApp/AppKit/StatusMenuTarget.h"
+
+#include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/AppKit/Desktop.h"
+#include "MenubarApp/AppKit/MenuRenderer.h"
+#include "MenubarApp/StatusMenu/AccessibilityLabel.h"
+#include "MenubarCore/Text/DisplayText.h"
+
+#include <utility>
+
+namespace menubar {
+
+namespace {
+
+NSColor* tintOf(StatusItemPresentation::Tone tone) {
+    switch (tone) {
+    case StatusItemPresentation::Tone::ok:
+        return [NSColor systemGreenColor];
+    case StatusItemPresentation::Tone::warn:
+        return [NSColor systemOrangeColor];
+    case StatusItemPresentation::Tone::critical:
+        return [NSColor systemRedColor];
+    case StatusItemPresentation::Tone::muted:
+        return [NSColor secondaryLabelColor];
+    }
+    return [NSColor secondaryLabelColor];
+}
+
+void setSymbol(NSStatusBarButton* button, const std::string& name) {
+    NSImage* image = [NSImage imageWithSystemSymbolName:toNSString(name) accessibilityDescription:@"ostrel"];
+    [image setTemplate:YES];
+    [button setImage:image];
+}
+
+void setTitle(NSStatusBarButton* button, const std::string& title, NSColor* tint) {
+    if (title.empty()) {
+        [button setImagePosition:NSImageOnly];
+        [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:@""] autorelease]];
+        return;
+    }
+    // Digits of one width, so that the item does not twitch when the percentage changes.
+    NSFont* font = [NSFont monospacedDigitSystemFontOfSize:[NSFont systemFontSize] weight:NSFontWeightMedium];
+    NSDictionary* attributes = @{NSForegroundColorAttributeName : tint, NSFontAttributeName : font};
+    NSString* text = toNSString(" " + displayTitle(title));
+    [button setImagePosition:NSImageLeading];
+    [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:text attributes:attributes] autorelease]];
+}
+
+} // namespace
+
+AppKitStatusItem::AppKitStatusItem()
+    : m_target(ObjCPointer<StatusMenuTarget>::adopt([[StatusMenuTarget alloc] init])),
+      m_menu(ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""])), m_item(Desktop::makeStatusItem()) {
+    [m_menu.get() setAutoenablesItems:NO];
+    [m_menu.get() setDelegate:m_target.get()];
+    // A constant name keeps the place that the person gave the item. It is never hidden and shown again, which would
+    // lose that place.
+    [m_item.get() setAutosaveName:@"ostrel-menubar"];
+    [m_item.get() setMenu:m_menu.get()];
+    [[m_item.get() button] setImagePosition:NSImageLeading];
+}
+
+AppKitStatusItem::~AppKitStatusItem() {
+    [m_menu.get() setDelegate:nil];
+    [m_item.get() setMenu:nil];
+    [[NSStatusBar systemStatusBar] removeStatusItem:m_item.get()];
+}
+
+void AppKitStatusItem::setEvents(std::weak_ptr<StatusMenuEvents> events) {
+    [m_target.get() setEvents:std::move(events)];
+}
+
+void AppKitStatusItem::apply(const StatusItemPresentation& presentation) {
+    NSStatusBarButton* button = [m_item.get() button];
+    if (button == nil) {
+        return;
+    }
+    const bool first = !m_shown.has_value();
+    const bool newTone = first || m_shown->tone != presentation.tone;
+    NSColor* tint = tintOf(presentation.tone);
+    if (first || m_shown->symbolName != presentation.symbolName) {
+        setSymbol(button, presentation.symbolName);
+    }
+    if (newTone) {
+        [button setContentTintColor:tint];
+    }
+    if (newTone || m_shown->title != presentation.title) {
+        setTitle(button, presentation.title, tint);
+    }
+    if (first || m_shown->tooltip != presentation.tooltip) {
+        [button setToolTip:toNSString(displayText(presentation.tooltip, LineFeeds::keep))];
+    }
+    if (m_shown != presentation) {
+        [button setAccessibilityLabel:toNSString(displayText(accessibilityLabel(presentation)))];
+    }
+    m_shown = presentation;
+}
+
+void AppKitStatusItem::setMenu(const Menu& menu) {
+    if (menu == m_shownMenu) {
+        return;
+    }
+    @autoreleasepool {
+        // All new items exist before the old ones go: the menu is never empty when it opens.
+        NSMutableArray* items = [NSMutableArray arrayWithArray:makeMenuItems(menu, m_target.get())];
+        [m_menu.get() setItemArray:items];
+    }
+    m_shownMenu = menu;
+}
+
+VisibilityProbe AppKitStatusItem::readVisibility() {
+    return Desktop::readVisibility(m_item.get());
+}
+
+} // namespace menubar

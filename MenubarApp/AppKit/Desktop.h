@@ -1,0 +1,40 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "MenubarApp/AppKit/BackgroundQueue.h"
+#include "MenubarApp/AppKit/FileOpener.h"
+#include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarApp/StatusMenu/VisibilityProbe.h"
+
+#include <memory>
+#include <optional>
+
+namespace menubar {
+
+/// What the two desktops do differently. The build links the functions of Cocoa/ on macOS and those of GNUstep/
+/// elsewhere; no source asks which it is. Main thread.
+namespace Desktop {
+
+/// Before anything else of Foundation or AppKit is touched.
+void prepareProcess();
+
+/// Once the application object and its delegate exist.
+void prepareApplication();
+
+/// A status item of variable length, with a button.
+[[nodiscard]] ObjCPointer<NSStatusItem> makeStatusItem();
+
+/// What the window server tells of the window of the item's button.
+[[nodiscard]] VisibilityProbe readVisibility(NSStatusItem* item);
+
+/// The value stored in the app's defaults domain, as it is now, whoever wrote it; nil when there is none.
+[[nodiscard]] id storedDefault(NSString* key);
+void storeDefault(NSString* key, bool value);
+
+[[nodiscard]] std::unique_ptr<BackgroundQueue> makeBackgroundQueue();
+[[nodiscard]] std::unique_ptr<FileOpener> makeFileOpener();
+
+} // namespace Desktop
+
+} // namespace menubar

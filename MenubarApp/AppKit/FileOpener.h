@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+namespace menubar {
+
+/// Hands files to the desktop. Returns at once, whatever the desktop does with them. Main thread.
+class FileOpener {
+public:
+    FileOpener() = default;
+    FileOpener(const FileOpener&) = delete;
+    FileOpener& operator=(const FileOpener&) = delete;
+    virtual ~FileOpener() = default;
+
+    /// A file in its default application, a directory in the file viewer.
+    virtual void open(const std::string& path) = 0;
+
+    /// A file, selected in the file viewer.
+    virtual void reveal(const std::string& path) = 0;
+};
+
+} // namespace menubar

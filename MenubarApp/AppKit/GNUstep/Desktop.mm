@@ -1,0 +1,93 @@
+#include "MenubarApp/AppKit/Desktop.h"
+
+#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+
+#include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/AppKit/GNUstep/TerminationSignals.h"
+#include "MenubarApp/AppKit/GNUstep/ThreadPool.h"
+#include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
+
+#include <unistd.h>
+
+namespace menubar {
+
+namespace {
+
+/// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
+void hideArguments() {
+    char name[] = "ostrel-menubar"; // of the process, and of its defaults domain
+    char* arguments[] = {name, nullptr};
+    [NSProcessInfo initializeWithArguments:arguments count:1 environment:environ];
+}
+
+/// GNUstep takes the home directory from the account and ignores HOME. Its own folders are named relative to the home
+/// directory; naming them in full puts them where HOME says.
+void moveFoldersHome() {
+    NSString* home = toNSString(homeDirectory(processEnvironment()));
+    NSMutableDictionary* config = GNUstepConfig(nil);
+    for (NSString* key in [config allKeys]) {
+        NSString* folder = [config objectForKey:key];
+        if ([key hasPrefix:@"GNUSTEP_USER_D"] && ![folder isAbsolutePath]) {
+            [config setObject:[home stringByAppendingPathComponent:folder] forKey:key];
+        }
+    }
+    [config setObject:@"" forKey:@"GNUSTEP_USER_CONFIG_FILE"];
+    GNUstepConfig(config);
+}
+
+void registerLook() {
+    [[NSUserDefaults standardUserDefaults] registerDefaults:@{
+        @"GSSuppressAppIcon" : @"YES",
+        @"GSX11HandlesWindowDecorations" : @"NO",               // asks no window manager what it has
+        @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle", // a main menu without a window of its own
+        @"NSScrollViewInterfaceStyle" : @"NSMacintoshInterfaceStyle",
+        @"windowBackgroundColor" : @"0.94 0.94 0.95",
+        @"controlBackgroundColor" : @"0.94 0.94 0.95",
+    }];
+}
+
+} // namespace
+
+namespace Desktop {
+
+void prepareProcess() {
+    TerminationSignals::hold();
+    hideArguments();
+    moveFoldersHome();
+    registerLook();
+}
+
+void prepareApplication() {
+    TerminationSignals::handle();
+}
+
+ObjCPointer<NSStatusItem> makeStatusItem() {
+    return ObjCPointer<NSStatusItem>::adopt([[StatusStripItem alloc] init]);
+}
+
+VisibilityProbe readVisibility(NSStatusItem* item) {
+    VisibilityProbe probe;
+    NSWindow* window = [[item button] window];
+    if (window == nil || [window windowNumber] < 1) {
+        return probe;
+    }
+    const bool isOnScreen = [static_cast<StatusStripItem*>(item) isOnScreen];
+    probe.occlusionVisible = isOnScreen;
+    probe.onscreen = isOnScreen;
+    probe.x = NSMinX([window frame]);
+    probe.width = NSWidth([window frame]);
+    return probe;
+}
+
+std::unique_ptr<BackgroundQueue> makeBackgroundQueue() {
+    return std::make_unique<ThreadPool>();
+}
+
+std::unique_ptr<FileOpener> makeFileOpener() {
+    return std::make_unique<XdgOpener>();
+}
+
+} // namespace Desktop
+
+} // namespace menubar

@@ -1,0 +1,348 @@
+#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
+
+#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
+#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+
+#import <GNUstepGUI/GSDisplayServer.h>
+
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr CGFloat screenMargin = 4.0;
+constexpr CGFloat narrowest = 180.0;
+constexpr CGFloat arrowSpeed = 12.0; // points a turn of the loop
+constexpr CGFloat wheelSpeed = 44.0; // points a notch
+constexpr NSTimeInterval turn = 0.05;
+constexpr NSTimeInterval longestClick = 0.3;
+constexpr NSTimeInterval hintDelay = 0.7;
+constexpr unichar escape = 0x1B;
+constexpr unichar enter = 0x03;
+
+MenuPanel* openPanel = nil; // not owned; set while it tracks
+
+NSTimeInterval now() {
+    return [NSDate timeIntervalSinceReferenceDate];
+}
+
+} // namespace
+
+@interface MenuWindow : NSWindow
+@end
+
+@implementation MenuWindow
+
+- (BOOL)canBecomeKeyWindow {
+    return YES; // for the keyboard
+}
+
+@end
+
+@implementation MenuPanel
+
++ (MenuPanel*)current {
+    return openPanel;
+}
+
++ (void)cancelTracking:(NSMenu*)menu {
+    if (openPanel != nil && openPanel->_menu.get() == menu) {
+        openPanel->_isDone = YES;
+        [NSApp postEvent:[NSEvent otherEventWithType:NSEventTypeApplicationDefined
+                                            location:NSZeroPoint
+                                       modifierFlags:0
+                                           timestamp:0
+                                        windowNumber:0
+                                             context:nil
+                                             subtype:0
+                                               data1:0
+                                               data2:0]
+                 atStart:NO]; // ends the wait
+    }
+}
+
+- (instancetype)initWithMenu:(NSMenu*)menu {
+    self = [super init];
+    if (self != nil) {
+        _menu = menubar::ObjCPointer<NSMenu>::retain(menu);
+        _hint = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
+        NSWindow* window = [[MenuWindow alloc] initWithContentRect:NSMakeRect(0, 0, narrowest, narrowest)
+                                                         styleMask:NSBorderlessWindowMask
+                                                           backing:NSBackingStoreBuffered
+                                                             defer:NO];
+        [window setReleasedWhenClosed:NO];
+        [window setLevel:NSPopUpMenuWindowLevel];
+        [window setAcceptsMouseMovedEvents:YES];
+        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
+        _view = menubar::ObjCPointer<MenuView>::adopt([[MenuView alloc] initWithFrame:NSZeroRect]);
+        [window setContentView:_view.get()];
+        NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
+        for (NSString* name in
+             @[ NSMenuDidAddItemNotification, NSMenuDidChangeItemNotification, NSMenuDidRemoveItemNotification ]) {
+            [center addObserver:self selector:@selector(menuChanged:) name:name object:menu];
+        }
+    }
+    return self;
+}
+
+- (void)dealloc {
+    [[NSNotificationCenter defaultCenter] removeObserver:self];
+    [super dealloc];
+}
+
+- (NSMenu*)menu {
+    return _menu.get();
+}
+
+- (NSWindow*)window {
+    return _window.get();
+}
+
+- (MenuView*)view {
+    return _view.get();
+}
+
+- (HintWindow*)hint {
+    return _hint.get();
+}
+
+- (void)menuChanged:(NSNotification*)notification {
+    _isStale = YES;
+}
+
+/// Below the strip and flush with its left edge, moved to the left as far as the screen asks for.
+- (void)layout {
+    _isStale = NO;
+    [_view.get() setItems:[_menu.get() itemArray]];
+    const NSRect screen = [[NSScreen mainScreen] frame];
+    const NSSize natural = [_view.get() naturalSize];
+    const CGFloat width = std::clamp(natural.width, narrowest, std::max(narrowest, NSWidth(screen) - 2 * screenMargin));
+    const CGFloat height = std::min(natural.height, NSMinY(_strip) - NSMinY(screen) - screenMargin);
+    const CGFloat rightmost = NSMaxX(screen) - screenMargin - width;
+    const CGFloat x = std::max(NSMinX(screen), std::min(NSMinX(_strip), rightmost));
+    const NSRect frame = NSMakeRect(x, NSMinY(_strip) - height, width, height);
+    if (!NSEqualRects(frame, [_window.get() frame])) {
+        [_window.get() setFrame:frame display:NO];
+        menubar::roundCorners(_window.get(), menubar::RoundedCorners::all, menubar::Palette::menuRadius);
+    }
+    [_view.get() setItems:[_menu.get() itemArray]]; // the scroll position depends on the height
+    [_view.get() setNeedsDisplay:YES];
+}
+
+- (NSMenuItem*)trackBelow:(NSRect)strip pressedBy:(NSEvent*)press {
+    _strip = strip;
+    _isDone = NO;
+    _pressedAt = press != nil ? now() : 0.0;
+    _mouse = [NSEvent mouseLocation];
+    _restingRow = [MenuView none];
+    _restingSince = now();
+    const auto keyBefore = menubar::ObjCPointer<NSWindow>::retain([NSApp keyWindow]);
+    openPanel = self;
+    [self layout];
+    [_window.get() makeKeyAndOrderFront:nil];
+    [_view.get() display];
+    [GSServerForWindow(_window.get()) capturemouse:static_cast<int>([_window.get() windowNumber])];
+    while (!_isDone) {
+        @autoreleasepool {
+            [self runTurn];
+        }
+    }
+    openPanel = nil;
+    [GSServerForWindow(_window.get()) releasemouse];
+    [_hint.get() hide];
+    [_window.get() orderOut:nil];
+    [keyBefore.get() makeKeyWindow];
+    return [[_chosen.get() retain] autorelease];
+}
+
+- (void)runTurn {
+    NSEvent* event = [NSApp nextEventMatchingMask:NSEventMaskAny
+                                        untilDate:[NSDate dateWithTimeIntervalSinceNow:turn]
+                                           inMode:NSEventTrackingRunLoopMode
+                                          dequeue:YES];
+    if (event != nil) {
+        [self handle:event];
+    }
+    if (_isDone) {
+        return;
+    }
+    if (_isStale) {
+        [self layout];
+    }
+    [self scrollUnderArrow];
+    [self updateHint];
+    [_view.get() displayIfNeeded];
+    [_window.get() flushWindow];
+}
+
+- (void)handle:(NSEvent*)event {
+    switch ([event type]) {
+    case NSMouseMoved:
+    case NSLeftMouseDragged:
+    case NSRightMouseDragged:
+    case NSOtherMouseDragged:
+        [self mouseMoved:event];
+        return;
+    case NSLeftMouseDown:
+    case NSRightMouseDown:
+    case NSOtherMouseDown:
+        [self mouseDown:event];
+        return;
+    case NSLeftMouseUp:
+    case NSRightMouseUp:
+    case NSOtherMouseUp:
+        [self mouseUp:event];
+        return;
+    case NSScrollWheel:
+        [_view.get() scrollBy:-wheelSpeed * [event deltaY]];
+        [self highlightUnderMouse];
+        return;
+    case NSKeyDown:
+        [self keyDown:event];
+        return;
+    default:
+        [NSApp sendEvent:event];
+        return; // what the windows need to live: exposure, focus
+    }
+}
+
+- (void)noteMouse:(NSEvent*)event {
+    NSWindow* window = [event window];
+    const NSPoint place = [event locationInWindow];
+    _mouse = window != nil ? [window convertBaseToScreen:place] : place;
+}
+
+- (NSPoint)mouseInView {
+    return [_view.get() convertPoint:[_window.get() convertScreenToBase:_mouse] fromView:nil];
+}
+
+- (BOOL)isMouseInside {
+    return NSPointInRect([self mouseInView], [_view.get() bounds]);
+}
+
+- (void)highlightUnderMouse {
+    const NSInteger row = [_view.get() indexAtPoint:[self mouseInView]];
+    [_view.get() setHighlighted:row];
+    if (row != _restingRow) {
+        _restingRow = row;
+        _restingSince = now();
+    }
+}
+
+- (void)mouseMoved:(NSEvent*)event {
+    [self noteMouse:event];
+    [self highlightUnderMouse];
+}
+
+- (void)mouseDown:(NSEvent*)event {
+    [self noteMouse:event];
+    [self highlightUnderMouse];
+    if (![self isMouseInside]) {
+        _isDone = YES;
+    }
+}
+
+- (void)mouseUp:(NSEvent*)event {
+    [self noteMouse:event];
+    [self highlightUnderMouse];
+    const bool endsClick = _pressedAt != 0.0 && now() - _pressedAt < longestClick;
+    const bool endsPress = _pressedAt != 0.0;
+    _pressedAt = 0.0;
+    if ([self isMouseInside]) {
+        if (!endsClick) {
+            [self chooseHighlighted];
+        }
+    } else if (endsPress && !endsClick && !NSPointInRect(_mouse, _strip)) {
+        _isDone = YES;
+    }
+}
+
+- (void)chooseHighlighted {
+    NSMenuItem* item = [_view.get() itemAtIndex:[_view.get() highlighted]];
+    if (item != nil) {
+        _chosen = menubar::ObjCPointer<NSMenuItem>::retain(item);
+        _isDone = YES;
+    }
+}
+
+- (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step {
+    const NSInteger next = [_view.get() selectableFrom:index step:step];
+    _restingSince = now();
+    [_view.get() setHighlighted:next];
+    [_view.get() scrollToItem:[_view.get() highlighted]];
+}
+
+- (void)keyDown:(NSEvent*)event {
+    NSString* characters = [event charactersIgnoringModifiers];
+    if ([characters length] == 0) {
+        return;
+    }
+    if (([event modifierFlags] & NSEventModifierFlagCommand) != 0) {
+        [self chooseKeyEquivalent:characters];
+        return;
+    }
+    const NSInteger highlighted = [_view.get() highlighted];
+    const auto count = static_cast<NSInteger>([_view.get() numberOfItems]);
+    switch ([characters characterAtIndex:0]) {
+    case NSDownArrowFunctionKey:
+        [self moveHighlightFrom:highlighted step:1];
+        return;
+    case NSUpArrowFunctionKey:
+        [self moveHighlightFrom:highlighted == [MenuView none] ? count : highlighted step:-1];
+        return;
+    case NSHomeFunctionKey:
+    case NSPageUpFunctionKey:
+        [self moveHighlightFrom:-1 step:1];
+        return;
+    case NSEndFunctionKey:
+    case NSPageDownFunctionKey:
+        [self moveHighlightFrom:count step:-1];
+        return;
+    case '\r':
+    case '\n':
+    case ' ':
+    case enter:
+        [self chooseHighlighted];
+        return;
+    case escape:
+        _isDone = YES;
+        return;
+    default:
+        return;
+    }
+}
+
+- (void)chooseKeyEquivalent:(NSString*)characters {
+    const auto count = static_cast<NSInteger>([_view.get() numberOfItems]);
+    for (NSInteger index = 0; index < count; ++index) {
+        if ([_view.get() isSelectable:index] &&
+            [[[_view.get() itemAtIndex:index] keyEquivalent] isEqualToString:characters]) {
+            [_view.get() setHighlighted:index];
+            [self chooseHighlighted];
+            return;
+        }
+    }
+}
+
+- (void)scrollUnderArrow {
+    if (const int direction = [_view.get() arrowAtPoint:[self mouseInView]]; direction != 0) {
+        [_view.get() scrollBy:arrowSpeed * direction];
+    }
+}
+
+/// The tooltip of whatever row the mouse rests on, also of one that cannot be chosen.
+- (void)updateHint {
+    NSString* text = [[_view.get() itemAtIndex:_restingRow] toolTip];
+    if ([text length] == 0 || now() - _restingSince < hintDelay) {
+        [_hint.get() hide];
+        return;
+    }
+    if ([text isEqualToString:[_hint.get() text]]) {
+        return;
+    }
+    [_hint.get() show:text at:NSMakePoint(_mouse.x + 12, _mouse.y - 16)];
+}
+
+@end

@@ -1,0 +1,311 @@
+#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+namespace Palette = menubar::Palette;
+
+constexpr CGFloat rowHeight = 22.0;
+constexpr CGFloat separatorHeight = 11.0;
+constexpr CGFloat edge = 5.0;        // above the first row, below the last, and beside the highlight
+constexpr CGFloat corner = 4.0;      // of the highlight
+constexpr CGFloat checkLeft = 11.0;  // of the check mark
+constexpr CGFloat titleLeft = 26.0;  // of an item that is not indented
+constexpr CGFloat indent = 11.0;     // per level
+constexpr CGFloat keyGap = 24.0;     // between title and key equivalent
+constexpr CGFloat titleRight = 18.0; // to the right edge
+constexpr CGFloat arrowHeight = 18.0;
+constexpr NSInteger noItem = -1;
+constexpr std::size_t measuredTitles = 200; // measuring costs; the widest is among the longest
+
+NSFont* menuFont() {
+    return [NSFont menuFontOfSize:Palette::menuFontSize];
+}
+
+NSDictionary* attributes(NSColor* color) {
+    return @{NSFontAttributeName : menuFont(), NSForegroundColorAttributeName : color};
+}
+
+CGFloat widthOf(NSString* text) {
+    return std::ceil([text sizeWithAttributes:@{NSFontAttributeName : menuFont()}].width);
+}
+
+NSString* keyText(NSMenuItem* item) {
+    NSString* key = [item keyEquivalent];
+    if ([key length] == 0) {
+        return @"";
+    }
+    const bool shifted = ([item keyEquivalentModifierMask] & NSEventModifierFlagShift) != 0;
+    return [NSString stringWithFormat:@"%@⌘%@", shifted ? @"⇧" : @"", [key uppercaseString]];
+}
+
+CGFloat leftOf(NSMenuItem* item) {
+    return titleLeft + indent * static_cast<CGFloat>([item indentationLevel]);
+}
+
+CGFloat widthOfRow(NSMenuItem* item) {
+    NSString* key = keyText(item);
+    const CGFloat keyWidth = [key length] > 0 ? keyGap + widthOf(key) : 0.0;
+    return leftOf(item) + widthOf([item title]) + keyWidth + titleRight;
+}
+
+CGFloat widthOfRows(NSArray* items) {
+    std::vector<NSMenuItem*> longest;
+    for (NSMenuItem* item in items) {
+        if (![item isSeparatorItem]) {
+            longest.push_back(item);
+        }
+    }
+    const auto measured = static_cast<std::ptrdiff_t>(std::min(longest.size(), measuredTitles));
+    std::partial_sort(longest.begin(), longest.begin() + measured, longest.end(),
+                      [](NSMenuItem* a, NSMenuItem* b) { return [[a title] length] > [[b title] length]; });
+    CGFloat widest = 0.0;
+    std::for_each_n(longest.begin(), measured,
+                    [&widest](NSMenuItem* item) { widest = std::max(widest, widthOfRow(item)); });
+    return widest;
+}
+
+void drawText(NSString* text, CGFloat left, NSRect row, NSColor* color) {
+    NSDictionary* look = attributes(color);
+    const CGFloat top = NSMinY(row) + std::floor((NSHeight(row) - [text sizeWithAttributes:look].height) / 2);
+    [text drawAtPoint:NSMakePoint(left, top) withAttributes:look];
+}
+
+void drawCheckMark(NSRect row, NSColor* color) {
+    NSBezierPath* mark = [NSBezierPath bezierPath];
+    const CGFloat middle = std::floor(NSMidY(row));
+    [mark moveToPoint:NSMakePoint(checkLeft, middle + 0.5)];
+    [mark lineToPoint:NSMakePoint(checkLeft + 3.2, middle + 4.0)];
+    [mark lineToPoint:NSMakePoint(checkLeft + 8.6, middle - 4.5)];
+    [mark setLineWidth:1.6];
+    [mark setLineCapStyle:NSRoundLineCapStyle];
+    [mark setLineJoinStyle:NSRoundLineJoinStyle];
+    [color set];
+    [mark stroke];
+}
+
+/// A triangle in the middle of a bar, pointing up (-1) or down (1).
+void drawArrow(NSRect bar, int direction) {
+    [Palette::surface() set];
+    NSRectFill(NSInsetRect(bar, 1, 0));
+    NSBezierPath* arrow = [NSBezierPath bezierPath];
+    const CGFloat x = NSMidX(bar);
+    const CGFloat y = NSMidY(bar);
+    [arrow moveToPoint:NSMakePoint(x - 5, y - 2.5 * direction)];
+    [arrow lineToPoint:NSMakePoint(x + 5, y - 2.5 * direction)];
+    [arrow lineToPoint:NSMakePoint(x, y + 2.5 * direction)];
+    [arrow closePath];
+    [Palette::disabledText() set];
+    [arrow fill];
+}
+
+} // namespace
+
+@implementation MenuView
+
++ (NSInteger)none {
+    return noItem;
+}
+
+- (instancetype)initWithFrame:(NSRect)frame {
+    self = [super initWithFrame:frame];
+    if (self != nil) {
+        _tops = {edge, edge};
+        _highlighted = noItem;
+    }
+    return self;
+}
+
+- (BOOL)isFlipped {
+    return YES;
+}
+
+- (void)setItems:(NSArray*)items {
+    _items = menubar::ObjCPointer<NSArray>::adopt([items copy]);
+    _tops.assign(1, edge);
+    for (NSMenuItem* item in items) {
+        _tops.push_back(_tops.back() + ([item isSeparatorItem] ? separatorHeight : rowHeight));
+    }
+    _naturalWidth = widthOfRows(items);
+    [self setHighlighted:_highlighted];
+    [self scrollBy:0];
+    [self setNeedsDisplay:YES];
+}
+
+- (NSUInteger)numberOfItems {
+    return [_items.get() count];
+}
+
+- (NSMenuItem*)itemAtIndex:(NSInteger)index {
+    const bool exists = index >= 0 && static_cast<NSUInteger>(index) < [self numberOfItems];
+    return exists ? [_items.get() objectAtIndex:static_cast<NSUInteger>(index)] : nil;
+}
+
+- (NSSize)naturalSize {
+    return NSMakeSize(_naturalWidth, _tops.back() + edge);
+}
+
+- (BOOL)isSelectable:(NSInteger)index {
+    NSMenuItem* item = [self itemAtIndex:index];
+    return item != nil && ![item isSeparatorItem] && [item isEnabled];
+}
+
+- (NSInteger)highlighted {
+    return _highlighted;
+}
+
+- (void)setHighlighted:(NSInteger)index {
+    const NSInteger wanted = [self isSelectable:index] ? index : noItem;
+    if (wanted == _highlighted) {
+        return;
+    }
+    [self setNeedsDisplayInRect:[self rectOfItem:_highlighted]];
+    _highlighted = wanted;
+    [self setNeedsDisplayInRect:[self rectOfItem:_highlighted]];
+}
+
+- (NSInteger)selectableFrom:(NSInteger)index step:(NSInteger)step {
+    const auto count = static_cast<NSInteger>([self numberOfItems]);
+    for (NSInteger candidate = index + step; candidate >= 0 && candidate < count; candidate += step) {
+        if ([self isSelectable:candidate]) {
+            return candidate;
+        }
+    }
+    return index;
+}
+
+- (CGFloat)hiddenHeight {
+    return std::max(0.0, [self naturalSize].height - NSHeight([self bounds]));
+}
+
+/// The part of the view where rows are drawn: all of it but the arrows.
+- (NSRect)viewport {
+    NSRect area = [self bounds];
+    if (_scroll > 0) {
+        area.origin.y += arrowHeight;
+        area.size.height -= arrowHeight;
+    }
+    if (_scroll < [self hiddenHeight]) {
+        area.size.height -= arrowHeight;
+    }
+    return area;
+}
+
+- (NSInteger)indexAtPoint:(NSPoint)point {
+    if (!NSPointInRect(point, [self viewport])) {
+        return noItem;
+    }
+    const auto after = std::ranges::upper_bound(_tops, point.y + _scroll);
+    const auto row = after - _tops.begin() - 1;
+    return row < static_cast<std::ptrdiff_t>([self numberOfItems]) ? row : noItem;
+}
+
+- (NSRect)rectOfItem:(NSInteger)index {
+    if ([self itemAtIndex:index] == nil) {
+        return NSZeroRect;
+    }
+    const auto row = static_cast<std::size_t>(index);
+    return NSMakeRect(0, _tops[row] - _scroll, NSWidth([self bounds]), _tops[row + 1] - _tops[row]);
+}
+
+- (void)scrollBy:(CGFloat)distance {
+    const CGFloat wanted = std::clamp(_scroll + distance, 0.0, [self hiddenHeight]);
+    if (wanted != _scroll) {
+        _scroll = wanted;
+        [self setNeedsDisplay:YES];
+    }
+}
+
+- (void)scrollToItem:(NSInteger)index {
+    const NSRect row = [self rectOfItem:index];
+    if (NSIsEmptyRect(row)) {
+        return;
+    }
+    // Clear of the arrows, whether or not they show now.
+    const NSRect inside = NSInsetRect([self bounds], 0, arrowHeight);
+    if (NSMinY(row) < NSMinY(inside)) {
+        [self scrollBy:NSMinY(row) - NSMinY(inside)];
+    } else if (NSMaxY(row) > NSMaxY(inside)) {
+        [self scrollBy:NSMaxY(row) - NSMaxY(inside)];
+    }
+}
+
+- (int)arrowAtPoint:(NSPoint)point {
+    if (!NSPointInRect(point, [self bounds]) || NSPointInRect(point, [self viewport])) {
+        return 0;
+    }
+    return point.y < NSMinY([self viewport]) ? -1 : 1;
+}
+
+- (NSString*)title:(NSString*)title fittedTo:(CGFloat)width {
+    if (widthOf(title) <= width) {
+        return title;
+    }
+    NSUInteger fits = 0;
+    NSUInteger tooLong = [title length];
+    while (fits + 1 < tooLong) {
+        const NSUInteger middle = fits + (tooLong - fits) / 2;
+        NSString* shorter = [[title substringToIndex:middle] stringByAppendingString:@"…"];
+        (widthOf(shorter) <= width ? fits : tooLong) = middle;
+    }
+    // Never between the two halves of a character.
+    const NSUInteger end = [title rangeOfComposedCharacterSequenceAtIndex:fits].location;
+    return [[title substringToIndex:end] stringByAppendingString:@"…"];
+}
+
+- (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {
+    NSColor* color = isHighlighted      ? Palette::highlightedText()
+                     : [item isEnabled] ? Palette::text()
+                                        : Palette::disabledText();
+    if (isHighlighted) {
+        [Palette::highlight() set];
+        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, edge, 0) xRadius:corner yRadius:corner] fill];
+    }
+    if ([item state] == NSControlStateValueOn) {
+        drawCheckMark(row, color);
+    }
+    CGFloat right = NSWidth(row) - titleRight;
+    NSString* key = keyText(item);
+    if ([key length] > 0) {
+        right -= widthOf(key);
+        drawText(key, right, row, isHighlighted ? color : Palette::disabledText());
+        right -= keyGap;
+    }
+    drawText([self title:[item title] fittedTo:right - leftOf(item)], leftOf(item), row, color);
+}
+
+- (void)drawRect:(NSRect)dirty {
+    const NSRect bounds = [self bounds];
+    [Palette::surface() set];
+    NSRectFill(dirty);
+    const auto count = static_cast<NSInteger>([self numberOfItems]);
+    const auto first = std::ranges::upper_bound(_tops, NSMinY(dirty) + _scroll) - _tops.begin() - 1;
+    for (NSInteger index = std::max<NSInteger>(first, 0); index < count; ++index) {
+        const NSRect row = [self rectOfItem:index];
+        if (NSMinY(row) >= NSMaxY(dirty)) {
+            break;
+        }
+        NSMenuItem* item = [self itemAtIndex:index];
+        if ([item isSeparatorItem]) {
+            [Palette::separator() set];
+            NSRectFill(NSMakeRect(2 * edge, std::floor(NSMidY(row)), NSWidth(row) - 4 * edge, 1));
+        } else {
+            [self drawItem:item inRow:row isHighlighted:index == _highlighted];
+        }
+    }
+    if (_scroll > 0) {
+        drawArrow(NSMakeRect(0, 0, NSWidth(bounds), arrowHeight), -1);
+    }
+    if (_scroll < [self hiddenHeight]) {
+        drawArrow(NSMakeRect(0, NSHeight(bounds) - arrowHeight, NSWidth(bounds), arrowHeight), 1);
+    }
+    [Palette::border() set];
+    [menubar::roundedOutline(bounds, menubar::RoundedCorners::all, Palette::menuRadius, true) stroke];
+}
+
+@end

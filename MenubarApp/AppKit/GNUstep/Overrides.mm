@@ -1,0 +1,55 @@
+// Keeps GNUstep from starting processes and writing files that the app has no use for. Each category replaces methods
+// of GNUstep's own class.
+#import <AppKit/AppKit.h>
+#import <GNUstepGUI/GSServicesManager.h>
+
+/// Distributed notifications need the daemon gdnc, which AppKit starts at launch. Nobody here listens to other
+/// processes.
+@implementation NSDistributedNotificationCenter (MenubarOverride)
+
++ (NSNotificationCenter*)defaultCenter {
+    return [NSNotificationCenter defaultCenter];
+}
+
++ (NSNotificationCenter*)notificationCenterForType:(NSString*)type {
+    return [NSNotificationCenter defaultCenter];
+}
+
+@end
+
+/// Runs make_services, which writes to the account's home directory whatever HOME says.
+@implementation NSWorkspace (MenubarOverride)
+
+- (void)findApplications {
+}
+
+@end
+
+/// Registering asks, in a modal alert, what to do about another program of the same name.
+@implementation GSServicesManager (MenubarOverride)
+
+- (void)registerAsServiceProvider {
+}
+
+@end
+
+/// The system colours as they are legible on a light surface; GNUstep's are pure primaries.
+@implementation NSColor (MenubarOverride)
+
++ (NSColor*)systemGreenColor {
+    return [NSColor colorWithCalibratedRed:0.11 green:0.52 blue:0.22 alpha:1.0];
+}
+
++ (NSColor*)systemOrangeColor {
+    return [NSColor colorWithCalibratedRed:0.79 green:0.33 blue:0.0 alpha:1.0];
+}
+
++ (NSColor*)systemRedColor {
+    return [NSColor colorWithCalibratedRed:0.84 green:0.0 blue:0.08 alpha:1.0];
+}
+
++ (NSColor*)secondaryLabelColor {
+    return [NSColor colorWithCalibratedRed:0.43 green:0.43 blue:0.45 alpha:1.0];
+}
+
+@end

@@ -1,0 +1,295 @@
+#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+
+#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
+#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
+#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
+
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr CGFloat height = 26.0;
+constexpr CGFloat margin = 8.0;   // to the right edge of the screen
+constexpr CGFloat padding = 10.0; // inside, left and right
+constexpr CGFloat symbolSide = 18.0;
+constexpr NSTimeInterval hintDelay = 0.7;
+
+} // namespace
+
+/// It never takes the keyboard from the window that has it.
+@interface StatusStripWindow : NSWindow
+@end
+
+@implementation StatusStripWindow
+
+- (BOOL)canBecomeKeyWindow {
+    return NO;
+}
+
+@end
+
+@implementation StatusStripButton
+
+- (instancetype)initWithItem:(StatusStripItem*)item {
+    self = [super initWithFrame:NSMakeRect(0, 0, height, height)];
+    if (self != nil) {
+        _item = item;
+        [self setTitle:@""];
+        [self setBordered:NO];
+        _changes = 0;
+    }
+    return self;
+}
+
+- (void)forgetItem {
+    _item = nil;
+    [_hintWindow.get() hide];
+    [NSObject cancelPreviousPerformRequestsWithTarget:self];
+}
+
+- (HintWindow*)hint {
+    return _hintWindow.get();
+}
+
+- (NSUInteger)changes {
+    return _changes;
+}
+
+- (void)changed {
+    ++_changes;
+    [_item layout];
+    [self setNeedsDisplay:YES];
+}
+
+- (void)setImage:(NSImage*)image {
+    [super setImage:image];
+    [self changed];
+}
+
+- (void)setAttributedTitle:(NSAttributedString*)title {
+    [super setAttributedTitle:title];
+    [self changed];
+}
+
+- (NSColor*)contentTintColor {
+    return _tint.get();
+}
+
+- (void)setContentTintColor:(NSColor*)color {
+    _tint = menubar::ObjCPointer<NSColor>::retain(color);
+    [self changed];
+}
+
+- (NSString*)toolTip {
+    return _hint.get();
+}
+
+/// Not NSView's, which shows no tooltip while another application is active, as a status item's must.
+- (void)setToolTip:(NSString*)text {
+    ++_changes;
+    _hint = menubar::ObjCPointer<NSString>::adopt([text copy]);
+    if ([_hintWindow.get() text] != nil) {
+        [self showHint];
+    }
+}
+
+- (NSString*)accessibilityLabel {
+    return _label.get();
+}
+
+- (void)setAccessibilityLabel:(NSString*)label {
+    _label = menubar::ObjCPointer<NSString>::adopt([label copy]);
+}
+
+- (BOOL)showsTitle {
+    return [self imagePosition] != NSImageOnly && [[self attributedTitle] length] > 0;
+}
+
+- (CGFloat)contentWidth {
+    const CGFloat title = [self showsTitle] ? std::ceil([[self attributedTitle] size].width) : 0.0;
+    return 2 * padding + symbolSide + title;
+}
+
+- (void)drawRect:(NSRect)dirty {
+    const NSRect bounds = [self bounds];
+    [menubar::Palette::surface() set];
+    NSRectFill(bounds);
+    if ([_item isOpen]) {
+        [menubar::Palette::pressed() set];
+        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(bounds, 3, 2) xRadius:4 yRadius:4] fill];
+    }
+    [menubar::Palette::border() set];
+    [menubar::roundedOutline(bounds, menubar::RoundedCorners::lower, menubar::Palette::stripRadius,
+                             [self isFlipped] != NO) stroke];
+    NSImage* image = [self image];
+    if ([image isKindOfClass:[SymbolImage class]]) {
+        const NSRect place =
+            NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
+        NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
+        [static_cast<SymbolImage*>(image) drawInRect:place tint:tint flipped:[self isFlipped]];
+    }
+    if ([self showsTitle]) {
+        NSAttributedString* title = [self attributedTitle];
+        const CGFloat y = std::floor((NSHeight(bounds) - [title size].height) / 2);
+        [title drawAtPoint:NSMakePoint(padding + symbolSide, y)];
+    }
+}
+
+/// Not NSButton's, whose tracking would wait for a mouse-up that the menu takes.
+- (void)mouseDown:(NSEvent*)event {
+    [self hideHint];
+    [_item openMenuWithEvent:event];
+}
+
+- (void)rightMouseDown:(NSEvent*)event {
+    [self mouseDown:event];
+}
+
+- (void)performClick:(id)sender {
+    [_item openMenuWithEvent:nil];
+}
+
+/// For the tooltip; the window has the button's size.
+- (void)trackMouse {
+    if (_tracking != 0) {
+        [self removeTrackingRect:_tracking];
+    }
+    _tracking = [self addTrackingRect:[self bounds] owner:self userData:nullptr assumeInside:NO];
+}
+
+- (void)mouseEntered:(NSEvent*)event {
+    [self performSelector:@selector(showHint) withObject:nil afterDelay:hintDelay];
+}
+
+- (void)mouseExited:(NSEvent*)event {
+    [self hideHint];
+}
+
+- (void)showHint {
+    if ([_hint.get() length] == 0 || ![_item isOnScreen] || [_item isOpen]) {
+        [_hintWindow.get() hide];
+        return;
+    }
+    if (!_hintWindow) {
+        _hintWindow = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
+    }
+    const NSRect strip = [[self window] frame];
+    [_hintWindow.get() show:_hint.get() at:NSMakePoint(NSMinX(strip), NSMinY(strip) - 4)];
+}
+
+- (void)hideHint {
+    [NSObject cancelPreviousPerformRequestsWithTarget:self];
+    [_hintWindow.get() hide];
+}
+
+@end
+
+@implementation StatusStripItem
+
+- (instancetype)init {
+    self = [super init];
+    if (self != nil) {
+        _room = NSWidth([[NSScreen mainScreen] frame]);
+        NSWindow* window = [[StatusStripWindow alloc] initWithContentRect:NSMakeRect(0, 0, height, height)
+                                                                styleMask:NSBorderlessWindowMask
+                                                                  backing:NSBackingStoreBuffered
+                                                                    defer:NO];
+        [window setReleasedWhenClosed:NO];
+        [window setLevel:NSStatusWindowLevel];
+        [window setHidesOnDeactivate:NO];
+        [window setAcceptsMouseMovedEvents:YES]; // without them nothing is said to be entered
+        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
+        _button = menubar::ObjCPointer<StatusStripButton>::adopt([[StatusStripButton alloc] initWithItem:self]);
+        [window setContentView:_button.get()];
+        [self layout];
+        [window orderFrontRegardless];
+    }
+    return self;
+}
+
+- (void)dealloc {
+    [_button.get() forgetItem];
+    [_window.get() orderOut:nil];
+    [super dealloc];
+}
+
+- (NSStatusBarButton*)button {
+    return _button.get();
+}
+
+- (NSWindow*)window {
+    return _window.get();
+}
+
+- (NSMenu*)menu {
+    return _stripMenu.get();
+}
+
+- (void)setMenu:(NSMenu*)menu {
+    _stripMenu = menubar::ObjCPointer<NSMenu>::retain(menu);
+}
+
+- (NSString*)autosaveName {
+    return _autosaveName.get();
+}
+
+- (void)setAutosaveName:(NSString*)name {
+    _autosaveName = menubar::ObjCPointer<NSString>::adopt([name copy]);
+}
+
+- (void)setRoom:(CGFloat)room {
+    _room = room;
+    [self layout];
+}
+
+- (BOOL)isOpen {
+    return _isOpen;
+}
+
+- (BOOL)isOnScreen {
+    return [_window.get() isVisible] && NSContainsRect([[NSScreen mainScreen] frame], [_window.get() frame]);
+}
+
+- (void)layout {
+    const NSRect screen = [[NSScreen mainScreen] frame];
+    const CGFloat width = [_button.get() contentWidth];
+    const CGFloat left = NSMaxX(screen) - margin - width;
+    const bool fits = width + margin <= std::min(_room, NSWidth(screen));
+    const NSRect frame = NSMakeRect(fits ? left : NSMaxX(screen) + margin, NSMaxY(screen) - height, width, height);
+    if (!NSEqualRects(frame, [_window.get() frame])) {
+        [_window.get() setFrame:frame display:YES];
+        menubar::roundCorners(_window.get(), menubar::RoundedCorners::lower, menubar::Palette::stripRadius);
+        [_button.get() trackMouse];
+    }
+}
+
+- (void)openMenuWithEvent:(NSEvent*)event {
+    if (_isOpen || !_stripMenu) {
+        return;
+    }
+    const auto keepAlive = menubar::ObjCPointer<StatusStripItem>::retain(self);
+    const auto menu = _stripMenu;
+    id<NSMenuDelegate> delegate = [menu.get() delegate];
+    if ([delegate respondsToSelector:@selector(menuWillOpen:)]) {
+        [delegate menuWillOpen:menu.get()];
+    }
+    _isOpen = YES;
+    [_button.get() display];
+    const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:menu.get()]);
+    const auto chosen = menubar::ObjCPointer<NSMenuItem>::retain([panel.get() trackBelow:[_window.get() frame]
+                                                                               pressedBy:event]);
+    _isOpen = NO;
+    [_button.get() display];
+    if ([delegate respondsToSelector:@selector(menuDidClose:)]) {
+        [delegate menuDidClose:menu.get()];
+    }
+    if (chosen) {
+        [NSApp sendAction:[chosen.get() action] to:[chosen.get() target] from:chosen.get()];
+    }
+}
+
+@end

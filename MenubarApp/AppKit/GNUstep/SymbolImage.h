@@ -1,0 +1,23 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "MenubarApp/AppKit/ObjCPointer.h"
+
+/// One of the app's drawn symbols ("eye", "eye.trianglebadge.exclamationmark", "eye.slash"): lines of one colour, at
+/// any size. Main thread.
+@interface SymbolImage : NSImage {
+    menubar::ObjCPointer<NSString> _symbolName;
+    menubar::ObjCPointer<NSString> _accessibilityDescription;
+    BOOL _isTemplate;
+}
+
+/// Nil for a name that has no drawing.
++ (SymbolImage*)symbolNamed:(NSString*)name accessibilityDescription:(NSString*)description;
+
+- (NSString*)symbolName;
+
+/// Draws in the current view, which may be flipped or not.
+- (void)drawInRect:(NSRect)rect tint:(NSColor*)tint flipped:(BOOL)isFlipped;
+
+@end

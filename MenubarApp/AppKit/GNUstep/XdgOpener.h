@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MenubarApp/AppKit/FileOpener.h"
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace menubar {
+
+/// Hands files to `xdg-open`, which knows the desktop's default applications. GNUstep's own workspace is no
+/// alternative: it waits for an answer that may never come. Main thread.
+class XdgOpener final : public FileOpener {
+public:
+    explicit XdgOpener(std::string program = "/usr/bin/xdg-open");
+
+    void open(const std::string& path) override;
+
+    /// There is no common way to select a file: opens the directory that holds it.
+    void reveal(const std::string& path) override;
+
+    /// The openers that were started and not yet collected.
+    [[nodiscard]] const std::vector<pid_t>& running() const { return m_running; }
+
+private:
+    void collectFinished();
+
+    std::string m_program;
+    std::vector<pid_t> m_running;
+};
+
+} // namespace menubar

@@ -1,0 +1,15 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "MenubarCore/Menu/MenuItem.h"
+
+namespace menubar {
+
+/// Turns a menu as a value into native items, and decides nothing. Main thread.
+///
+/// `target` answers the actions that are the app's own (the status menu's and `show:`); the editing and window actions
+/// of the main menu have no target and travel along the responder chain. A hand-off's item represents its file URL.
+[[nodiscard]] NSArray<NSMenuItem*>* makeMenuItems(const Menu& menu, id target);
+
+} // namespace menubar
