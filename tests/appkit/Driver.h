@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#import <AppKit/AppKit.h>
+
+/// Turns the event loop for tests, and listens for what GNUstep swallows.
+namespace menubar::driver {
+
+using std::chrono::milliseconds;
+
+/// Runs the main loop for that long, in the default mode.
+void pump(milliseconds duration);
+
+/// Runs the main loop until `done` or the time is over. Whether it was done.
+[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(5000));
+
+/// GNUstep catches exceptions of timers and notifications and only logs them. From now on every line that it logs
+/// fails the test that is running.
+void failOnLoggedLines();
+
+/// The lines logged since the last call; the test has looked at them.
+std::vector<std::string> takeLoggedLines();
+
+} // namespace menubar::driver

@@ -1,0 +1,72 @@
+#import "tests/appkit/Driver.h"
+
+#include "MenubarApp/AppKit/Conversions.h"
+
+#include <mutex>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace menubar::driver {
+
+namespace {
+
+std::mutex loggedMutex;
+std::vector<std::string> logged;
+
+void record(NSString* line) {
+    const std::lock_guard lock(loggedMutex);
+    logged.push_back(toString(line));
+}
+
+class LoggedLinesListener final : public ::testing::EmptyTestEventListener {
+    void OnTestEnd(const ::testing::TestInfo&) override {
+        for (const std::string& line : takeLoggedLines()) {
+            ADD_FAILURE() << "logged: " << line;
+        }
+    }
+};
+
+void runOnce(NSTimeInterval seconds) {
+    @autoreleasepool {
+        NSEvent* event = [NSApp nextEventMatchingMask:NSEventMaskAny
+                                            untilDate:[NSDate dateWithTimeIntervalSinceNow:seconds]
+                                               inMode:NSDefaultRunLoopMode
+                                              dequeue:YES];
+        if (event != nil) {
+            [NSApp sendEvent:event];
+        }
+    }
+}
+
+} // namespace
+
+void pump(milliseconds duration) {
+    const auto end = std::chrono::steady_clock::now() + duration;
+    while (std::chrono::steady_clock::now() < end) {
+        runOnce(0.01);
+    }
+}
+
+bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        runOnce(0.01);
+    }
+    return true;
+}
+
+void failOnLoggedLines() {
+    _NSLog_printf_handler = record;
+    ::testing::UnitTest::GetInstance()->listeners().Append(new LoggedLinesListener);
+}
+
+std::vector<std::string> takeLoggedLines() {
+    const std::lock_guard lock(loggedMutex);
+    return std::exchange(logged, {});
+}
+
+} // namespace menubar::driver

@@ -1,0 +1,170 @@
+#include "MenubarApp/AppKit/AppKitMainLoop.h"
+#include "MenubarApp/AppKit/AppKitStatusItem.h"
+#include "MenubarApp/StatusMenu/StatusMenuController.h"
+
+#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+
+#include "MenubarApp/AppKit/Conversions.h"
+
+#include "tests/appkit/Driver.h"
+#include "tests/appkit/MenuDriver.h"
+#include "tests/support/RecordingShell.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace menubar {
+namespace {
+
+using Lines = std::vector<std::string>;
+constexpr unichar escapeKey = 0x1B;
+
+/// The real item, counting the probes.
+class ProbedStatusItem final : public StatusItem {
+  public:
+    void apply(const StatusItemPresentation& presentation) override { real.apply(presentation); }
+
+    void setMenu(const Menu& menu) override { real.setMenu(menu); }
+
+    [[nodiscard]] VisibilityProbe readVisibility() override {
+        ++probes;
+        return real.readVisibility();
+    }
+
+    AppKitStatusItem real;
+    int probes = 0;
+};
+
+/// The controller on the real item and main loop, with files, clock and commands that the test plays.
+class LiveMenu : public ::testing::Test {
+  protected:
+    static constexpr const char* statusPath = "/home/ann/status.json";
+
+    LiveMenu() {
+        m_clock.time = Date(std::chrono::seconds(1741096980)); // 2025-03-04 14:03:00 UTC
+        m_controller =
+            StatusMenuController::create(statusPath, {}, "/home/ann",
+                                         {.mainLoop = m_loop,
+                                          .statusItem = m_item,
+                                          .workspace = m_workspace,
+                                          .defaults = m_defaults,
+                                          .fileManager = m_files,
+                                          .clock = m_clock,
+                                          .commands = m_commands,
+                                          .settings = m_settings,
+                                          .log = [this](std::string_view line) { m_log.emplace_back(line); }});
+        m_item.real.setEvents(m_controller);
+    }
+
+    void writeSession(const std::string& name, const std::string& pct) {
+        m_files.files[statusPath] = R"({"at":"2025-03-04T14:02:57Z","sessions":[{"dirName":")" + name +
+                                    R"(","contextPct":)" + pct +
+                                    R"(,"level":"ok","workspaceId":"w1","surfaceId":"f1"}]})";
+    }
+
+    [[nodiscard]] std::string title() const {
+        return toString([[[m_item.real.nativeItem() button] attributedTitle] string]);
+    }
+
+    /// The first title of the open menu that begins so; empty when none does.
+    static std::string openTitle(std::string_view beginning) {
+        for (const std::string& title : driver::openTitles()) {
+            if (title.starts_with(beginning)) {
+                return title;
+            }
+        }
+        return "";
+    }
+
+    AppKitMainLoop m_loop;
+    ProbedStatusItem m_item;
+    recording::FakeWorkspace m_workspace;
+    recording::FakeDefaults m_defaults;
+    recording::FakeFileManager m_files;
+    recording::FakeClock m_clock;
+    recording::FakeCommands m_commands;
+    recording::FakeSettingsWindow m_settings;
+    Lines m_log;
+    std::shared_ptr<StatusMenuController> m_controller;
+};
+
+TEST_F(LiveMenu, openingTheMenuReadsTheFileAgainBeforeAnythingIsDrawn) {
+    writeSession("acme", "41");
+    m_controller->start();
+    EXPECT_EQ(title(), " 41%");
+    writeSession("beta", "57");
+    const int reads = m_files.reads;
+    std::string session;
+    EXPECT_FALSE(driver::openMenu(m_item.real, {[&] { session = openTitle("beta"); }, driver::key(escapeKey)}));
+    EXPECT_EQ(m_files.reads, reads + 1);
+    EXPECT_NE(session, "");
+    EXPECT_EQ(title(), " 57%");
+}
+
+TEST_F(LiveMenu, doesNotProbeWhileTheMenuIsOpen) {
+    m_controller->start();
+    EXPECT_EQ(m_item.probes, 1);
+    EXPECT_FALSE(driver::openMenu(
+        m_item.real, {[&] { m_controller->perform(MenuAction::refreshClicked, 0, {}); }, driver::key(escapeKey)}));
+    EXPECT_EQ(m_item.probes, 1);
+    m_controller->perform(MenuAction::refreshClicked, 0, {});
+    EXPECT_EQ(m_item.probes, 2);
+}
+
+TEST_F(LiveMenu, clickingASessionFocusesItsTerminalOnce) {
+    writeSession("acme", "41");
+    m_controller->start();
+    EXPECT_FALSE(driver::openMenu(m_item.real, {[] { driver::click(openTitle("acme"))(); }}));
+    EXPECT_EQ(m_commands.log, Lines{"focus w1 f1"});
+}
+
+TEST_F(LiveMenu, choosingQuitAsksTheApplicationToTerminate) {
+    m_controller->start();
+    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Quit")}));
+    EXPECT_EQ(m_workspace.log, Lines{"terminate"});
+}
+
+TEST_F(LiveMenu, theCheckMarkOfIconOnlyFollowsTheClick) {
+    writeSession("acme", "41");
+    m_controller->start();
+    EXPECT_EQ([driver::itemTitled(m_item.real.nativeMenu(), "Icon only") state], NSControlStateValueOff);
+    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Icon only")}));
+    EXPECT_EQ(m_defaults.values["compact"], true);
+    EXPECT_EQ([driver::itemTitled(m_item.real.nativeMenu(), "Icon only") state], NSControlStateValueOn);
+    EXPECT_EQ(title(), "");
+}
+
+TEST_F(LiveMenu, anItemWithoutRoomIsAnnouncedOnceAndWhenItIsBack) {
+    writeSession("acme", "41");
+    m_controller->start();
+    auto* strip = static_cast<StatusStripItem*>(m_item.real.nativeItem());
+    [strip setRoom:10];
+    m_controller->perform(MenuAction::refreshClicked, 0, {});
+    m_controller->perform(MenuAction::refreshClicked, 0, {});
+    ASSERT_EQ(m_log.size(), 1U);
+    EXPECT_TRUE(m_log.front().starts_with("status item is hidden")) << m_log.front();
+    EXPECT_TRUE(m_log.front().ends_with("onscreen=no occlusion=occluded")) << m_log.front();
+    EXPECT_EQ(m_commands.log.size(), 1U);
+    EXPECT_NE(
+        driver::itemTitled(m_item.real.nativeMenu(), "Icon hidden since 14:03 (menu bar full or behind the notch)"),
+        nil);
+    [strip setRoom:500];
+    m_controller->perform(MenuAction::refreshClicked, 0, {});
+    EXPECT_EQ(m_log.back(), "status item is visible again");
+}
+
+TEST_F(LiveMenu, pollsOnItsOwnAndNotAfterItsEnd) {
+    writeSession("acme", "41");
+    m_controller->start();
+    const int reads = m_files.reads;
+    EXPECT_TRUE(driver::pumpUntil([&] { return m_files.reads == reads + 1; }));
+    m_controller->applicationWillTerminate();
+    driver::pump(StatusMenuController::pollInterval + StatusMenuController::pollTolerance * 2);
+    EXPECT_EQ(m_files.reads, reads + 1);
+}
+
+} // namespace
+} // namespace menubar

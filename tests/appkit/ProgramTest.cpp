@@ -1,0 +1,195 @@
+#include "tests/support/TemporaryDirectory.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// The app itself, as a process of its own with a home of its own.
+namespace menubar {
+namespace {
+
+using testing_support::TemporaryDirectory;
+using Lines = std::vector<std::string>;
+
+class Program {
+public:
+    explicit Program(const Lines& extraEnvironment = {}, const Lines& arguments = {}) {
+        Lines environment = {"HOME=" + m_home.path(), "PATH=/usr/bin:/bin",
+                             std::string("DISPLAY=") + std::getenv("DISPLAY")};
+        for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+            if (const char* value = std::getenv(name); value != nullptr) {
+                environment.push_back(std::string(name) + "=" + value);
+            }
+        }
+        environment.insert(environment.end(), extraEnvironment.begin(), extraEnvironment.end());
+        Lines command = {MENUBAR_PROGRAM};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        posix_spawn_file_actions_t files;
+        ::posix_spawn_file_actions_init(&files);
+        ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errorFile().c_str(), O_WRONLY | O_CREAT | O_APPEND,
+                                           0600);
+        EXPECT_EQ(::posix_spawn(&m_process, MENUBAR_PROGRAM, &files, nullptr, pointers(command).data(),
+                                pointers(environment).data()),
+                  0);
+        ::posix_spawn_file_actions_destroy(&files);
+    }
+
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    ~Program() {
+        if (m_process > 0) {
+            ::kill(m_process, SIGKILL);
+            ::waitpid(m_process, nullptr, 0);
+        }
+    }
+
+    /// What it has written to standard error so far, by lines.
+    [[nodiscard]] Lines errorLines() const {
+        std::ifstream file(errorFile());
+        Lines lines;
+        for (std::string line; std::getline(file, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+
+    /// Waits for that many lines, within bounds.
+    [[nodiscard]] Lines waitForErrorLines(std::size_t count) const {
+        waitUntil([&] { return errorLines().size() >= count; });
+        return errorLines();
+    }
+
+    /// Sends SIGTERM; the exit status, or -1 when it does not end by itself in time.
+    [[nodiscard]] int terminate() {
+        ::kill(m_process, SIGTERM);
+        int status = 0;
+        const pid_t process = m_process;
+        if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; })) {
+            return -1;
+        }
+        m_process = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+    [[nodiscard]] std::string home() const { return m_home.path(); }
+
+    [[nodiscard]] pid_t process() const { return m_process; }
+
+private:
+    template <typename Condition>
+    static bool waitUntil(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() >= end) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return true;
+    }
+
+    static std::vector<char*> pointers(Lines& texts) {
+        std::vector<char*> result;
+        for (std::string& text : texts) {
+            result.push_back(text.data());
+        }
+        result.push_back(nullptr);
+        return result;
+    }
+
+    [[nodiscard]] std::string errorFile() const { return m_files / "stderr"; }
+
+    TemporaryDirectory m_home;
+    TemporaryDirectory m_files;
+    pid_t m_process = 0;
+};
+
+/// The processes whose parent is `process`.
+Lines childrenOf(pid_t process) {
+    Lines names;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream file(entry.path() / "stat");
+        std::string text;
+        if (!std::getline(file, text)) {
+            continue;
+        }
+        const auto nameEnd = text.rfind(')');
+        if (nameEnd != std::string::npos && std::stoi(text.substr(nameEnd + 4)) == process) {
+            names.push_back(text.substr(0, nameEnd + 1));
+        }
+    }
+    return names;
+}
+
+TEST(Program, firstSaysWhichFileItWatchesAndEndsCleanlyOnSigterm) {
+    Program program;
+    const Lines lines = program.waitForErrorLines(1);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.front(), "ostrel-menubar: watching " + program.home() + "/.local/state/ostrel/status.json");
+    EXPECT_EQ(program.terminate(), 0);
+    EXPECT_EQ(program.errorLines().size(), 1U) << program.errorLines().back();
+}
+
+TEST(Program, watchesTheFileThatTheEnvironmentNames) {
+    const Program program({"OSTREL_STATUS_FILE=~/elsewhere.json"});
+    const Lines lines = program.waitForErrorLines(1);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.front(), "ostrel-menubar: watching " + program.home() + "/elsewhere.json");
+}
+
+TEST(Program, opensTheSettingsWindowAtStartOnlyForExactlyOne) {
+    Program on({"OSTREL_MENUBAR_OPEN_SETTINGS=1"});
+    ASSERT_EQ(on.waitForErrorLines(2).size(), 2U);
+    EXPECT_EQ(on.errorLines().back(), "ostrel-menubar: the settings window is not available yet");
+    Program off({"OSTREL_MENUBAR_OPEN_SETTINGS=true"});
+    ASSERT_EQ(off.waitForErrorLines(1).size(), 1U);
+    EXPECT_EQ(off.terminate(), 0);
+    EXPECT_EQ(off.errorLines().size(), 1U);
+}
+
+TEST(Program, readsNoArguments) {
+    Program program({}, {"/etc/hostname", "-compact", "YES"});
+    ASSERT_EQ(program.waitForErrorLines(1).size(), 1U);
+    EXPECT_EQ(program.terminate(), 0);
+    EXPECT_EQ(program.errorLines().size(), 1U);
+}
+
+TEST(Program, severalMayRunSideBySide) {
+    Program first;
+    Program second;
+    EXPECT_EQ(first.waitForErrorLines(1).size(), 1U);
+    EXPECT_EQ(second.waitForErrorLines(1).size(), 1U);
+    EXPECT_EQ(first.terminate(), 0);
+    EXPECT_EQ(second.terminate(), 0);
+}
+
+TEST(Program, startsNoProcessAndWritesNothingToTheAccountsHome) {
+    const std::filesystem::path accountFolder = std::filesystem::path(::getpwuid(::getuid())->pw_dir) / "GNUstep";
+    const bool existed = std::filesystem::exists(accountFolder);
+    const auto before = existed ? std::filesystem::last_write_time(accountFolder) : std::filesystem::file_time_type();
+    Program program;
+    ASSERT_EQ(program.waitForErrorLines(1).size(), 1U);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300)); // what launching starts, it starts at once
+    EXPECT_EQ(childrenOf(program.process()), Lines{});
+    EXPECT_EQ(program.terminate(), 0);
+    EXPECT_EQ(std::filesystem::exists(accountFolder), existed);
+    if (existed) {
+        EXPECT_EQ(std::filesystem::last_write_time(accountFolder), before);
+    }
+}
+
+} // namespace
+} // namespace menubar
