@@ -1,0 +1,172 @@
+#include "MenubarApp/View/ViewPresenter.h"
+
+#include <utility>
+
+namespace menubar {
+
+std::shared_ptr<ViewPresenter> ViewPresenter::create(ViewHost& host, Body body, Later later) {
+    // The constructor is private, which rules out make_shared.
+    const std::shared_ptr<ViewPresenter> presenter(new ViewPresenter(host, std::move(body), std::move(later)));
+    presenter->m_isRendering = true; // the host tells its size before there is anything to place
+    host.setEvents(presenter);
+    presenter->m_isRendering = false;
+    presenter->render();
+    return presenter;
+}
+
+ViewPresenter::ViewPresenter(ViewHost& host, Body body, Later later)
+    : m_host(host), m_body(std::move(body)), m_later(std::move(later)), m_reconciler(host) {}
+
+void ViewPresenter::render() {
+    m_needsRender = false;
+    if (m_isClosed || m_isRendering) {
+        return;
+    }
+    View view = m_body();
+    m_isRendering = true;
+    m_reconciler.show(std::move(view));
+    m_reconciler.layOut(m_size);
+    m_isRendering = false;
+}
+
+void ViewPresenter::setNeedsRender() {
+    if (m_needsRender || m_isClosed) {
+        return;
+    }
+    m_needsRender = true;
+    m_later([weak = weak_from_this()] {
+        if (const auto presenter = weak.lock(); presenter && presenter->m_needsRender) {
+            presenter->render();
+        }
+    });
+}
+
+void ViewPresenter::close() {
+    m_isClosed = true;
+}
+
+template <class Content>
+const Content* ViewPresenter::enabled(ControlId id) const {
+    if (m_isClosed || m_isRendering) {
+        return nullptr;
+    }
+    const Control* control = m_reconciler.control(id);
+    const Content* content = control == nullptr ? nullptr : std::get_if<Content>(&control->content);
+    return content != nullptr && content->enabled ? content : nullptr;
+}
+
+// Every handler is copied before it is called: the view that holds it is written again in the course of the call.
+
+void ViewPresenter::resized(Size size) {
+    m_size = size;
+    if (!m_isClosed && !m_isRendering) {
+        m_isRendering = true;
+        m_reconciler.layOut(m_size);
+        m_isRendering = false;
+    }
+}
+
+void ViewPresenter::pressed(ControlId id) {
+    const auto self = shared_from_this();
+    if (enabled<Button>(id) == nullptr) {
+        return;
+    }
+    commitEditing();
+    // What was committed may have taken the button away.
+    if (const auto* button = enabled<Button>(id)) {
+        const auto handler = button->onPress;
+        handler();
+        render();
+    }
+}
+
+void ViewPresenter::toggled(ControlId id, bool isOn) {
+    const auto self = shared_from_this();
+    Handler<bool> handler;
+    if (const auto* toggle = enabled<Toggle>(id)) {
+        handler = toggle->onChange;
+    } else if (const auto* checkbox = enabled<Checkbox>(id)) {
+        handler = checkbox->onChange;
+    } else {
+        return;
+    }
+    if (m_reconciler.noteToggled(id, isOn)) {
+        handler(isOn);
+        render();
+    }
+}
+
+void ViewPresenter::stepped(ControlId id, StepDirection direction) {
+    const auto self = shared_from_this();
+    if (const auto* stepper = enabled<Stepper>(id)) {
+        const auto handler = stepper->onStep;
+        handler(direction);
+        render();
+    }
+}
+
+void ViewPresenter::picked(ControlId id, std::size_t option) {
+    const auto self = shared_from_this();
+    if (const auto* picker = enabled<Picker>(id)) {
+        const auto handler = picker->onPick;
+        if (m_reconciler.notePicked(id, option)) {
+            handler(option);
+            render();
+        }
+    }
+}
+
+void ViewPresenter::editingBegan(ControlId id) {
+    if (enabled<TextField>(id) != nullptr || enabled<TextEditor>(id) != nullptr) {
+        m_reconciler.beginEditing(id);
+    }
+}
+
+void ViewPresenter::textChanged(ControlId id, const std::string& text) {
+    const auto self = shared_from_this();
+    Handler<const std::string&> handler;
+    if (const auto* field = enabled<TextField>(id)) {
+        handler = field->onEdit;
+    } else if (const auto* editor = enabled<TextEditor>(id)) {
+        handler = editor->onEdit;
+    } else {
+        return;
+    }
+    if (m_reconciler.noteTyped(id, text)) {
+        handler(text);
+        render();
+        m_reconciler.settle();
+    }
+}
+
+void ViewPresenter::editingEnded(ControlId id) {
+    if (!m_isClosed && !m_isRendering) {
+        m_reconciler.endEditing(id);
+    }
+}
+
+void ViewPresenter::commitEditing() {
+    if (m_isClosed || m_isRendering) {
+        return;
+    }
+    const auto self = shared_from_this();
+    m_host.commitEditing();
+    if (!m_isClosed) {
+        m_reconciler.putBackEditedText();
+    }
+}
+
+bool ViewPresenter::scrollToVisible(std::string_view viewId) {
+    render();
+    if (m_isClosed || m_isRendering) {
+        return false;
+    }
+    const auto place = m_reconciler.placeOf(viewId);
+    if (!place) {
+        return false;
+    }
+    m_host.scrollToVisible(place->scrollView, place->area);
+    return true;
+}
+
+} // namespace menubar
