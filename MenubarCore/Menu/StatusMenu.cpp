@@ -43,6 +43,8 @@ public:
         if (m_file != nullptr) {
             m_sessions = m_file->sessions;
         }
+        constexpr std::size_t roomForTheRest = 32;
+        m_menu.items.reserve(m_sessions.size() + roomForTheRest);
     }
 
     StatusMenu build() && {
