@@ -185,10 +185,22 @@ std::optional<std::string_view> DocumentWalk::name(Key key) {
         return std::nullopt;
     }
     const std::string_view content(key.m_text, extent->length);
-    if (!extent->hasEscapes) {
-        return content;
+    return extent->hasEscapes ? unescaped(content) : content;
+}
+
+/// Whether the current value's token holds a backslash. Values are asked about in the order of the document, so that
+/// all the searches together look at each byte once.
+bool DocumentWalk::hasBackslash(std::string_view token) {
+    const char* end = m_state->bytes.get() + m_state->size;
+    if (m_nextBackslash < token.data()) {
+        const void* found = std::memchr(token.data(), '\\', static_cast<std::size_t>(end - token.data()));
+        m_nextBackslash = found == nullptr ? end : static_cast<const char*>(found);
     }
-    if (!unescape(content, m_state->scratch)) {
+    return m_nextBackslash < token.data() + token.size();
+}
+
+std::optional<std::string_view> DocumentWalk::unescaped(std::string_view raw) {
+    if (!unescape(raw, m_state->scratch)) {
         breakOff(simdjson::STRING_ERROR);
         return std::nullopt;
     }
@@ -201,7 +213,13 @@ std::optional<std::string_view> DocumentWalk::text() {
     if (!succeeds(m_state->current.get_raw_json_string().get(raw))) {
         return std::nullopt;
     }
-    return name(Key(raw.raw()));
+    const std::string_view token = scalar();
+    if (token.size() < 2 || token.back() != '"') {
+        breakOff(simdjson::STRING_ERROR);
+        return std::nullopt;
+    }
+    const std::string_view content = token.substr(1, token.size() - 2);
+    return hasBackslash(token) ? unescaped(content) : content;
 }
 
 std::optional<NumberToken> DocumentWalk::number() {

@@ -4,6 +4,7 @@
 #include "MenubarCore/JSON/NumberToken.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -31,11 +32,30 @@ public:
 
         /// Whether the key is written exactly like `name`, which is shorter than `keyLimit` and needs no escapes.
         [[nodiscard]] bool isWritten(std::string_view name) const {
-            return std::memcmp(m_text, name.data(), name.size()) == 0 && m_text[name.size()] == '"';
+            return m_text[name.size()] == '"' && equal(m_text, name.data(), name.size());
         }
 
     private:
         friend class DocumentWalk;
+
+        /// Compares eight bytes at a time, which for keys is faster than a call.
+        [[nodiscard]] static bool equal(const char* left, const char* right, std::size_t size) {
+            std::size_t index = 0;
+            for (; index + sizeof(std::uint64_t) <= size; index += sizeof(std::uint64_t)) {
+                std::uint64_t a = 0;
+                std::uint64_t b = 0;
+                std::memcpy(&a, left + index, sizeof a);
+                std::memcpy(&b, right + index, sizeof b);
+                if (a != b) {
+                    return false;
+                }
+            }
+            while (index < size && left[index] == right[index]) {
+                ++index;
+            }
+            return index == size;
+        }
+
         const char* m_text; ///< after the quotation mark
     };
 
@@ -102,6 +122,8 @@ private:
     template <typename Result>
     [[nodiscard]] bool moveTo(Result value);
     [[nodiscard]] std::string_view scalar() const;
+    [[nodiscard]] bool hasBackslash(std::string_view token);
+    [[nodiscard]] std::optional<std::string_view> unescaped(std::string_view raw);
     [[nodiscard]] bool checkScalar();
     [[nodiscard]] std::optional<JSONValue> scalarValue();
     [[nodiscard]] bool enterContainer();
@@ -113,6 +135,7 @@ private:
     std::string_view m_document;
     std::unique_ptr<State> m_state;
     std::string_view m_token; ///< the current value's text up to the next token; a container's is its bracket
+    const char* m_nextBackslash = nullptr; ///< none stands between the start of the current value and this one
     std::size_t m_depth = 0;
     bool m_broken = false;
     int m_code = 0; ///< the parser's own reason

@@ -98,6 +98,14 @@ std::int64_t NumberToken::magnitude(std::size_t leadingZeros) const {
 }
 
 std::optional<std::int64_t> NumberToken::integer() const {
+    constexpr auto certainDigits = static_cast<std::size_t>(std::numeric_limits<std::int64_t>::digits10);
+    if (fraction.empty() && exponent == 0 && whole.size() <= certainDigits) {
+        std::int64_t value = 0;
+        for (const char c : whole) {
+            value = value * 10 + (c - '0');
+        }
+        return negative ? -value : value;
+    }
     const std::size_t first = leadingZeros();
     std::size_t last = digitCount();
     while (last > first && digit(last - 1) == '0') {

@@ -119,7 +119,7 @@ inline constexpr bool unreadable = false;
 } // namespace detail
 
 template <Record T>
-inline constexpr RecordTable recordTable{recordRows<T>};
+inline constexpr RecordTable recordTable = RecordTable::of(recordRows<T>);
 
 template <typename T>
 constexpr Shape makeShape();
@@ -183,8 +183,13 @@ template <typename T>
     } else if constexpr (Record<T>) {
         return reader.readRecord(recordTable<T>, &value);
     } else if constexpr (detail::List<T>) {
-        return reader.readList(&value, [](ValueReader& elementReader, void* list) {
-            return readElement(elementReader, static_cast<T*>(list)->emplace_back());
+        return reader.readList(&value, [](ValueReader& elementReader, void* target) {
+            constexpr std::size_t usualLength = 8;
+            auto& list = *static_cast<T*>(target);
+            if (list.empty()) {
+                list.reserve(usualLength);
+            }
+            return readElement(elementReader, list.emplace_back());
         });
     } else {
         static_assert(detail::Map<T>);

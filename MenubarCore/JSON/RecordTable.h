@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -65,10 +67,23 @@ struct FieldRow {
 
 /// A record's wire format, one row for each member. Decoding, tests and fuzzing all go by it.
 struct RecordTable {
-    /// Which rows were seen is kept in one word.
+    /// Sets of rows are kept in one word.
     static constexpr std::size_t maximumRows = 64;
 
+    [[nodiscard]] static constexpr std::uint64_t bit(std::size_t row) { return std::uint64_t{1} << row; }
+
+    template <std::size_t Count>
+    [[nodiscard]] static constexpr RecordTable of(const std::array<FieldRow, Count>& rows) {
+        static_assert(Count <= maximumRows);
+        RecordTable table{rows};
+        for (std::size_t row = 0; row < Count; ++row) {
+            table.required |= rows[row].presence == Presence::required ? bit(row) : 0;
+        }
+        return table;
+    }
+
     std::span<const FieldRow> rows;
+    std::uint64_t required = 0; ///< the bits of the rows that must be present
 };
 
 } // namespace menubar

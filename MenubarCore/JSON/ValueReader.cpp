@@ -3,7 +3,9 @@
 #include "MenubarCore/JSON/DocumentWalk.h"
 
 #include <algorithm>
+#include <bit>
 #include <map>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -82,7 +84,7 @@ bool ValueReader::read(double& value) {
 bool ValueReader::read(std::string& value) {
     const auto text = readText();
     if (text) {
-        value.assign(*text);
+        value = std::string(*text);
     }
     return text.has_value();
 }
@@ -108,49 +110,46 @@ std::optional<std::string_view> ValueReader::readText() {
 class ValueReader::RecordRead {
 public:
     RecordRead(ValueReader& reader, const RecordTable& table, void* record)
-        : m_reader(reader), m_rows(table.rows), m_record(record) {}
+        : m_reader(reader), m_table(table), m_record(record) {}
 
     /// Reads the current value, the member `key`. False when the document is broken.
     bool readMember(DocumentWalk::Key key) {
-        if (m_next < m_rows.size() && key.isWritten(m_rows[m_next].key)) {
+        const std::span<const FieldRow> rows = m_table.rows;
+        if (m_next < rows.size() && key.isWritten(rows[m_next].key)) {
             return readRow(m_next);
         }
         const auto name = m_reader.m_walk.name(key);
         if (!name) {
             return false;
         }
-        const auto row = std::ranges::find(m_rows, *name, &FieldRow::key);
-        return row == m_rows.end() ? m_reader.m_walk.check() : readRow(static_cast<std::size_t>(row - m_rows.begin()));
+        const auto row = std::ranges::find(rows, *name, &FieldRow::key);
+        return row == rows.end() ? m_reader.m_walk.check() : readRow(static_cast<std::size_t>(row - rows.begin()));
     }
 
     /// The error of the first row that has one.
     Error firstError() {
-        const auto missing = std::ranges::find_if(m_rows, [this](const FieldRow& row) {
-            return row.presence == Presence::required &&
-                   (m_seen & bit(static_cast<std::size_t>(&row - &m_rows[0]))) == 0;
-        });
+        const std::uint64_t missing = m_table.required & ~m_seen;
+        if (missing == 0 && m_errors.empty()) {
+            return nullptr;
+        }
+        const auto missingRow = static_cast<std::size_t>(std::countr_zero(missing));
         const auto first = std::ranges::min_element(m_errors, {}, &std::pair<std::size_t, Error>::first);
-        const auto missingIndex = static_cast<std::size_t>(missing - m_rows.begin());
-        if (first != m_errors.end() && first->first < missingIndex) {
+        if (first != m_errors.end() && first->first < missingRow) {
             return std::move(first->second);
         }
-        return missing == m_rows.end()
-                   ? nullptr
-                   : std::make_unique<DecodingError>(Kind::keyNotFound, "", std::string(missing->key));
+        return std::make_unique<DecodingError>(Kind::keyNotFound, "", std::string(m_table.rows[missingRow].key));
     }
 
 private:
-    static std::uint64_t bit(std::size_t index) { return std::uint64_t{1} << index; }
-
     bool readRow(std::size_t index) {
-        const FieldRow& row = m_rows[index];
+        const FieldRow& row = m_table.rows[index];
         m_next = index + 1;
-        if ((m_seen & bit(index)) != 0) {
+        if ((m_seen & RecordTable::bit(index)) != 0) {
             // Of duplicate keys the last one counts: forget all that came of the earlier one.
             row.reset(m_record);
             std::erase_if(m_errors, [index](const auto& error) { return error.first == index; });
         }
-        m_seen |= bit(index);
+        m_seen |= RecordTable::bit(index);
         const bool isNull = m_reader.isNull();
         if (isNull ? row.presence != Presence::required || m_reader.refuseNull(row.shape->typeName())
                    : row.read(m_reader, m_record)) {
@@ -164,7 +163,7 @@ private:
     }
 
     ValueReader& m_reader;
-    std::span<const FieldRow> m_rows;
+    const RecordTable& m_table;
     void* m_record;
     std::size_t m_next = 0;
     std::uint64_t m_seen = 0;
