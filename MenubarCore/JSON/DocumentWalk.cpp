@@ -1,6 +1,7 @@
 #include "MenubarCore/JSON/DocumentWalk.h"
 
 #include "MenubarCore/JSON/JSONReader.h"
+#include "MenubarCore/JSON/RecordTable.h"
 #include "MenubarCore/JSON/StringToken.h"
 #include "MenubarCore/JSON/SyntaxCheck.h"
 #include "MenubarCore/JSON/ValueBuilder.h"
@@ -17,7 +18,8 @@ namespace ondemand = simdjson::ondemand;
 
 namespace {
 
-static_assert(DocumentWalk::keyLimit <= simdjson::SIMDJSON_PADDING);
+/// A key of a table and its closing quotation mark may be looked for at the end of the document.
+static_assert(RecordTable::maximumKeyLength < simdjson::SIMDJSON_PADDING);
 
 using ArrayPosition = decltype(std::declval<ondemand::array&>().begin());
 using ObjectPosition = decltype(std::declval<ondemand::object&>().begin());

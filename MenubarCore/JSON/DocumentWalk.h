@@ -22,15 +22,13 @@ namespace menubar {
 /// Any thread. What can be used again is kept for the thread's next walk.
 class DocumentWalk {
 public:
-    /// Table keys must be shorter than this, so that they can be compared before the document's key is measured.
-    static constexpr std::size_t keyLimit = 32;
-
     /// A key of the document, which may hold escapes.
     class Key {
     public:
         explicit Key(const char* text) : m_text(text) {}
 
-        /// Whether the key is written exactly like `name`, which is shorter than `keyLimit` and needs no escapes.
+        /// Whether the key is written exactly like `name`, a key of a table: one that is not too long to be compared
+        /// before the document's own key is measured, and that needs no escapes.
         [[nodiscard]] bool isWritten(std::string_view name) const {
             return m_text[name.size()] == '"' && equal(m_text, name.data(), name.size());
         }

@@ -145,6 +145,7 @@ constexpr Shape makeShape() {
     } else if constexpr (TextEnumeration<T>) {
         return {.kind = Kind::enumeration, .texts = enumTexts<T>};
     } else if constexpr (Record<T>) {
+        static_assert(RecordTable::areSound(recordRows<T>));
         return {.kind = Kind::record, .record = &recordTable<T>};
     } else if constexpr (detail::List<T>) {
         return {.kind = Kind::list, .element = &shapeOf<typename detail::ElementOf<T>::List>};
