@@ -39,8 +39,7 @@ struct DocumentWalk::State {
     ondemand::array wrapper;
     ondemand::value current;
     ArrayPosition position{};
-    std::unique_ptr<char[]> bytes;
-    std::size_t capacity = 0;
+    std::vector<char> bytes; ///< never shrinks
     std::size_t size = 0;
     std::string scratch; ///< the latest string that holds escapes
 
@@ -58,14 +57,13 @@ struct DocumentWalk::State {
     void copyIn(std::string_view text) {
         size = text.size() + 2;
         const std::size_t needed = size + simdjson::SIMDJSON_PADDING;
-        if (capacity < needed) {
-            capacity = needed;
-            bytes = std::make_unique_for_overwrite<char[]>(capacity);
+        if (bytes.size() < needed) {
+            bytes = std::vector<char>(needed);
         }
         bytes[0] = '[';
-        std::copy(text.begin(), text.end(), bytes.get() + 1);
+        std::ranges::copy(text, bytes.begin() + 1);
         bytes[size - 1] = ']';
-        std::fill(bytes.get() + size, bytes.get() + needed, '\0');
+        std::fill_n(bytes.data() + size, simdjson::SIMDJSON_PADDING, '\0');
     }
 };
 
@@ -108,7 +106,7 @@ struct DocumentWalk::Level {
 
 /// Taken out while in use, so that a walk within a walk has its own.
 std::unique_ptr<DocumentWalk::State>& DocumentWalk::spareState() {
-    thread_local std::unique_ptr<State> state;
+    static thread_local std::unique_ptr<State> state;
     return state;
 }
 
@@ -121,7 +119,7 @@ DocumentWalk::DocumentWalk(std::string_view document)
 
 DocumentWalk::~DocumentWalk() {
     constexpr std::size_t kept = std::size_t{4} << 20U;
-    if (m_state->capacity <= kept) {
+    if (m_state->bytes.size() <= kept) {
         spareState() = std::move(m_state);
     }
 }
@@ -129,7 +127,7 @@ DocumentWalk::~DocumentWalk() {
 bool DocumentWalk::start() {
     State& state = *m_state;
     ArrayPosition end{};
-    return succeeds(state.parser.iterate(state.bytes.get(), state.size, state.capacity).get(state.document)) &&
+    return succeeds(state.parser.iterate(state.bytes.data(), state.size, state.bytes.size()).get(state.document)) &&
            succeeds(state.document.get_array().get(state.wrapper)) &&
            succeeds((state.position = state.wrapper.begin()).error()) &&
            (state.position != (end = state.wrapper.end()) || breakOff(simdjson::EMPTY)) && moveTo(*state.position);
@@ -180,7 +178,7 @@ std::string_view DocumentWalk::scalar() const {
 }
 
 std::optional<std::string_view> DocumentWalk::name(Key key) {
-    const char* end = m_state->bytes.get() + m_state->size;
+    const char* end = m_state->bytes.data() + m_state->size;
     const auto extent = findStringEnd({key.m_text, static_cast<std::size_t>(end - key.m_text)});
     if (!extent) {
         breakOff(simdjson::UNCLOSED_STRING);
@@ -193,7 +191,7 @@ std::optional<std::string_view> DocumentWalk::name(Key key) {
 /// Whether the current value's token holds a backslash. Values are asked about in the order of the document, so that
 /// all the searches together look at each byte once.
 bool DocumentWalk::hasBackslash(std::string_view token) {
-    const char* end = m_state->bytes.get() + m_state->size;
+    const char* end = m_state->bytes.data() + m_state->size;
     if (m_nextBackslash < token.data()) {
         const void* found = std::memchr(token.data(), '\\', static_cast<std::size_t>(end - token.data()));
         m_nextBackslash = found == nullptr ? end : static_cast<const char*>(found);
@@ -362,7 +360,7 @@ bool DocumentWalk::check() {
 
         void key(std::string_view /*name*/) {}
 
-        bool scalar(DocumentWalk& walk) { return walk.checkScalar(); }
+        static bool scalar(DocumentWalk& walk) { return walk.checkScalar(); }
     };
 
     if (m_broken) {

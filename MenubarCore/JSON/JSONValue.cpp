@@ -118,8 +118,9 @@ void JSONValue::dismantle() {
         const auto* array = child.arrayValue();
         const auto* object = child.objectValue();
         if ((array != nullptr && !array->empty()) || (object != nullptr && !object->empty())) {
-            pending.push_back(std::move(child));
-            child.m_storage = Null{};
+            JSONValue taken;
+            taken.m_storage.swap(child.m_storage);
+            pending.push_back(std::move(taken));
         }
     };
     forEachChild(m_storage, takeFilledContainers);

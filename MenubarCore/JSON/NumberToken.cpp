@@ -44,7 +44,7 @@ std::optional<std::int64_t> takeExponent(std::string_view& text) {
     }
     std::int64_t exponent = 0;
     for (const char c : digits) {
-        exponent = exponent >= saturation / 10 ? saturation : exponent * 10 + (c - '0');
+        exponent = exponent >= saturation / 10 ? saturation : (exponent * 10) + (c - '0');
     }
     return negative ? -exponent : exponent;
 }
@@ -102,7 +102,7 @@ std::optional<std::int64_t> NumberToken::integer() const {
     if (fraction.empty() && exponent == 0 && whole.size() <= certainDigits) {
         std::int64_t value = 0;
         for (const char c : whole) {
-            value = value * 10 + (c - '0');
+            value = (value * 10) + (c - '0');
         }
         return negative ? -value : value;
     }
@@ -123,7 +123,7 @@ std::optional<std::int64_t> NumberToken::integer() const {
     std::uint64_t value = 0;
     for (std::int64_t place = 0; place < places; ++place) {
         const char c = place < significant ? digit(first + static_cast<std::size_t>(place)) : '0';
-        value = value * 10 + static_cast<std::uint64_t>(c - '0');
+        value = (value * 10) + static_cast<std::uint64_t>(c - '0');
     }
     constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     if (value > largest + (negative ? 1 : 0)) {
@@ -166,7 +166,7 @@ std::optional<double> NumberToken::simpleDouble() const {
     std::int64_t significand = 0;
     for (const std::string_view digits : {whole, fraction}) {
         for (const char c : digits) {
-            significand = significand * 10 + (c - '0');
+            significand = (significand * 10) + (c - '0');
         }
     }
     const auto exact = static_cast<double>(significand);

@@ -131,17 +131,17 @@ template <typename T>
 constexpr Shape makeShape() {
     using Kind = Shape::Kind;
     if constexpr (std::same_as<T, bool>) {
-        return {Kind::boolean};
+        return {.kind = Kind::boolean};
     } else if constexpr (std::same_as<T, std::int64_t>) {
-        return {Kind::integer};
+        return {.kind = Kind::integer};
     } else if constexpr (std::same_as<T, double>) {
-        return {Kind::number};
+        return {.kind = Kind::number};
     } else if constexpr (std::same_as<T, std::string>) {
-        return {Kind::text};
+        return {.kind = Kind::text};
     } else if constexpr (std::same_as<T, JSONValue>) {
-        return {Kind::any};
+        return {.kind = Kind::any};
     } else if constexpr (FormattedText<T>) {
-        return {Kind::formattedText};
+        return {.kind = Kind::formattedText};
     } else if constexpr (TextEnumeration<T>) {
         return {.kind = Kind::enumeration, .texts = enumTexts<T>};
     } else if constexpr (Record<T>) {

@@ -28,7 +28,7 @@ std::size_t findMark(std::string_view text, std::size_t position) {
             std::memcpy(&word, text.data() + position, sizeof(Word));
             const Word found = matches(word, repeated('"')) | matches(word, repeated('\\'));
             if (found != 0) {
-                return position + static_cast<std::size_t>(std::countr_zero(found)) / 8;
+                return position + (static_cast<std::size_t>(std::countr_zero(found)) / 8);
             }
         }
     }
@@ -66,6 +66,10 @@ bool isHighSurrogate(char32_t unit) {
 
 bool isLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+Escape shortEscape(char32_t codePoint) {
+    return {.codePoint = codePoint, .length = 2};
 }
 
 Escape readUnicodeEscape(std::string_view text, std::size_t position) {
@@ -119,12 +123,12 @@ Escape readEscape(std::string_view text, std::size_t position) {
     switch (letter) {
     case '"':
     case '\\':
-    case '/': return {static_cast<char32_t>(letter), 2};
-    case 'b': return {U'\b', 2};
-    case 'f': return {U'\f', 2};
-    case 'n': return {U'\n', 2};
-    case 'r': return {U'\r', 2};
-    case 't': return {U'\t', 2};
+    case '/': return shortEscape(static_cast<char32_t>(letter));
+    case 'b': return shortEscape(U'\b');
+    case 'f': return shortEscape(U'\f');
+    case 'n': return shortEscape(U'\n');
+    case 'r': return shortEscape(U'\r');
+    case 't': return shortEscape(U'\t');
     case 'u': return readUnicodeEscape(text, position);
     default: return {.length = 1, .fault = EscapeFault::unknownEscape};
     }

@@ -24,6 +24,7 @@ public:
             fail("unexpected byte-order mark");
         }
         while (!m_fault && m_state != State::done) {
+            skipWhiteSpace();
             step();
         }
         return std::move(m_fault);
@@ -32,16 +33,18 @@ public:
 private:
     enum class State { value, valueOrEnd, key, keyOrEnd, separator, done };
 
-    void step() {
-        skipWhiteSpace();
+    // Each step below is true unless it found the fault.
+
+    bool step() {
         switch (m_state) {
         case State::value: return readValue("expected a value");
-        case State::valueOrEnd: return closes() ? close() : readValue("expected a value or \"]\"");
+        case State::valueOrEnd: return closes() ? close() : readValue(R"(expected a value or "]")");
         case State::key: return readKey("expected a key");
-        case State::keyOrEnd: return closes() ? close() : readKey("expected a key or \"}\"");
+        case State::keyOrEnd: return closes() ? close() : readKey(R"(expected a key or "}")");
         case State::separator: return readSeparator();
-        case State::done: return;
+        case State::done: return true;
         }
+        return true;
     }
 
     [[nodiscard]] bool atEnd() const { return m_position == m_document.size(); }
@@ -63,9 +66,9 @@ private:
         }
     }
 
-    void fail(std::string problem) { failAt(m_position, std::move(problem)); }
+    bool fail(std::string problem) { return failAt(m_position, std::move(problem)); }
 
-    void failAt(std::size_t offset, std::string problem) {
+    bool failAt(std::size_t offset, std::string problem) {
         Fault fault{.problem = std::move(problem), .offset = offset, .atEnd = offset == m_document.size()};
         for (std::size_t position = 0; position < offset;) {
             const bool endsLine = m_document[position] == '\n';
@@ -74,52 +77,54 @@ private:
             fault.column = endsLine ? 1 : fault.column + 1;
         }
         m_fault = std::move(fault);
+        return false;
     }
 
     [[nodiscard]] bool closes() const { return !atEnd() && current() == m_closers.back(); }
 
-    void open(char closer) {
+    bool open(char closer) {
         if (m_closers.size() == m_maximumDepth) {
             return fail("more than " + std::to_string(m_maximumDepth) + " containers inside one another");
         }
         ++m_position;
         m_closers.push_back(closer);
         m_state = closer == ']' ? State::valueOrEnd : State::keyOrEnd;
+        return true;
     }
 
-    void close() {
+    bool close() {
         ++m_position;
         m_closers.pop_back();
         m_state = State::separator;
+        return true;
     }
 
-    void readSeparator() {
+    bool readSeparator() {
         if (m_closers.empty()) {
             m_state = State::done;
-            return atEnd() ? void() : fail("expected the end of the document");
+            return atEnd() || fail("expected the end of the document");
         }
         if (closes()) {
             return close();
         }
-        if (!take(',')) {
-            return fail(m_closers.back() == ']' ? "expected \",\" or \"]\"" : "expected \",\" or \"}\"");
-        }
-        m_state = m_closers.back() == ']' ? State::value : State::key;
+        const bool inArray = m_closers.back() == ']';
+        m_state = inArray ? State::value : State::key;
+        return take(',') || fail(inArray ? R"(expected "," or "]")" : R"(expected "," or "}")");
     }
 
-    void readKey(const char* expectation) {
+    bool readKey(const char* expectation) {
+        m_state = State::value;
         if (!take('"')) {
             return fail(expectation);
         }
-        readString();
-        skipWhiteSpace();
-        if (!m_fault && !take(':')) {
-            fail("expected \":\"");
+        if (!readString()) {
+            return false;
         }
-        m_state = State::value;
+        skipWhiteSpace();
+        return take(':') || fail(R"(expected ":")");
     }
 
-    void readValue(const char* expectation) {
+    bool readValue(const char* expectation) {
         m_state = State::separator;
         switch (current()) {
         case '{': return open('}');
@@ -132,63 +137,61 @@ private:
         }
     }
 
-    void readLiteral(std::string_view literal) {
+    bool readLiteral(std::string_view literal) {
         if (!m_document.substr(m_position).starts_with(literal)) {
             return fail("expected \"" + std::string(literal) + "\"");
         }
         m_position += literal.size();
+        return true;
     }
 
-    void readDigits() {
+    bool readDigits() {
         if (!isDigit(current())) {
             return fail("expected a digit");
         }
         while (isDigit(current())) {
             ++m_position;
         }
+        return true;
     }
 
-    void readNumber() {
+    bool readWholePart() {
+        if (!take('0')) {
+            return readDigits();
+        }
+        return !isDigit(current()) || failAt(m_position - 1, "superfluous leading zero");
+    }
+
+    bool readExponent() {
+        if (!take('+')) {
+            take('-');
+        }
+        return readDigits();
+    }
+
+    bool readNumber() {
         const std::size_t start = m_position;
         take('-');
-        if (take('0')) {
-            if (isDigit(current())) {
-                return failAt(m_position - 1, "superfluous leading zero");
-            }
-        } else {
-            readDigits();
-        }
-        if (!m_fault && take('.')) {
-            readDigits();
-        }
-        if (!m_fault && (take('e') || take('E'))) {
-            if (!take('+')) {
-                take('-');
-            }
-            readDigits();
-        }
-        if (m_fault) {
-            return;
+        if (!readWholePart() || (take('.') && !readDigits()) || ((take('e') || take('E')) && !readExponent())) {
+            return false;
         }
         const auto token = NumberToken::parse(m_document.substr(start, m_position - start));
-        if (token && token->isBeyondDouble()) {
-            failAt(start, "number beyond the range of a double");
-        }
+        return !token || !token->isBeyondDouble() || failAt(start, "number beyond the range of a double");
     }
 
-    void readString() {
-        while (!m_fault && !take('"')) {
+    bool readString() {
+        while (!take('"')) {
             if (atEnd()) {
-                fail("expected a closing quotation mark");
-            } else if (current() == '\\') {
-                readEscapeSequence();
-            } else {
-                readCharacter();
+                return fail("expected a closing quotation mark");
+            }
+            if (!(current() == '\\' ? readEscapeSequence() : readCharacter())) {
+                return false;
             }
         }
+        return true;
     }
 
-    void readCharacter() {
+    bool readCharacter() {
         constexpr std::string_view hexDigits = "0123456789ABCDEF";
         const auto byte = static_cast<std::uint8_t>(current());
         if (byte < 0x20) {
@@ -196,22 +199,21 @@ private:
                         hexDigits[byte & 0xFU] + " in a string");
         }
         const std::size_t start = m_position;
-        if (nextCodePoint(m_document, m_position) == illFormed) {
-            failAt(start, "invalid UTF-8");
-        }
+        return nextCodePoint(m_document, m_position) != illFormed || failAt(start, "invalid UTF-8");
     }
 
-    void readEscapeSequence() {
+    bool readEscapeSequence() {
         const Escape escape = readEscape(m_document, m_position);
         if (!escape.fault) {
             m_position += escape.length;
-            return;
+            return true;
         }
         switch (*escape.fault) {
         case EscapeFault::unknownEscape: return fail("invalid escape");
-        case EscapeFault::hexDigits: return fail("expected four hexadecimal digits after \"\\u\"");
+        case EscapeFault::hexDigits: return fail(R"(expected four hexadecimal digits after "\u")");
         case EscapeFault::loneSurrogate: return fail("lone surrogate escape");
         }
+        return false;
     }
 
     std::string_view m_document;

@@ -45,9 +45,9 @@ bool ValueReader::refuseNull(std::string_view typeName) {
     return leave(std::make_unique<DecodingError>(Kind::valueNotFound, std::string(typeName)));
 }
 
-bool ValueReader::mismatch(const Shape& expected) {
+bool ValueReader::mismatch(Shape::Kind expected) {
     return m_walk.check() &&
-           leave(std::make_unique<DecodingError>(Kind::typeMismatch, std::string(expected.typeName())));
+           leave(std::make_unique<DecodingError>(Kind::typeMismatch, std::string(Shape{.kind = expected}.typeName())));
 }
 
 bool ValueReader::isNull() const {
@@ -56,12 +56,12 @@ bool ValueReader::isNull() const {
 
 bool ValueReader::read(bool& value) {
     value = m_walk.isLiteral("true");
-    return value || m_walk.isLiteral("false") || mismatch({Shape::Kind::boolean});
+    return value || m_walk.isLiteral("false") || mismatch(Shape::Kind::boolean);
 }
 
 bool ValueReader::read(std::int64_t& value) {
     if (!m_walk.isNumber()) {
-        return mismatch({Shape::Kind::integer});
+        return mismatch(Shape::Kind::integer);
     }
     const auto number = m_walk.number();
     if (!number) {
@@ -69,12 +69,12 @@ bool ValueReader::read(std::int64_t& value) {
     }
     const auto integer = number->integer();
     value = integer.value_or(0);
-    return integer || mismatch({Shape::Kind::integer});
+    return integer || mismatch(Shape::Kind::integer);
 }
 
 bool ValueReader::read(double& value) {
     if (!m_walk.isNumber()) {
-        return mismatch({Shape::Kind::number});
+        return mismatch(Shape::Kind::number);
     }
     const auto number = m_walk.nearestDouble();
     value = number.value_or(0);
@@ -99,7 +99,7 @@ bool ValueReader::read(JSONValue& value) {
 
 std::optional<std::string_view> ValueReader::readText() {
     if (m_walk.kind() != '"') {
-        mismatch({Shape::Kind::text});
+        mismatch(Shape::Kind::text);
         return std::nullopt;
     }
     return m_walk.text();
@@ -172,7 +172,7 @@ private:
 
 bool ValueReader::readRecord(const RecordTable& table, void* record) {
     if (m_walk.kind() != '{') {
-        return mismatch({Shape::Kind::record});
+        return mismatch(Shape::Kind::record);
     }
     RecordRead read(*this, table, record);
     return m_walk.eachMember([&read](DocumentWalk::Key key) { return read.readMember(key); }) &&
@@ -181,7 +181,7 @@ bool ValueReader::readRecord(const RecordTable& table, void* record) {
 
 bool ValueReader::readList(void* list, ElementRead element) {
     if (m_walk.kind() != '[') {
-        return mismatch({Shape::Kind::list});
+        return mismatch(Shape::Kind::list);
     }
     Error first;
     std::size_t index = 0;
@@ -201,7 +201,7 @@ bool ValueReader::readList(void* list, ElementRead element) {
 
 bool ValueReader::readMap(void* map, EntryRead entry) {
     if (m_walk.kind() != '{') {
-        return mismatch({Shape::Kind::map});
+        return mismatch(Shape::Kind::map);
     }
     std::map<std::string, Error> errors;
     const auto readEntry = [&](DocumentWalk::Key key) {

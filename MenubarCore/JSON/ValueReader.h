@@ -70,7 +70,7 @@ private:
     /// The error that the latest read left, as an error of a part of the container being read.
     [[nodiscard]] Error takeError(CodingKey step);
     bool leave(Error error);
-    bool mismatch(const Shape& expected);
+    bool mismatch(Shape::Kind expected);
 
     DocumentWalk& m_walk;
     Error m_error; ///< its path has the root last, until the document is read
