@@ -104,15 +104,19 @@ struct DocumentWalk::Level {
     }
 };
 
-/// Taken out while in use, so that a walk within a walk has its own.
-std::unique_ptr<DocumentWalk::State>& DocumentWalk::spareState() {
-    static thread_local std::unique_ptr<State> state;
+/// One for the process, taken out while in use: a walk within a walk, or beside it on another thread, makes its own.
+/// What it holds at the end is left to the system.
+std::atomic<DocumentWalk::State*>& DocumentWalk::spareState() {
+    static std::atomic<State*> state;
     return state;
 }
 
-DocumentWalk::DocumentWalk(std::string_view document)
-    : m_document(document),
-      m_state(spareState() != nullptr ? std::exchange(spareState(), nullptr) : std::make_unique<State>()) {
+std::unique_ptr<DocumentWalk::State> DocumentWalk::takeState() {
+    std::unique_ptr<State> spare(spareState().exchange(nullptr, std::memory_order_acquire));
+    return spare != nullptr ? std::move(spare) : std::make_unique<State>();
+}
+
+DocumentWalk::DocumentWalk(std::string_view document) : m_document(document), m_state(takeState()) {
     m_state->copyIn(document);
     m_broken = !start();
 }
@@ -120,7 +124,7 @@ DocumentWalk::DocumentWalk(std::string_view document)
 DocumentWalk::~DocumentWalk() {
     constexpr std::size_t kept = std::size_t{4} << 20U;
     if (m_state->bytes.size() <= kept) {
-        spareState() = std::move(m_state);
+        m_state.reset(spareState().exchange(m_state.release(), std::memory_order_acq_rel));
     }
 }
 

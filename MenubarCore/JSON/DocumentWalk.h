@@ -3,6 +3,7 @@
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/JSON/NumberToken.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -19,7 +20,7 @@ namespace menubar {
 ///
 /// Once a function has found the document to be broken the walk is over: every later one fails too.
 ///
-/// Any thread. What can be used again is kept for the thread's next walk.
+/// Any thread. What can be used again is kept for the next walk.
 class DocumentWalk {
 public:
     /// A key of the document, which may hold escapes.
@@ -113,7 +114,8 @@ private:
     struct State;
     struct Level;
 
-    [[nodiscard]] static std::unique_ptr<State>& spareState();
+    [[nodiscard]] static std::atomic<State*>& spareState();
+    [[nodiscard]] static std::unique_ptr<State> takeState();
     [[nodiscard]] bool start();
     [[nodiscard]] bool succeeds(int code);
     bool breakOff(int code);

@@ -21,14 +21,17 @@ struct CloseText {
     void operator()(UText* text) const { utext_close(text); }
 };
 
-/// This thread's break iterator: opening one costs more than any text it is used on. Null when ICU has no data.
-UBreakIterator* characterIterator() {
-    static thread_local const std::unique_ptr<UBreakIterator, CloseBreakIterator> iterator = [] {
+using BreakIterator = std::unique_ptr<UBreakIterator, CloseBreakIterator>;
+
+/// A break iterator of one's own. Opening one costs more than any text it is used on, so the process opens one, which
+/// never changes and is never closed, and copies it. Null when ICU has no data.
+BreakIterator characterIterator() {
+    static const UBreakIterator* const prototype = [] {
         UErrorCode error = U_ZERO_ERROR;
-        std::unique_ptr<UBreakIterator, CloseBreakIterator> opened(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &error));
-        return U_SUCCESS(error) ? std::move(opened) : nullptr;
+        return ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &error);
     }();
-    return iterator.get();
+    UErrorCode error = U_ZERO_ERROR;
+    return BreakIterator(prototype == nullptr ? nullptr : ubrk_clone(prototype, &error));
 }
 
 bool isAsciiAt(std::string_view text, std::size_t index) {
@@ -36,7 +39,7 @@ bool isAsciiAt(std::string_view text, std::size_t index) {
 }
 
 /// Steps from boundary to boundary. Between two ASCII characters there always is one, but for CR LF, so only what lies
-/// next to other characters is left to ICU. One walk at a time on each thread.
+/// next to other characters is left to ICU.
 class Walk {
 public:
     explicit Walk(std::string_view text) : m_text(text) {}
@@ -56,8 +59,10 @@ private:
     static constexpr std::size_t windowSize = std::numeric_limits<std::int32_t>::max() / 2;
 
     bool attach(std::size_t start) {
-        UBreakIterator* const iterator = characterIterator();
-        if (iterator == nullptr) {
+        if (m_iterator == nullptr) {
+            m_iterator = characterIterator();
+        }
+        if (m_iterator == nullptr) {
             return false;
         }
         m_base = start;
@@ -65,8 +70,10 @@ private:
         UErrorCode error = U_ZERO_ERROR;
         const std::unique_ptr<UText, CloseText> text(
             utext_openUTF8(nullptr, window.data(), static_cast<std::int64_t>(window.size()), &error));
-        ubrk_setUText(iterator, text.get(), &error); // keeps its own shallow copy
-        m_iterator = U_SUCCESS(error) ? iterator : nullptr;
+        ubrk_setUText(m_iterator.get(), text.get(), &error); // keeps its own shallow copy
+        if (U_FAILURE(error)) {
+            m_iterator = nullptr;
+        }
         return m_iterator != nullptr;
     }
 
@@ -74,7 +81,7 @@ private:
         if (start - m_base >= windowSize && !attach(start)) {
             return endOfCodePoint(start);
         }
-        const std::int32_t end = ubrk_following(m_iterator, static_cast<std::int32_t>(start - m_base));
+        const std::int32_t end = ubrk_following(m_iterator.get(), static_cast<std::int32_t>(start - m_base));
         return end == UBRK_DONE ? m_text.size() : m_base + static_cast<std::size_t>(end);
     }
 
@@ -84,8 +91,8 @@ private:
     }
 
     std::string_view m_text;
-    UBreakIterator* m_iterator = nullptr; // null until the first character that needs it
-    std::size_t m_base = 0;               // where its text begins in m_text
+    BreakIterator m_iterator; // null until the first character that needs it
+    std::size_t m_base = 0;   // where its text begins in m_text
 };
 
 } // namespace
@@ -100,6 +107,9 @@ std::size_t graphemeCount(std::string_view text) {
 }
 
 std::string_view graphemePrefix(std::string_view text, std::size_t count) {
+    if (text.size() <= count) {
+        return text; // no character is shorter than a byte
+    }
     Walk walk(text);
     std::size_t index = 0;
     for (; index < text.size() && count > 0; --count) {
