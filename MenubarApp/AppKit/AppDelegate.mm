@@ -5,7 +5,7 @@
 #include "MenubarApp/AppKit/AppKitUserDefaults.h"
 #include "MenubarApp/AppKit/AppKitWorkspace.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"
-#include "MenubarApp/Commands/PendingCommands.h"
+#include "MenubarApp/Commands/SystemCommands.h"
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
@@ -23,7 +23,8 @@ namespace menubar {
 /// Everything that lives as long as the process, in the order of dependence.
 class Application {
   public:
-    Application(std::string statusPath, Environment environment, std::string home) {
+    Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools)
+        : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)) {
         m_controller = StatusMenuController::create(std::move(statusPath), std::move(environment), std::move(home),
                                                     {.mainLoop = m_mainLoop,
                                                      .statusItem = m_statusItem,
@@ -49,7 +50,7 @@ class Application {
     AppKitUserDefaults m_defaults;
     PosixFileManager m_fileManager;
     SystemClock m_clock;
-    PendingCommands m_commands{m_mainLoop, log};
+    SystemCommands m_commands;
     PendingSettingsWindow m_settings{log};
     std::shared_ptr<StatusMenuController> m_controller;
 };
@@ -70,13 +71,21 @@ void installMainMenu(id target) {
 
 @implementation AppDelegate
 
+- (instancetype)initWithTools:(const menubar::SystemTools&)tools {
+    self = [super init];
+    if (self != nil) {
+        _tools = tools;
+    }
+    return self;
+}
+
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {
     const menubar::Environment environment = menubar::processEnvironment();
     const std::string home = menubar::homeDirectory(environment);
     const std::string path = menubar::StatusFileLocator::path(environment, home);
     menubar::log("watching " + path);
     menubar::installMainMenu(self);
-    _application = std::make_unique<menubar::Application>(path, environment, home);
+    _application = std::make_unique<menubar::Application>(path, environment, home, _tools);
     if (menubar::OpenSettingsSwitch::isOn(menubar::processEnvironment())) {
         [self show:nil];
     }

@@ -3,6 +3,7 @@
 #import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/AppKit/GNUstep/ChildSignal.h"
 #include "MenubarApp/AppKit/GNUstep/TerminationSignals.h"
 #include "MenubarApp/AppKit/GNUstep/ThreadPool.h"
 #include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
@@ -55,6 +56,7 @@ void prepareProcess() {
     TerminationSignals::hold();
     hideArguments();
     moveFoldersHome();
+    ChildSignal::keepToOurselves();
     registerLook();
 }
 

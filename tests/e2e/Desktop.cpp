@@ -1,0 +1,166 @@
+#include "tests/e2e/Desktop.h"
+
+#include "MenubarApp/Commands/CommandRunner.h"
+#include "MenubarCore/JSON/JSONValue.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <thread>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace menubar::e2e {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int stripHeight = 26;
+
+std::string described(const JSONValue& call) {
+    const JSONValue::Object* fields = call.objectValue();
+    if (fields == nullptr) {
+        return "a line that is no JSON object";
+    }
+    std::string text = fields->at("tool").compactText();
+    const JSONValue& words = fields->at("arguments");
+    for (const JSONValue& word : *words.arrayValue()) {
+        text += " <" + word.compactText() + ">";
+    }
+    return text;
+}
+
+} // namespace
+
+Desktop::Desktop() {
+    home.environment["PATH"] = std::string(DEMO_TOOLS) + ":/usr/bin:/bin";
+    home.environment["OSTREL_DEMO_RECORD"] = home / "record";
+    home.environment["OSTREL_DEMO_LAUNCHD"] = home / "launchd";
+    if (const char* display = std::getenv("DISPLAY")) {
+        home.environment["DISPLAY"] = display;
+    }
+}
+
+void Desktop::start() {
+    m_app = std::make_unique<ChildProcess>(
+        ChildProcess::Options{.program = DEMO_MENUBAR_PROGRAM, .arguments = {}, .environment = home.environment});
+    ASSERT_TRUE(eventually([&] { return strip().has_value(); }));
+}
+
+std::string Desktop::stop() {
+    m_app->send(SIGTERM);
+    EXPECT_EQ(m_app->wait(), 0);
+    return m_app->errors();
+}
+
+bool Desktop::ends() {
+    return m_app->wait() == 0;
+}
+
+std::string Desktop::xdotool(std::vector<std::string> arguments) {
+    return CommandRunner::runSync("/usr/bin/xdotool", std::move(arguments), {}, [](std::string_view) {}).stdout_;
+}
+
+/// Those that show anything; the app names none of them.
+std::vector<Desktop::Window> Desktop::windows() {
+    std::vector<Window> result;
+    std::istringstream ids(xdotool({"search", "--onlyvisible", "--name", ".*"}));
+    for (std::string id; ids >> id;) {
+        std::map<std::string, int> values;
+        std::istringstream lines(xdotool({"getwindowgeometry", "--shell", id}));
+        for (std::string line; lines >> line;) {
+            const auto equals = std::min(line.find('='), line.size() - 1);
+            values[line.substr(0, equals)] = std::atoi(line.c_str() + equals + 1);
+        }
+        result.push_back(
+            {.id = id, .x = values["X"], .y = values["Y"], .width = values["WIDTH"], .height = values["HEIGHT"]});
+    }
+    return result;
+}
+
+std::optional<Desktop::Window> Desktop::strip() const {
+    const auto all = windows();
+    const auto found = std::ranges::find(all, stripHeight, &Window::height);
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<Desktop::Window> Desktop::menu() const {
+    const auto all = windows();
+    const auto found = std::ranges::find_if(
+        all, [](const Window& window) { return window.y >= stripHeight - 1 && window.height > stripHeight; });
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+void Desktop::click(int x, int y) const {
+    (void)xdotool({"mousemove", std::to_string(x), std::to_string(y)});
+    std::this_thread::sleep_for(50ms); // GNUstep places a press where the last move that it has seen went
+    (void)xdotool({"mousedown", "1"});
+    (void)xdotool({"mouseup", "1"});
+}
+
+void Desktop::press(const std::string& key) const {
+    (void)xdotool({"key", key});
+}
+
+void Desktop::move(const Window& window, int x, int y) const {
+    (void)xdotool({"windowmove", window.id, std::to_string(x), std::to_string(y)});
+}
+
+void Desktop::openMenu() const {
+    const auto item = strip();
+    ASSERT_TRUE(item);
+    click(item->x + item->width / 2, item->y + item->height / 2);
+    ASSERT_TRUE(eventually([&] { return menu().has_value(); }));
+}
+
+void Desktop::choose(const std::string& key, int presses) const {
+    openMenu();
+    for (int i = 0; i < presses; ++i) {
+        press(key);
+    }
+    press("Return");
+    EXPECT_TRUE(eventually([&] { return !menu(); }));
+}
+
+void Desktop::clickTheFirstEnabledRow() const {
+    openMenu();
+    const auto open = menu();
+    ASSERT_TRUE(open);
+    constexpr int step = 16; // less than a row
+    for (int y = open->y + step; y < open->y + open->height && menu(); y += step) {
+        click(open->x + open->width / 2, y);
+        std::this_thread::sleep_for(50ms);
+    }
+    EXPECT_FALSE(menu());
+}
+
+std::vector<std::string> Desktop::calls() const {
+    std::vector<std::string> result;
+    std::ifstream in(home / "record");
+    for (std::string line; std::getline(in, line);) {
+        result.push_back(described(JSONValue::decode(line).value_or(JSONValue())));
+    }
+    return result;
+}
+
+bool Desktop::waitForCalls(std::size_t count) const {
+    return eventually([&] { return calls().size() >= count; });
+}
+
+bool Desktop::eventually(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(10ms);
+    }
+    return true;
+}
+
+} // namespace menubar::e2e

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "tests/e2e/ChildProcess.h"
+#include "tests/e2e/ScratchHome.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace menubar::e2e {
+
+/// The built app on the display, on stand-ins for outside programs, and a person's mouse and keyboard.
+class Desktop {
+public:
+    struct Window {
+        std::string id;
+        int x = 0;
+        int y = 0;
+        int width = 0;
+        int height = 0;
+    };
+
+    Desktop();
+
+    /// Starts the app and waits until its item is on the screen; fails the test otherwise.
+    void start();
+
+    /// Sends SIGTERM and gives what the app wrote to standard error.
+    [[nodiscard]] std::string stop();
+
+    /// Whether the app ended by itself, with status 0.
+    [[nodiscard]] bool ends();
+
+    // What is on the screen.
+
+    [[nodiscard]] std::optional<Window> strip() const;
+    [[nodiscard]] std::optional<Window> menu() const;
+
+    // A person's hands.
+
+    void click(int x, int y) const;
+    void press(const std::string& key) const;
+    void move(const Window& window, int x, int y) const;
+    /// Clicks the item and waits for its menu.
+    void openMenu() const;
+    /// Opens the menu and takes the enabled item that this many presses of the key lead to.
+    void choose(const std::string& key, int presses) const;
+    /// Opens the menu and clicks down its rows until one closes it: the first that is enabled.
+    void clickTheFirstEnabledRow() const;
+
+    // What the stand-ins were asked.
+
+    /// "TOOL ARGUMENT..." for each call, arguments in angle brackets.
+    [[nodiscard]] std::vector<std::string> calls() const;
+    [[nodiscard]] bool waitForCalls(std::size_t count) const;
+
+    /// Whether it becomes true in the patience of a test.
+    [[nodiscard]] static bool eventually(const std::function<bool()>& condition,
+                                         std::chrono::milliseconds patience = ChildProcess::patience);
+
+    ScratchHome home;
+
+private:
+    [[nodiscard]] static std::string xdotool(std::vector<std::string> arguments);
+    [[nodiscard]] static std::vector<Window> windows();
+
+    std::unique_ptr<ChildProcess> m_app;
+};
+
+} // namespace menubar::e2e

@@ -1,0 +1,181 @@
+// The built app on a real display: a person chooses from its menu, and the stand-ins record what the app then starts.
+
+#include "tests/e2e/Desktop.h"
+
+#include "MenubarCore/Daemon/LaunchAgentLabel.h"
+#include "MenubarCore/Menu/HiddenItemTracker.h"
+
+#include "tests/support/PropertyLists.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+using namespace menubar;
+using namespace std::chrono_literals;
+using menubar::e2e::Desktop;
+using menubar::e2e::ScratchHome;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+constexpr auto pollInterval = 3s;
+
+const char* const oneSession = R"({"at":"2025-03-04T10:15:30Z","sessions":[
+    {"sessionId":"id-1","dirName":"api","workspaceId":"w 1","surfaceId":"p\"1"}]})";
+
+const std::vector<std::string> focusCalls{"cmux <select-workspace> <--workspace> <w 1>",
+                                          R"(cmux <focus-panel> <--panel> <p"1> <--workspace> <w 1>)"};
+
+const std::string notifyCall = "cmux <notify> <--title> <" + std::string(HiddenItemCopy::notificationTitle) +
+                               "> <--body> <" + std::string(HiddenItemCopy::notificationBody) + ">";
+
+/// How often a file has been opened since this was made.
+class OpenCounter {
+public:
+    explicit OpenCounter(const std::string& path) : m_queue(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        EXPECT_GE(::inotify_add_watch(m_queue, path.c_str(), IN_OPEN | IN_CLOSE_NOWRITE), 0);
+    }
+
+    OpenCounter(const OpenCounter&) = delete;
+    OpenCounter& operator=(const OpenCounter&) = delete;
+
+    ~OpenCounter() { ::close(m_queue); }
+
+    int count() {
+        inotify_event event{};
+        // The events of a watched file have no name, so each has the bare size. Equal neighbours are merged before they
+        // are read; the closings keep the openings apart.
+        while (::read(m_queue, &event, sizeof event) == static_cast<ssize_t>(sizeof event)) {
+            m_count += (event.mask & IN_OPEN) != 0 ? 1 : 0;
+        }
+        return m_count;
+    }
+
+private:
+    int m_queue;
+    int m_count = 0;
+};
+
+} // namespace
+
+TEST(DesktopApp, aClickOnASessionBringsItsTerminalForwardAndRefreshes) {
+    Desktop desktop;
+    desktop.home.writeStatus(oneSession);
+    desktop.start();
+    // A poll must not be taken for the refresh: all must happen between two of them. A busy machine gets more tries.
+    bool wasBetweenPolls = false;
+    for (int attempt = 0; attempt < 5 && !wasBetweenPolls; ++attempt) {
+        const std::size_t before = desktop.calls().size();
+        OpenCounter opened(desktop.home.statusFile());
+        ASSERT_TRUE(Desktop::eventually([&] { return opened.count() == 1; })) << "no poll";
+        const auto poll = Steady::now();
+        desktop.clickTheFirstEnabledRow();
+        ASSERT_TRUE(desktop.waitForCalls(before + 2));
+        // The poll, the opening of the menu, and the refresh after the two commands.
+        ASSERT_TRUE(Desktop::eventually([&] { return opened.count() >= 3; }));
+        wasBetweenPolls = Steady::now() < poll + pollInterval - 100ms;
+        const auto calls = desktop.calls();
+        EXPECT_EQ(std::vector(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end()), focusCalls);
+    }
+    EXPECT_TRUE(wasBetweenPolls) << "never fast enough to tell a refresh from a poll";
+    EXPECT_THAT(desktop.stop(), HasSubstr("ostrel-menubar: ok: " + std::string(DEMO_TOOLS) +
+                                          "/cmux select-workspace --workspace w 1\n"));
+}
+
+TEST(DesktopApp, aSessionIsChosenWithTheKeyboardToo) {
+    Desktop desktop;
+    desktop.home.writeStatus(oneSession);
+    desktop.start();
+    desktop.choose("Down", 1);
+    EXPECT_TRUE(desktop.waitForCalls(2));
+    EXPECT_EQ(desktop.calls(), focusCalls);
+}
+
+TEST(DesktopApp, withoutCmuxAClickSaysSo) {
+    Desktop desktop;
+    desktop.home.environment["PATH"] = "/no/such";
+    desktop.home.writeStatus(oneSession);
+    desktop.start();
+    desktop.choose("Down", 1);
+    EXPECT_THAT(desktop.stop(), HasSubstr("\nostrel-menubar: cmux not found in [] or PATH\n"));
+    EXPECT_THAT(desktop.calls(), IsEmpty());
+}
+
+TEST(DesktopApp, aHiddenItemIsAnnouncedExactlyOnceInEachSpell) {
+    Desktop desktop;
+    desktop.start();
+    const auto place = desktop.strip();
+    ASSERT_TRUE(place);
+    for (std::size_t spell = 1; spell <= 2; ++spell) {
+        desktop.move(*place, 5000, 0);
+        ASSERT_TRUE(desktop.waitForCalls(spell));
+        std::this_thread::sleep_for(pollInterval * 2 + 500ms); // two more polls find it hidden
+        EXPECT_EQ(desktop.calls(), std::vector<std::string>(spell, notifyCall));
+        desktop.move(*place, place->x, place->y);
+        std::this_thread::sleep_for(pollInterval + 1s); // a poll finds it back
+    }
+    const std::string lines = desktop.stop();
+    EXPECT_EQ(desktop.calls().size(), 2U);
+    EXPECT_THAT(lines, HasSubstr("; window x=5000 width="));
+    EXPECT_THAT(lines, HasSubstr("\nostrel-menubar: status item is visible again\n"));
+}
+
+TEST(DesktopApp, withoutCmuxTheScriptRunnerAnnouncesIt) {
+    Desktop desktop;
+    desktop.home.environment["PATH"] = "/no/such";
+    desktop.start();
+    const auto place = desktop.strip();
+    ASSERT_TRUE(place);
+    desktop.move(*place, 5000, 0);
+    ASSERT_TRUE(desktop.waitForCalls(1));
+    EXPECT_THAT(desktop.calls(),
+                ElementsAre("osascript <-e> <on run argv> <-e> <display notification (item 2 of argv) with title (item "
+                            "1 of argv)> <-e> <end run> <" +
+                            std::string(HiddenItemCopy::notificationTitle) + "> <" +
+                            std::string(HiddenItemCopy::notificationBody) + ">"));
+}
+
+TEST(DesktopApp, startsTheDaemonAndStopsIt) {
+    Desktop desktop;
+    desktop.home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist",
+                       testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "100"}));
+    const std::string domain = "gui/" + std::to_string(::getuid());
+    const std::string service = "<" + domain + "/" + std::string(LaunchAgentLabel) + ">";
+    const auto shows = [&](const std::string& text) {
+        return Desktop::eventually([&] {
+            return ScratchHome::run(desktop.home.menubarctl({"status"})).output.find(text) != std::string::npos;
+        });
+    };
+    desktop.start();
+    // Enabled without a daemon: "Refresh", "Settings...", "Icon only", "Start daemon", "Quit".
+    desktop.choose("Down", 4);
+    EXPECT_TRUE(shows("Daemon running"));
+    EXPECT_THAT(desktop.calls(), ElementsAre("launchctl <kickstart> <-k> " + service,
+                                             "launchctl <bootstrap> <" + domain + "> <" + desktop.home.path() +
+                                                 "/Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist>"));
+    // From below: "Quit", "Open status file", "Stop daemon".
+    desktop.choose("Up", 3);
+    ASSERT_TRUE(desktop.waitForCalls(3));
+    EXPECT_EQ(desktop.calls().back(), "launchctl <bootout> " + service);
+    EXPECT_TRUE(shows("Daemon stopped"));
+}
+
+TEST(DesktopApp, quitEndsIt) {
+    Desktop desktop;
+    desktop.start();
+    desktop.choose("Up", 1);
+    EXPECT_TRUE(desktop.ends());
+    EXPECT_THAT(desktop.calls(), IsEmpty());
+}
