@@ -105,11 +105,22 @@ void sleepFor(const char* milliseconds) {
 }
 
 void leave(const char* milliseconds, bool writing) {
+    // The id comes first: until the pipe closes, the process that is left behind writes nothing.
+    std::array<int, 2> printed{};
+    if (::pipe(printed.data()) != 0) {
+        std::_Exit(97);
+    }
     const pid_t left = ::fork();
     if (left != 0) {
         printLine(std::to_string(left));
+        ::close(printed[0]);
+        ::close(printed[1]);
         return;
     }
+    ::close(printed[1]);
+    char none = 0;
+    static_cast<void>(::read(printed[0], &none, 1) == 0);
+    ::close(printed[0]);
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(std::atoi(milliseconds));
     while (std::chrono::steady_clock::now() < end) {
         if (writing) {
