@@ -80,16 +80,20 @@ struct DocumentWalk::Level {
         isObject = kind == '{';
         if (isObject) {
             ondemand::object object;
-            const auto error = container.get_object().get(object);
+            if (const auto error = container.get_object().get(object)) {
+                return error;
+            }
             member = object.begin();
             memberEnd = object.end();
-            return error;
+            return member.error();
         }
         ondemand::array array;
-        const auto error = container.get_array().get(array);
+        if (const auto error = container.get_array().get(array)) {
+            return error;
+        }
         element = array.begin();
         elementEnd = array.end();
-        return error;
+        return element.error();
     }
 
     /// Steps to the next element; false at the end.
@@ -118,6 +122,7 @@ std::unique_ptr<DocumentWalk::State> DocumentWalk::takeState() {
 
 DocumentWalk::DocumentWalk(std::string_view document) : m_document(document), m_state(takeState()) {
     m_state->copyIn(document);
+    m_nextBackslash = m_state->bytes.data();
     m_broken = !start();
 }
 
