@@ -12,6 +12,8 @@
 
 extern "C" {
 
+// The names are the compiler's and the runtime's own.
+// NOLINTBEGIN(readability-identifier-naming)
 _Unwind_Reason_Code __gxx_personality_v0(int version, _Unwind_Action actions, std::uint64_t exceptionClass,
                                          _Unwind_Exception* exception, _Unwind_Context* context);
 
@@ -28,5 +30,7 @@ __attribute__((visibility("hidden"))) _Unwind_Reason_Code __gnu_objc_personality
     return runtimes == nullptr ? _URC_FATAL_PHASE1_ERROR
                                : runtimes(version, actions, exceptionClass, exception, context);
 }
+
+// NOLINTEND(readability-identifier-naming)
 
 } // extern "C"
