@@ -96,6 +96,16 @@ std::string keyHint(const MenuItem& item) {
     return hint;
 }
 
+/// `title` cut to the columns. The mark of a simulated action stays whole: without it the line would claim that
+/// something was done.
+std::string fittedTitle(std::string_view title, std::size_t columns) {
+    constexpr std::string_view mark = " (dry-run)";
+    if (title.ends_with(mark) && columns > 2 * mark.size()) {
+        return fittedToColumns(title.substr(0, title.size() - mark.size()), columns - mark.size()) + std::string(mark);
+    }
+    return fittedToColumns(title, columns);
+}
+
 /// A title with its leading "[level]" in the tone's colour.
 std::string titleText(const std::string& title, Tone tone, std::string_view weight, Styling styling) {
     const std::size_t bracket = title.starts_with('[') ? title.find(']') : std::string::npos;
@@ -112,7 +122,7 @@ std::string itemLine(const MenuItem& item, Tone tone, const TextStyle& style) {
     if (taken >= style.columns) {
         return fittedToColumns(margin + displayTitle(item.title), style.columns);
     }
-    const std::string title = fittedToColumns(displayTitle(item.title), style.columns - taken);
+    const std::string title = fittedTitle(displayTitle(item.title), style.columns - taken);
     std::string line = margin + titleText(title, tone, item.enabled ? "" : "2", style.styling);
     if (!hint.empty()) {
         line.append(style.columns - taken - displayColumns(title) + 1, ' ');

@@ -82,6 +82,12 @@ TEST(MenuLines, cutTitlesToTheColumnsByTheWidthOfTheirCharacters) {
                             "  日本語日本語日本…", "  e\u0301e\u0301"));
 }
 
+TEST(MenuLines, neverCutTheMarkOfASimulatedActionAway) {
+    const TextStyle style{.columns = 30, .styling = Styling::plain};
+    EXPECT_THAT(linesOf({item("14:03 [ok] web: xy (dry-run)"), item("14:03 [ok] web: asked (dry-run)")}, style),
+                ElementsAre("  14:03 [ok] web: xy (dry-run)", "  14:03 [ok] web: a… (dry-run)"));
+}
+
 TEST(MenuLines, aKeyKeepsItsPlaceBesideALongTitle) {
     MenuItem quit = item("Quit everything that there is");
     quit.keyEquivalent = "q";
