@@ -1,32 +1,10 @@
 #include "MenubarCore/Settings/SavePipeline.h"
 
-#include "MenubarCore/JSON/JSONWriter.h"
+#include "MenubarCore/Settings/DebugText.h"
 
 namespace menubar {
 
 namespace {
-
-std::string quoted(std::string_view text) {
-    std::string result;
-    JSONWriter::appendString(result, text);
-    return result;
-}
-
-std::string listText(const std::vector<std::string>& texts) {
-    std::string result;
-    for (const std::string& text : texts) {
-        result += (result.empty() ? "" : ", ") + quoted(text);
-    }
-    return "[" + result + "]";
-}
-
-std::string mapText(const std::map<std::string, std::string>& map) {
-    std::string result;
-    for (const auto& [key, value] : map) {
-        result += (result.empty() ? "" : ", ") + quoted(key) + ": " + quoted(value);
-    }
-    return "[" + (result.empty() ? ":" : result) + "]";
-}
 
 /// The path with its last component deleted.
 std::string directory(std::string_view path) {
@@ -75,19 +53,19 @@ SaveOutcome validateAndPlace(const SettingsForm& form, const std::string& candid
 
 struct Describe {
     std::string operator()(const SaveOutcome::InvalidLocally& outcome) const {
-        return "invalidLocally(" + mapText(outcome.errors) + ")";
+        return "invalidLocally(" + debugText(outcome.errors) + ")";
     }
 
     std::string operator()(const SaveOutcome::Rejected& outcome) const {
-        return "rejected(fields: " + mapText(outcome.fields) + ", general: " + listText(outcome.general) + ")";
+        return "rejected(fields: " + debugText(outcome.fields) + ", general: " + debugText(outcome.general) + ")";
     }
 
     std::string operator()(const SaveOutcome::CommandFailed& outcome) const {
-        return "commandFailed(" + quoted(outcome.message) + ")";
+        return "commandFailed(" + debugText(outcome.message) + ")";
     }
 
     std::string operator()(const SaveOutcome::WriteFailed& outcome) const {
-        return "writeFailed(" + quoted(outcome.message) + ")";
+        return "writeFailed(" + debugText(outcome.message) + ")";
     }
 
     std::string operator()(const SaveOutcome::Saved&) const { return "saved"; }

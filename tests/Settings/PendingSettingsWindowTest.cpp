@@ -1,5 +1,7 @@
 #include "MenubarApp/Settings/PendingSettingsWindow.h"
 
+#include "tests/support/SettingsHarness.h"
+
 #include <string>
 #include <vector>
 
@@ -15,6 +17,15 @@ TEST(PendingSettingsWindow, saysInOneLineThatItCannotBeShown) {
     EXPECT_TRUE(lines.empty());
     window.show();
     EXPECT_EQ(lines, std::vector<std::string>{"the settings window is not available yet"});
+}
+
+TEST(PendingSettingsWindow, passesWhatAPollFoundOnToItsModel) {
+    recording::SettingsHarness harness;
+    harness.create();
+    PendingSettingsWindow window([](std::string_view) {}, harness.model);
+    const StatusFile status{.configFile = ConfigFileStatus{.changedSinceLoad = true}};
+    window.update(&status, DaemonState::Running{});
+    EXPECT_TRUE(harness.model->restartNeeded());
 }
 
 } // namespace

@@ -1,0 +1,54 @@
+#include "MenubarApp/Settings/SettingsLoad.h"
+
+#include <utility>
+
+namespace menubar {
+
+namespace {
+
+std::unexpected<SettingsLoadFailure> failure(std::string title, const std::string& where, const std::string& why) {
+    return std::unexpected(SettingsLoadFailure{.title = std::move(title), .detail = where + "\n" + why});
+}
+
+} // namespace
+
+SettingsLoadFailure commandNotFound() {
+    return {.title = "Daemon command line not found",
+            .detail = "The settings window runs ostrel config schema to learn the settings. Install the daemon "
+                      "(ostrel install), put ostrel on PATH, or set " +
+                      std::string(LaunchAgentCommand::environmentKey) + " to the executable."};
+}
+
+std::expected<LoadedSettings, SettingsLoadFailure> loadSettings(const LaunchAgentCommand& command,
+                                                                const CommandResult& schema,
+                                                                const std::string& configPath,
+                                                                const FileManager& files) {
+    const std::string description = command.describe({"config", "schema"});
+    if (schema.status != 0) {
+        return failure("Could not load the settings schema", description,
+                       schema.stderr_.empty() ? "exit status " + std::to_string(schema.status) : schema.stderr_);
+    }
+    auto decoded = SettingsSchema::decode(schema.stdout_);
+    if (!decoded) {
+        return failure("The settings schema could not be read", description, describe(decoded.error()));
+    }
+    JSONValue::Object object;
+    std::optional<std::string> content;
+    if (files.exists(configPath)) {
+        constexpr const char* title = "The config file could not be read";
+        auto contents = files.contents(configPath);
+        if (!contents) {
+            return failure(title, configPath, contents.error().message);
+        }
+        auto parsed = SettingsForm::parseFile(*contents);
+        if (!parsed) {
+            return failure(title, configPath, describe(parsed.error()));
+        }
+        object = *std::move(parsed);
+        content = *std::move(contents);
+    }
+    return LoadedSettings{.form = SettingsForm(*std::move(decoded), std::move(object)),
+                          .fileContent = std::move(content)};
+}
+
+} // namespace menubar

@@ -1,0 +1,228 @@
+#pragma once
+
+#include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/Observers.h"
+#include "MenubarApp/Settings/SettingsLoad.h"
+#include "MenubarApp/Settings/SettingsSave.h"
+#include "MenubarCore/Daemon/LaunchAgentCommand.h"
+#include "MenubarCore/Menu/ConfigNotices.h"
+#include "MenubarCore/Menu/DaemonState.h"
+#include "MenubarCore/Settings/SettingsForm.h"
+#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/Status/StatusFile.h"
+#include "MenubarCore/Text/Date.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace menubar {
+
+class Clock;
+class DaemonCommands;
+class MainLoop;
+
+/// The state behind the settings window and the `settings` commands: the daemon's schema and config file as a form, how
+/// far loading, saving and restarting have come, and what the running daemon says about its configuration.
+///
+/// `phase`: loading -> loaded | failed; only `load` leaves loaded and failed.
+/// `saveState`: idle -> saving -> saved | failed; saved -> idle with the next edit; any -> restarting -> idle; `load`
+/// gives idle.
+///
+/// One lives for the whole process. Everything is on the main thread; the daemon's commands and all reading and writing
+/// of files run in the background, on copies, and their results are dropped when the model is gone by then. A command
+/// that never ends therefore stops nothing but the saving that waits for it: see `waitingFor`.
+class SettingsModel final : public std::enable_shared_from_this<SettingsModel> {
+public:
+    struct Loading {
+        bool operator==(const Loading&) const = default;
+    };
+
+    struct Loaded {
+        bool operator==(const Loaded&) const = default;
+    };
+
+    using Phase = std::variant<SettingsLoadFailure, Loading, Loaded>;
+
+    struct Saved {
+        Date at;
+        bool operator==(const Saved&) const = default;
+    };
+
+    struct SaveFailed {
+        std::string message; ///< for people
+        bool operator==(const SaveFailed&) const = default;
+    };
+
+    struct Idle {
+        bool operator==(const Idle&) const = default;
+    };
+
+    struct Saving {
+        bool operator==(const Saving&) const = default;
+    };
+
+    struct Restarting {
+        bool operator==(const Restarting&) const = default;
+    };
+
+    using SaveState = std::variant<Saved, SaveFailed, Idle, Saving, Restarting>;
+
+    /// What the model reaches the world through. The references outlive the model and every command it starts.
+    struct Ports {
+        MainLoop& mainLoop;
+        const FileManager& files; ///< used on both sides
+        const Clock& clock;
+        DaemonCommands& commands;
+        RunCommand run;
+        ExecutableLocator::Exists isExecutable;
+        Log log;
+    };
+
+    /// The config file to edit: the variable OSTREL_CONFIG_FILE (a leading tilde stands for `home`), else the file that
+    /// the daemon says it has loaded, else `home` + "/.config/ostrel/config.json". `status` may be null.
+    [[nodiscard]] static std::string defaultConfigPath(const StatusFile* status, const Environment& environment,
+                                                       const std::string& home);
+
+    [[nodiscard]] static std::shared_ptr<SettingsModel> create(Environment environment, std::string home, Ports ports);
+
+    // Events from the shell
+
+    /// Starts loading or reloading; edits that were not saved are dropped. An earlier load that is still under way no
+    /// longer counts.
+    void load();
+
+    /// Reloads, and makes the edits that were not saved again in what is loaded then. For a file that was changed by
+    /// another program.
+    void reloadKeepingEdits();
+
+    /// Tells what a poll found; `status` is null when no file is loaded. Edits are not disturbed.
+    void update(const StatusFile* status, const DaemonState& state);
+
+    /// Changes the form, where there is one; the "saved" mark goes.
+    void edit(const std::function<void(SettingsForm&)>& change);
+
+    /// Validates the form as it is now through the daemon and writes it. `completion` runs once, also when the model
+    /// has gone by then. Without a form, or while an earlier save is not over, nothing happens and it never runs.
+    /// Whether there is anything to save is the caller's concern: see `canSave`.
+    void save(std::function<void(const SaveOutcome&)> completion);
+
+    /// Restarts the daemon, so that it reads the file.
+    void restartDaemon();
+
+    /// Runs once, after the next load that succeeds.
+    void setAfterLoad(std::function<void()> action) { m_afterLoad = std::move(action); }
+
+    /// `callback` is called after each change of what follows, once for all that changed together.
+    Subscription onChange(std::function<void()> callback) { return m_observers.add(std::move(callback)); }
+
+    // State for the shell
+
+    [[nodiscard]] const Phase& phase() const { return m_phase; }
+
+    /// Null until a load has succeeded. Valid until the next event.
+    [[nodiscard]] const SettingsForm* form() const { return m_form ? &*m_form : nullptr; }
+
+    [[nodiscard]] const std::string& configPath() const { return m_configPath; }
+
+    /// At the last load or save.
+    [[nodiscard]] bool configFileExists() const { return m_configFileExists; }
+
+    /// The command line that prints the schema.
+    [[nodiscard]] const std::string& commandDescription() const { return m_commandDescription; }
+
+    [[nodiscard]] const SaveState& saveState() const { return m_saveState; }
+
+    /// The daemon's messages about the rejected file that belong to no field.
+    [[nodiscard]] const std::vector<std::string>& generalErrors() const { return m_generalErrors; }
+
+    /// The daemon runs on an older reading of the file.
+    [[nodiscard]] bool restartNeeded() const { return m_restartNeeded; }
+
+    [[nodiscard]] const std::optional<ConfigNotice::Error>& configErrorNotice() const { return m_configErrorNotice; }
+
+    /// What the running daemon reports, by key.
+    [[nodiscard]] const std::optional<JSONValue::Object>& liveSettings() const { return m_liveSettings; }
+
+    /// Whether the launch agent's property list exists.
+    [[nodiscard]] bool isDaemonInstalled() const { return m_isDaemonInstalled; }
+
+    /// The last save was refused because another program has changed the file since it was loaded. Nothing is lost:
+    /// the file and the edits are both as they were. `load` takes the file, `reloadKeepingEdits` brings both together.
+    [[nodiscard]] bool fileChangedOnDisk() const { return m_fileChangedOnDisk; }
+
+    /// The command lines that have been started and have not ended: what loading and saving wait for.
+    [[nodiscard]] std::vector<std::string> waitingFor() const;
+
+    [[nodiscard]] bool canSave() const;
+
+    /// The field's value in the running daemon, as text; nothing when the daemon does not report it.
+    [[nodiscard]] std::optional<std::string> liveValue(const SettingField& field) const;
+
+    // Calls to the shell: see Ports.
+
+private:
+    /// One field's unsaved state, to be made again in another form.
+    struct Edit {
+        std::string name;
+        std::optional<SettingValue> value; ///< nothing: the key is left out
+    };
+
+    class Change;
+
+    SettingsModel(Environment environment, std::string home, Ports ports);
+
+    template <typename T>
+    void assign(T& member, T value);
+    [[nodiscard]] std::optional<LaunchAgentCommand> resolveCommand() const;
+    void startLoading();
+    void finishLoad(std::uint64_t generation, std::expected<LoadedSettings, SettingsLoadFailure> result);
+    [[nodiscard]] std::vector<Edit> unsavedEdits() const;
+    void makeAgain(const std::vector<Edit>& edits);
+    void applyLocks(const StatusFile* status);
+    void finishSave(const SettingsForm& written, std::uint64_t generation, const SaveReport& report);
+    void apply(const SaveOutcome::InvalidLocally& outcome, const std::string& path, const SettingsForm* written);
+    void apply(const SaveOutcome::Rejected& outcome, const std::string& path, const SettingsForm* written);
+    void apply(const SaveOutcome::CommandFailed& outcome, const std::string& path, const SettingsForm* written);
+    void apply(const SaveOutcome::WriteFailed& outcome, const std::string& path, const SettingsForm* written);
+    void apply(const SaveOutcome::Saved& outcome, const std::string& path, const SettingsForm* written);
+    void clearSavedMark();
+
+    const Environment m_environment;
+    const std::string m_home;
+    const std::string m_plistPath;
+    const Ports m_ports;
+
+    Phase m_phase = Loading{};
+    std::optional<SettingsForm> m_form;
+    std::string m_configPath;
+    bool m_configFileExists = false;
+    std::string m_commandDescription;
+    SaveState m_saveState = Idle{};
+    std::vector<std::string> m_generalErrors;
+    bool m_restartNeeded = false;
+    std::optional<ConfigNotice::Error> m_configErrorNotice;
+    std::optional<JSONValue::Object> m_liveSettings;
+    bool m_isDaemonInstalled = false;
+    bool m_fileChangedOnDisk = false;
+
+    std::optional<StatusFile> m_status; ///< of the last poll, what it says about the configuration
+    std::function<void()> m_afterLoad;
+    std::optional<LaunchAgentCommand> m_command;
+    std::optional<std::string> m_fileContent; ///< what the form's baseline was read from
+    std::vector<Edit> m_editsToMakeAgain;
+    std::uint64_t m_generation = 0; ///< of the form: each load begins a new one
+    bool m_isLoading = false;       ///< the schema command has not ended
+    std::string m_savingDescription;
+    bool m_isSaving = false; ///< the save pipeline has not ended, whatever `saveState` says since
+
+    int m_changeDepth = 0;
+    bool m_hasChanged = false;
+    Observers m_observers;
+};
+
+} // namespace menubar
