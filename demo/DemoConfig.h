@@ -1,29 +1,51 @@
 #pragma once
 
 #include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCore/Status/StatusFile.h"
 #include "MenubarCore/Text/Date.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace menubar::demo {
 
-/// The configuration that the stand-in claims to run with. It reads no config file; it only notices when the one at
-/// the usual place changes, so that "restart needed" can be seen.
-namespace DemoConfig {
+/// The configuration that the stand-in runs with: for each setting of the schema a command-line flag's value, else the
+/// config file's, else the default. A value.
+class DemoConfig {
+public:
+    /// All defaults.
+    DemoConfig() : DemoConfig({}, {}) {}
 
-inline constexpr double warnContextPct = 70;
-inline constexpr double criticalContextPct = 90;
+    /// Both by setting; the file's values fit the schema.
+    DemoConfig(const JSONValue::Object& file, const JSONValue::Object& flags);
 
-/// The status file's `config`: the named fields and, under `settings`, every setting by key.
-[[nodiscard]] JSONValue effective();
+    /// Every setting by key: durations in milliseconds, null where there is no value.
+    [[nodiscard]] const JSONValue::Object& settings() const& { return m_settings; }
 
-/// The status file's `configSources`: who decided each setting.
-[[nodiscard]] JSONValue sources();
+    const JSONValue::Object& settings() && = delete;
 
-} // namespace DemoConfig
+    /// Who decided each setting.
+    [[nodiscard]] const std::map<std::string, ConfigSource>& sources() const& { return m_sources; }
+
+    const std::map<std::string, ConfigSource>& sources() && = delete;
+
+    /// The number that a setting holds (percent, milliseconds); 0 where it holds none.
+    [[nodiscard]] double number(std::string_view name) const;
+
+    /// The status file's `config`: the fields that it names, and under `settings` every setting.
+    [[nodiscard]] JSONValue effective() const;
+
+    /// The status file's `configSources`.
+    [[nodiscard]] JSONValue sourceTexts() const;
+
+private:
+    JSONValue::Object m_settings;
+    std::map<std::string, ConfigSource> m_sources;
+};
 
 /// What a file looked like at one time. Two that differ mean that the file was written in between.
 struct FileStamp {

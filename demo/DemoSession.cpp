@@ -1,7 +1,5 @@
 #include "demo/DemoSession.h"
 
-#include "demo/DemoConfig.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -162,14 +160,14 @@ std::span<const SessionScript> sessionScripts() {
     return scripts;
 }
 
-SessionLevel levelOf(double contextPct) {
-    if (contextPct >= DemoConfig::criticalContextPct) {
+SessionLevel levelOf(double contextPct, Thresholds thresholds) {
+    if (contextPct >= thresholds.critical) {
         return SessionLevel::critical;
     }
-    return contextPct >= DemoConfig::warnContextPct ? SessionLevel::warn : SessionLevel::ok;
+    return contextPct >= thresholds.warn ? SessionLevel::warn : SessionLevel::ok;
 }
 
-SessionMoment momentOf(const SessionScript& script, double elapsed, std::uint32_t seed) {
+SessionMoment momentOf(const SessionScript& script, double elapsed, std::uint32_t seed, Thresholds thresholds) {
     const double cycle = script.cycleSeconds();
     const double shift = std::fmod(static_cast<double>(seed) * (script.startPct + 7), cycle);
     const double begin = std::fmod(script.startSecond + shift, cycle);
@@ -183,7 +181,7 @@ SessionMoment momentOf(const SessionScript& script, double elapsed, std::uint32_
     moment.compactions = static_cast<std::int64_t>(std::floor(filled / span));
     moment.contextPct = std::round((script.compactedPct + std::fmod(filled, span)) * 10) / 10;
     moment.contextVisible = !isBlind(script, elapsed);
-    moment.level = moment.contextVisible ? levelOf(moment.contextPct) : SessionLevel::unknown;
+    moment.level = moment.contextVisible ? levelOf(moment.contextPct, thresholds) : SessionLevel::unknown;
     moment.lifecycle = lifecycleAt(script, phase);
     moment.idleSeconds = std::max(0.0, phase - script.workSeconds);
     moment.cacheSecondsLeft = script.cacheTtlSeconds - moment.idleSeconds;

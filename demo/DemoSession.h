@@ -51,11 +51,17 @@ struct SessionMoment {
     double cacheSecondsLeft = 0; ///< negative once it has expired
 };
 
-/// The level of a context use, by the thresholds of `DemoConfig`.
-[[nodiscard]] SessionLevel levelOf(double contextPct);
+/// Context use, in percent, from which a session has each level.
+struct Thresholds {
+    double warn = 70;
+    double critical = 90;
+};
+
+[[nodiscard]] SessionLevel levelOf(double contextPct, Thresholds thresholds);
 
 /// The session `elapsed` seconds after the start (0 or more). `seed` shifts the cycles against one another; 0 keeps the
 /// script's own. Depends on its arguments alone.
-[[nodiscard]] SessionMoment momentOf(const SessionScript& script, double elapsed, std::uint32_t seed);
+[[nodiscard]] SessionMoment momentOf(const SessionScript& script, double elapsed, std::uint32_t seed,
+                                     Thresholds thresholds);
 
 } // namespace menubar::demo

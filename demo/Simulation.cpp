@@ -1,6 +1,5 @@
 #include "demo/Simulation.h"
 
-#include "demo/DemoConfig.h"
 #include "demo/Timestamp.h"
 
 #include <chrono>
@@ -56,10 +55,12 @@ std::string handoffText(const SessionScript& script, double contextPct, Date at)
 
 } // namespace
 
-Simulation::Simulation(Options options) : m_options(std::move(options)) {
+Simulation::Simulation(Options options)
+    : m_options(std::move(options)), m_thresholds{.warn = m_options.config.number("warn-context"),
+                                                  .critical = m_options.config.number("critical-context")} {
     for (const SessionScript& script : sessionScripts()) {
         m_sessions.push_back(
-            {.script = &script, .moment = momentOf(script, 0, m_options.seed), .handoffWrittenAt = {}});
+            {.script = &script, .moment = momentOf(script, 0, m_options.seed, m_thresholds), .handoffWrittenAt = {}});
     }
     recordHistory();
 }
@@ -91,7 +92,7 @@ Simulation::Frame Simulation::poll(Date now) {
             frame.handoffs.push_back(writeHandoff(session, m_options.startedAt - age));
         }
         const SessionMoment before = session.moment;
-        session.moment = momentOf(*session.script, elapsed, m_options.seed);
+        session.moment = momentOf(*session.script, elapsed, m_options.seed, m_thresholds);
         compare(session, before, now, frame);
         sessions.push_back(sessionValue(session, now));
     }
@@ -102,8 +103,8 @@ Simulation::Frame Simulation::poll(Date now) {
         {"startedAt", timestampText(m_options.startedAt)},
         {"at", timestampText(now)},
         {"intervalMs", integer(m_options.intervalMs)},
-        {"config", DemoConfig::effective()},
-        {"configSources", DemoConfig::sources()},
+        {"config", m_options.config.effective()},
+        {"configSources", m_options.config.sourceTexts()},
         {"sessions", std::move(sessions)},
         {"providerFailures", providerFailures(elapsed)},
         {"events", JSONValue::Array(m_events.begin(), m_events.end())},
@@ -119,8 +120,8 @@ void Simulation::compare(Session& session, const SessionMoment& before, Date now
                "context compacted to " + percentText(after.contextPct));
         return;
     }
-    const SessionLevel levelBefore = levelOf(before.contextPct);
-    const SessionLevel levelAfter = levelOf(after.contextPct);
+    const SessionLevel levelBefore = levelOf(before.contextPct, m_thresholds);
+    const SessionLevel levelAfter = levelOf(after.contextPct, m_thresholds);
     if (rank(levelAfter) > rank(levelBefore)) {
         const bool critical = levelAfter == SessionLevel::critical;
         record(session, now, EventKind::notify, critical ? EventLevel::critical : EventLevel::warn,

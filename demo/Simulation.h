@@ -4,6 +4,7 @@
 #include "MenubarCore/Status/StatusFile.h"
 #include "MenubarCore/Text/Date.h"
 
+#include "demo/DemoConfig.h"
 #include "demo/DemoSession.h"
 
 #include <cstddef>
@@ -30,6 +31,7 @@ public:
         std::string handoffsDirectory;
         std::string homeDirectory; ///< the sessions' working directories lie in it
         std::uint32_t seed = 0;    ///< shifts the sessions' cycles against one another
+        DemoConfig config{};
     };
 
     struct HandoffDocument {
@@ -64,6 +66,7 @@ private:
     [[nodiscard]] JSONValue sessionValue(const Session& session, Date now) const;
 
     Options m_options;
+    Thresholds m_thresholds;
     std::vector<Session> m_sessions;
     std::deque<JSONValue> m_events; ///< oldest first
     bool m_polled = false;

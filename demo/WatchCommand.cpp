@@ -1,12 +1,17 @@
 #include "demo/WatchCommand.h"
 
+#include "MenubarApp/Platform/PosixFileManager.h"
+
 #include "demo/AtomicFile.h"
+#include "demo/ConfigValidation.h"
 #include "demo/DemoConfig.h"
 #include "demo/Simulation.h"
 #include "demo/Timestamp.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <expected>
@@ -71,18 +76,53 @@ Date now() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
+/// What the stand-in runs with, and what was wrong with its config file.
+struct LoadedConfig {
+    DemoConfig config;
+    std::optional<std::string> error{}; ///< the file was ignored
+};
+
+/// Reads the config file, once, as the real daemon does. A file that is wrong anywhere is ignored as a whole.
+LoadedConfig loadConfig(const WatchOptions& options) {
+    JSONValue::Object flags;
+    if (options.interval) {
+        flags["poll-interval"] = std::to_string(options.interval->count()) + "ms";
+    }
+    const PosixFileManager files;
+    if (!files.exists(options.configPath)) {
+        return {.config = DemoConfig({}, flags)};
+    }
+    const auto file = readConfig(options.configPath, files);
+    if (!file) {
+        return {.config = DemoConfig({}, flags), .error = file.error()};
+    }
+    const auto issues = configIssues(*file);
+    if (!issues.empty()) {
+        const std::string& option = issues.front().options.front();
+        return {.config = DemoConfig({}, flags), .error = option + ": " + issues.front().message};
+    }
+    return {.config = DemoConfig(*file, flags)};
+}
+
 /// The simulation and the files that it is written to.
 class Writer {
 public:
     explicit Writer(const WatchOptions& options)
         : m_statusPath(options.statusPath), m_stateDirectory(std::filesystem::path(options.statusPath).parent_path()),
-          m_configPath(options.home + "/.config/ostrel/config.json"), m_configAtStart(FileStamp::of(m_configPath)),
+          m_configPath(options.configPath), m_configAtStart(FileStamp::of(m_configPath)), m_loaded(loadConfig(options)),
           m_startedAt(now()), m_simulation({.startedAt = m_startedAt,
                                             .daemonPid = ::getpid(),
-                                            .intervalMs = options.interval.count(),
+                                            .intervalMs = interval().count(),
                                             .handoffsDirectory = handoffsDirectory(),
                                             .homeDirectory = options.home,
-                                            .seed = options.seed}) {}
+                                            .seed = options.seed,
+                                            .config = m_loaded.config}) {}
+
+    /// Between two polls; never so short that nothing else gets done.
+    [[nodiscard]] std::chrono::milliseconds interval() const {
+        return std::max(std::chrono::milliseconds(std::llround(m_loaded.config.number("poll-interval"))),
+                        std::chrono::milliseconds(1));
+    }
 
     Outcome prepare() { return makeDirectories(handoffsDirectory()); }
 
@@ -102,6 +142,10 @@ private:
         }
         frame.status["configFile"] =
             configFileStatus(m_configPath, m_startedAt, m_configAtStart, FileStamp::of(m_configPath));
+        if (m_loaded.error) {
+            frame.status["configError"] = JSONValue::Object{
+                {"message", *m_loaded.error}, {"path", m_configPath}, {"at", timestampText(m_startedAt)}};
+        }
         if (stopped) {
             frame.status["stoppedAt"] = timestampText(at);
         }
@@ -116,6 +160,7 @@ private:
     std::filesystem::path m_stateDirectory;
     std::string m_configPath;
     std::optional<FileStamp> m_configAtStart;
+    LoadedConfig m_loaded;
     Date m_startedAt;
     Simulation m_simulation;
 };
@@ -142,7 +187,7 @@ int watch(const WatchOptions& options) {
             return failed(outcome.error());
         }
         // A machine that slept does not catch up on the polls that it missed.
-        deadline = std::max(deadline + options.interval, Steady::now());
+        deadline = std::max(deadline + writer.interval(), Steady::now());
     } while (sleepUntil(deadline, stop));
     const Outcome outcome = writer.stop();
     return outcome ? 0 : failed(outcome.error());

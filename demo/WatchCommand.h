@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace menubar::demo {
@@ -9,7 +10,8 @@ namespace menubar::demo {
 struct WatchOptions {
     std::string statusPath;
     std::string home;
-    std::chrono::milliseconds interval{1000}; ///< above 0
+    std::string configPath;
+    std::optional<std::chrono::milliseconds> interval{}; ///< above 0; absent where the configuration decides
     std::uint32_t seed = 0;
 };
 

@@ -3,7 +3,9 @@
 
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCore/Status/StatusFileLocator.h"
+#include "MenubarCore/Text/Tilde.h"
 
+#include "demo/ConfigCommand.h"
 #include "demo/WatchCommand.h"
 
 #include <charconv>
@@ -21,7 +23,7 @@ namespace {
 using namespace menubar;
 using namespace menubar::demo;
 
-constexpr const char* usage = "usage: ostrel watch [--state FILE] [--interval-ms N] [--seed N]\n"
+constexpr const char* usage = "usage: ostrel watch [--state FILE] [--config FILE] [--interval-ms N] [--seed N]\n"
                               "       ostrel config schema | config validate FILE [--json]\n"
                               "       ostrel --help | --version\n";
 
@@ -33,10 +35,12 @@ constexpr const char* description =
     "  watch               write a status file once every interval until interrupted\n"
     "  --state FILE        the status file (default: OSTREL_STATUS_FILE, else\n"
     "                      ~/.local/state/ostrel/status.json); hand-offs go to handoffs/ beside it\n"
-    "  --interval-ms N     milliseconds between two polls, 1 to 3600000 (default 1000)\n"
+    "  --config FILE       the config file, read at the start (default: OSTREL_CONFIG_FILE, else\n"
+    "                      ~/.config/ostrel/config.json)\n"
+    "  --interval-ms N     milliseconds between two polls, 1 to 3600000, whatever the config file says\n"
     "  --seed N            shift the sessions' cycles against one another (default 0)\n"
-    "  config schema       not available yet\n"
-    "  config validate     not available yet\n";
+    "  config schema       print the settings as a JSON schema with hints for an editor\n"
+    "  config validate     say what is wrong with a config file; exit status 1 when anything is\n";
 
 int wrongUsage(std::string_view message) {
     std::fprintf(stderr, "ostrel (stand-in): %.*s\n%s", static_cast<int>(message.size()), message.data(), usage);
@@ -59,9 +63,13 @@ bool setOption(WatchOptions& options, std::string_view name, const std::string& 
         options.statusPath = value;
         return !value.empty();
     }
+    if (name == "--config") {
+        options.configPath = value;
+        return !value.empty();
+    }
     if (name == "--interval-ms") {
         const auto interval = number<std::int64_t>(value, 1, 3'600'000);
-        options.interval = std::chrono::milliseconds(interval.value_or(0));
+        options.interval = std::chrono::milliseconds(interval.value_or(1));
         return interval.has_value();
     }
     if (name == "--seed") {
@@ -72,11 +80,18 @@ bool setOption(WatchOptions& options, std::string_view name, const std::string& 
     return false;
 }
 
+std::string configPath(const Environment& environment, const std::string& home) {
+    const auto variable = environment.find("OSTREL_CONFIG_FILE");
+    return variable != environment.end() && !variable->second.empty() ? expandTilde(variable->second, home)
+                                                                      : home + "/.config/ostrel/config.json";
+}
+
 std::expected<WatchOptions, std::string> watchOptions(std::span<const std::string> arguments) {
     const Environment environment = processEnvironment();
     WatchOptions options;
     options.home = homeDirectory(environment);
     options.statusPath = StatusFileLocator::path(environment, options.home);
+    options.configPath = configPath(environment, options.home);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         std::string name = arguments[i];
         std::string value;
@@ -93,8 +108,9 @@ std::expected<WatchOptions, std::string> watchOptions(std::span<const std::strin
             return std::unexpected(name + value + "\"");
         }
     }
-    // The hand-offs beside it are named in the file, for readers with another working directory.
+    // The file names the hand-offs beside it and the config file, for readers with another working directory.
     options.statusPath = std::filesystem::absolute(options.statusPath).string();
+    options.configPath = std::filesystem::absolute(options.configPath).string();
     return options;
 }
 
@@ -104,11 +120,8 @@ int runWatch(std::span<const std::string> arguments) {
 }
 
 int runConfig(std::span<const std::string> arguments) {
-    if (arguments.empty() || (arguments[0] != "schema" && arguments[0] != "validate")) {
-        return wrongUsage("config needs schema or validate");
-    }
-    std::fprintf(stderr, "ostrel (stand-in): config %s is not available yet\n", arguments[0].c_str());
-    return 2;
+    const auto status = config(arguments);
+    return status ? *status : wrongUsage("config needs schema, or validate and a file");
 }
 
 } // namespace

@@ -180,15 +180,38 @@ TEST(Simulation, aGapOfHoursBetweenPollsIsNoTrouble) {
 }
 
 TEST(Simulation, carriesTheConfigurationWithItsSources) {
-    Simulation world = simulation();
+    Simulation world({.startedAt = start,
+                      .handoffsDirectory = "/state/handoffs",
+                      .homeDirectory = "/home/demo",
+                      .config = DemoConfig({{"warn-context", 45}}, {{"poll-interval", "1s"}})});
     const StatusFile file = read(world.poll(start));
     ASSERT_TRUE(file.config);
-    EXPECT_EQ(file.config->warnContextPct, 70);
-    ASSERT_NE(file.config->setting("cacheLeadMs"), nullptr);
-    EXPECT_EQ(*file.config->setting("cacheLeadMs"), JSONValue(60000));
-    EXPECT_THAT(file.flagLockedSettings(), ElementsAre("intervalMs"));
+    EXPECT_EQ(file.config->warnContextPct, 45);
+    EXPECT_EQ(file.config->criticalContextPct, 90);
+    EXPECT_EQ(file.config->cacheLeadMs, 60000);
+    ASSERT_NE(file.config->setting("cache-warn-before"), nullptr);
+    EXPECT_EQ(*file.config->setting("cache-warn-before"), JSONValue(60000));
+    EXPECT_THAT(file.flagLockedSettings(), ElementsAre("poll-interval"));
     ASSERT_TRUE(file.configSources);
+    EXPECT_EQ(file.configSources->at("warn-context"), ConfigSource::file);
     for (const auto& [key, source] : *file.configSources) {
         EXPECT_NE(file.config->setting(key), nullptr) << key;
     }
+}
+
+TEST(Simulation, levelsFollowTheConfiguredThresholds) {
+    const auto levels = [](const DemoConfig& config) {
+        Simulation world({.startedAt = start,
+                          .handoffsDirectory = "/state/handoffs",
+                          .homeDirectory = "/home/demo",
+                          .config = config});
+        std::multiset<SessionLevel> found;
+        for (const SessionStatus& session : read(world.poll(start)).sessions) {
+            found.insert(session.level);
+        }
+        return found;
+    };
+    EXPECT_EQ(levels(DemoConfig()).count(SessionLevel::critical), 1U);
+    EXPECT_EQ(levels(DemoConfig({{"warn-context", 1}, {"critical-context", 2}}, {})).count(SessionLevel::critical), 6U);
+    EXPECT_EQ(levels(DemoConfig({{"warn-context", 99}, {"critical-context", 100}}, {})).count(SessionLevel::ok), 6U);
 }
