@@ -33,6 +33,9 @@ enum class ExitStatus : int {
 /// Starts, stops or restarts the daemon's launch agent; starting one that runs restarts it, as in the menu.
 [[nodiscard]] ExitStatus runDaemon(const Context& context, const CommandContext& commands);
 
+/// Lists, reads or changes the daemon's settings; what is changed is validated by the daemon before it is written.
+[[nodiscard]] ExitStatus runSettings(const Context& context, const CommandContext& commands);
+
 /// Writes to standard output.
 [[nodiscard]] ExitStatus print(std::string_view bytes);
 

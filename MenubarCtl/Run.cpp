@@ -21,12 +21,6 @@ namespace menubar::ctl {
 
 namespace {
 
-/// The one place for commands that the command line knows and the program does not have yet.
-ExitStatus notAvailable(Command command) {
-    complain(std::string(words(command)) + " is not available yet");
-    return ExitStatus::failed;
-}
-
 /// For the commands that run outside programs. Each run is a diagnostic line, which only --verbose shows.
 CommandContext commandContext(const Context& context, const SystemTools& tools) {
     CommandContext commands{.environment = context.environment(),
@@ -50,7 +44,7 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     if (context.line().verbose) {
         log("watching " + context.paths().statusFile);
     }
-    switch (const Command command = context.line().command; command) {
+    switch (context.line().command) {
     case Command::help:
     case Command::version: break; // done above
     case Command::status: return runStatus(context);
@@ -58,7 +52,7 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     case Command::settingsList:
     case Command::settingsGet:
     case Command::settingsSet:
-    case Command::settingsReset: return notAvailable(command);
+    case Command::settingsReset: return runSettings(context, commandContext(context, tools));
     case Command::focus: return runFocus(context, commandContext(context, tools));
     case Command::daemonStart:
     case Command::daemonStop:

@@ -52,20 +52,6 @@ TEST(Menubarctl, aWrongCommandLineGetsTheUsageAndStatusTwo) {
     }
 }
 
-TEST(Menubarctl, whatIsNotBuiltYetSaysSoWithStatusOne) {
-    const std::vector<std::pair<std::vector<std::string>, std::string>> pending{
-        {{"settings", "list", "--json"}, "settings list"},
-        {{"settings", "get", "dryRun"}, "settings get"},
-        {{"settings", "set", "offset", "-5"}, "settings set"},
-        {{"settings", "reset", "dryRun"}, "settings reset"}};
-    for (const auto& [arguments, words] : pending) {
-        const auto result = runWith(arguments);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "ostrel-menubarctl: " + words + " is not available yet\n");
-    }
-}
-
 TEST(Menubarctl, diagnosticLinesAppearOnlyWhenAskedFor) {
     const ScratchHome home;
     EXPECT_EQ(home.atFixedTime({"status"}).errors, "");
@@ -121,16 +107,5 @@ TEST(Demo, refusesAWrongCommandLine) {
         EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
         EXPECT_EQ(result.output, "");
         EXPECT_THAT(result.errors, HasSubstr("usage: ostrel watch"));
-    }
-}
-
-TEST(Demo, hasNoSettingsYet) {
-    const ScratchHome home;
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"config", "schema"}, {"config", "validate", "/x", "--json"}}) {
-        const auto result = ScratchHome::run(home.demo(arguments));
-        EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "ostrel (stand-in): config " + arguments[1] + " is not available yet\n");
     }
 }

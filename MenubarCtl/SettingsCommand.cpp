@@ -1,0 +1,172 @@
+#include "MenubarApp/Commands/CommandRunner.h"
+#include "MenubarApp/Commands/SystemCommands.h"
+#include "MenubarApp/Settings/SettingsModel.h"
+#include "MenubarCore/Settings/SettingValidation.h"
+#include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCtl/CommandLine.h"
+#include "MenubarCtl/Commands.h"
+#include "MenubarCtl/InlineLoop.h"
+#include "MenubarCtl/SettingArguments.h"
+#include "MenubarCtl/SettingsOutput.h"
+#include "MenubarCtl/Terminal.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <unistd.h>
+
+namespace menubar::ctl {
+
+namespace {
+
+/// What a terminal is not to obey is replaced there; a pipe gets every byte.
+std::string shownAt(int descriptor, const std::string& text) {
+    return isTerminal(descriptor) ? displayText(text, LineFeeds::keep) : text;
+}
+
+/// Writes lines to standard error as they are: they are the settings' own messages. Gives `failed`.
+ExitStatus failWith(const std::string& lines) {
+    [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, shownAt(STDERR_FILENO, lines));
+    return ExitStatus::failed;
+}
+
+/// The settings model of the app, on a loop that does everything in place.
+class Settings {
+public:
+    Settings(const Context& context, const CommandContext& commands)
+        : m_context(context), m_clock(context.line().now, context.line().timeZone), m_commands(m_loop, commands),
+          m_model(SettingsModel::create(
+              context.environment(), commands.home,
+              {.mainLoop = m_loop,
+               .files = m_files,
+               .clock = m_clock,
+               .commands = m_commands,
+               .run = [log = commands.log](const std::string& executable, const std::vector<std::string>& arguments)
+                   -> CommandResult { return CommandRunner::runSync(executable, arguments, {}, log); },
+               .isExecutable = PosixFileManager::isExecutableFile,
+               .log = commands.log})) {}
+
+    /// Loads schema and file. What the daemon says in the status file decides which file that is and what is locked.
+    [[nodiscard]] bool load() {
+        const StatusPoll poll = m_context.observe().poll;
+        m_model->update(poll.snapshot.file(), poll.state);
+        m_model->load();
+        m_loop.drain();
+        return m_model->form() != nullptr;
+    }
+
+    [[nodiscard]] ExitStatus list() const {
+        return m_context.line().json ? printDocument(settingsDocument(*m_model)) : print(settingsText(*m_model));
+    }
+
+    [[nodiscard]] ExitStatus get() const {
+        const SettingField* field = m_model->form()->field(m_context.line().name);
+        if (field == nullptr) {
+            return unknownName();
+        }
+        return print(shownAt(STDOUT_FILENO, valueText(*field)));
+    }
+
+    [[nodiscard]] ExitStatus set() {
+        if (const auto refusal = refuseEdit()) {
+            return *refusal;
+        }
+        const SettingSpec spec = m_model->form()->field(m_context.line().name)->spec;
+        std::expected<void, ArgumentError> applied;
+        m_model->edit([&](SettingsForm& form) {
+            applied = applyArguments(form, *form.field(spec.name), m_context.line().values);
+        });
+        if (!applied) {
+            return refuseArguments(applied.error(), spec);
+        }
+        return save();
+    }
+
+    [[nodiscard]] ExitStatus reset() {
+        if (const auto refusal = refuseEdit()) {
+            return *refusal;
+        }
+        m_model->edit([&](SettingsForm& form) { form.reset(m_context.line().name); });
+        return save();
+    }
+
+    /// Why there are no settings.
+    [[nodiscard]] ExitStatus failedToLoad() const {
+        const auto* failure = std::get_if<SettingsLoadFailure>(&m_model->phase());
+        return failWith(failure == nullptr ? "" : failure->title + "\n" + failure->detail + "\n");
+    }
+
+private:
+    [[nodiscard]] ExitStatus unknownName() const { return failWith(m_context.line().name + ": no such setting\n"); }
+
+    [[nodiscard]] std::optional<ExitStatus> refuseEdit() const {
+        const SettingField* field = m_model->form()->field(m_context.line().name);
+        if (field == nullptr) {
+            return unknownName();
+        }
+        if (field->isLockedByFlag) {
+            return failWith(field->name() + ": " + std::string(SettingsForm::lockedByFlagNote) + "\n");
+        }
+        return std::nullopt;
+    }
+
+    static ExitStatus refuseArguments(ArgumentError error, const SettingSpec& spec) {
+        switch (error) {
+        case ArgumentError::notReadable: return failWith(spec.name + ": " + wrongKindError(spec) + "\n");
+        case ArgumentError::wrongNumber: break;
+        }
+        complain("settings set " + spec.name + " takes one VALUE");
+        [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, usageText());
+        return ExitStatus::wrongUsage;
+    }
+
+    /// The whole pipeline, whether or not anything was changed.
+    [[nodiscard]] ExitStatus save() {
+        ExitStatus status = ExitStatus::failed;
+        m_model->save([&](const SaveOutcome& outcome) { status = report(outcome); });
+        m_loop.drain();
+        return status;
+    }
+
+    [[nodiscard]] ExitStatus report(const SaveOutcome& outcome) const {
+        if (outcome.kind() == SaveOutcome::Case::saved) {
+            return print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
+        }
+        const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->saveState());
+        return failWith(failureText(failure == nullptr ? "" : failure->message, outcome));
+    }
+
+    const Context& m_context;
+    CtlClock m_clock;
+    PosixFileManager m_files;
+    InlineLoop m_loop;
+    SystemCommands m_commands;
+    std::shared_ptr<SettingsModel> m_model;
+};
+
+} // namespace
+
+ExitStatus runSettings(const Context& context, const CommandContext& commands) {
+    Settings settings(context, commands);
+    if (!settings.load()) {
+        return settings.failedToLoad();
+    }
+    switch (context.line().command) {
+    case Command::settingsGet: return settings.get();
+    case Command::settingsSet: return settings.set();
+    case Command::settingsReset: return settings.reset();
+    case Command::settingsList:
+    case Command::help:
+    case Command::version:
+    case Command::status:
+    case Command::menu:
+    case Command::focus:
+    case Command::daemonStart:
+    case Command::daemonStop:
+    case Command::daemonRestart: break;
+    }
+    return settings.list();
+}
+
+} // namespace menubar::ctl

@@ -1,0 +1,201 @@
+#include "MenubarCtl/SettingsOutput.h"
+
+#include "MenubarCore/Text/CodePoints.h"
+#include "MenubarCore/Text/DisplayColumns.h"
+#include "MenubarCore/Text/DisplayText.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace menubar::ctl {
+
+namespace {
+
+/// Paths and what was typed need not be UTF-8; a document must be.
+JSONValue text(std::string_view value) {
+    return wellFormed(value);
+}
+
+JSONValue textOrNull(const std::optional<std::string>& value) {
+    return value ? text(*value) : JSONValue();
+}
+
+JSONValue texts(const std::vector<std::string>& values) {
+    JSONValue::Array array;
+    for (const std::string& value : values) {
+        array.push_back(text(value));
+    }
+    return array;
+}
+
+std::string_view rawText(ValueSource source) {
+    switch (source) {
+    case ValueSource::file: return "file";
+    case ValueSource::default_: return "default";
+    }
+    return "";
+}
+
+struct ToDocument {
+    JSONValue operator()(bool value) const { return value; }
+
+    JSONValue operator()(double value) const { return value; }
+
+    JSONValue operator()(const std::string& value) const { return text(value); }
+
+    JSONValue operator()(const SettingValue::List& value) const { return texts(value); }
+};
+
+JSONValue fieldValue(const SettingField& field, const std::optional<std::string>& live) {
+    return JSONValue::Object{
+        {"control", text(field.spec.control.rawValue())},
+        {"default", textOrNull(field.defaultText())},
+        {"editableText", text(field.editableText())},
+        {"error", textOrNull(field.error)},
+        {"group", text(field.spec.group)},
+        {"isSet", field.isSet},
+        {"label", text(field.spec.label())},
+        {"live", textOrNull(live)},
+        {"locked", field.isLockedByFlag},
+        {"name", text(field.name())},
+        {"serialized", field.serializedValue().value_or(JSONValue())},
+        {"source", rawText(field.source)},
+        {"unreadable", field.unreadableFileValue.value_or(JSONValue())},
+        {"value", std::visit(ToDocument{}, field.value.storage())},
+    };
+}
+
+JSONValue groupValue(const SettingsGroup& group) {
+    JSONValue::Array names;
+    for (const SettingSpec& spec : group.settings) {
+        names.push_back(text(spec.name));
+    }
+    return JSONValue::Object{{"id", text(group.id)}, {"settings", std::move(names)}, {"title", text(group.title)}};
+}
+
+std::string joined(const std::vector<std::string>& items, std::string_view separator) {
+    std::string result;
+    for (const std::string& item : items) {
+        result += item;
+        if (&item != &items.back()) {
+            result += separator;
+        }
+    }
+    return result;
+}
+
+std::string shownValue(const SettingField& field) {
+    if (field.unreadableFileValue) {
+        return displayTitle(field.unreadableFileValue->compactText());
+    }
+    const SettingValue::List* list = field.value.list();
+    const std::string value = list != nullptr ? joined(*list, ", ") : valueText(field);
+    return value.empty() ? "-" : displayTitle(value.ends_with('\n') ? value.substr(0, value.size() - 1) : value);
+}
+
+std::string_view badge(const SettingField& field) {
+    if (field.isLockedByFlag) {
+        return "set by a flag";
+    }
+    return field.source == ValueSource::file ? "from file" : "default";
+}
+
+std::string padded(std::string text, std::size_t columns) {
+    const std::size_t taken = displayColumns(text);
+    return text.append(taken < columns ? columns - taken : 0, ' ');
+}
+
+std::string fieldLines(const SettingField& field, const std::optional<std::string>& live, std::size_t nameColumns,
+                       std::size_t valueColumns) {
+    std::string line = "  " + padded(displayTitle(field.name()), nameColumns) + "  " +
+                       padded(shownValue(field), valueColumns) + "  " + std::string(badge(field));
+    if (live) {
+        line += ", daemon is running with: " + displayTitle(*live);
+    }
+    line += "\n";
+    if (field.error) {
+        line += "    " + displayText(*field.error) + "\n";
+    }
+    return line;
+}
+
+} // namespace
+
+JSONValue settingsDocument(const SettingsModel& model) {
+    const SettingsForm& form = *model.form();
+    JSONValue::Array fields;
+    for (const SettingField& field : form.fields()) {
+        fields.push_back(fieldValue(field, model.liveValue(field)));
+    }
+    JSONValue::Array groups;
+    std::ranges::transform(form.schema().groups, std::back_inserter(groups), groupValue);
+    return JSONValue::Object{
+        {"command", text(model.commandDescription())},
+        {"configFileExists", model.configFileExists()},
+        {"configPath", text(model.configPath())},
+        {"fields", std::move(fields)},
+        {"groups", std::move(groups)},
+        {"unknownKeys", texts(form.unknownKeys())},
+        {"version", static_cast<double>(form.schema().version)},
+    };
+}
+
+std::string settingsText(const SettingsModel& model) {
+    constexpr std::size_t widestValue = 40; // one long value does not push all badges off the screen
+    const SettingsForm& form = *model.form();
+    std::size_t nameColumns = 0;
+    std::size_t valueColumns = 0;
+    for (const SettingField& field : form.fields()) {
+        nameColumns = std::max(nameColumns, displayColumns(displayTitle(field.name())));
+        valueColumns = std::max(valueColumns, std::min(widestValue, displayColumns(shownValue(field))));
+    }
+    std::string result;
+    for (const SettingsGroup& group : form.schema().groups) {
+        result += (result.empty() ? "" : "\n") + displayTitle(group.title) + "\n";
+        for (const SettingField* field : form.fields(group)) {
+            result += fieldLines(*field, model.liveValue(*field), nameColumns, valueColumns);
+        }
+    }
+    result += result.empty() ? "" : "\n";
+    if (const auto unknown = form.unknownKeys(); !unknown.empty()) {
+        result += "The config file has keys the daemon does not know: " + displayText(joined(unknown, ", ")) + ".\n";
+    }
+    result += model.configFileExists() ? "Config file: " : "No config file yet; defaults shown. It will be written to ";
+    return result + displayText(model.configPath()) + "\n";
+}
+
+std::string valueText(const SettingField& field) {
+    switch (field.value.kind()) {
+    case SettingValue::Case::bool_: return *field.value.bool_() ? "true\n" : "false\n";
+    case SettingValue::Case::number: return JSONValue::format(*field.value.number()) + "\n";
+    case SettingValue::Case::text: return field.editableText() + "\n";
+    case SettingValue::Case::list: break;
+    }
+    std::string lines;
+    for (const std::string& item : *field.value.list()) {
+        lines += item + "\n";
+    }
+    return lines;
+}
+
+std::string failureText(const std::string& message, const SaveOutcome& outcome) {
+    std::string lines = message + "\n";
+    const auto* local = std::get_if<SaveOutcome::InvalidLocally>(&outcome.storage());
+    const auto* rejected = std::get_if<SaveOutcome::Rejected>(&outcome.storage());
+    if (local != nullptr || rejected != nullptr) {
+        for (const auto& [name, problem] : local != nullptr ? local->errors : rejected->fields) {
+            lines += name + ": " + problem + "\n";
+        }
+    }
+    if (rejected != nullptr) {
+        for (const std::string& problem : rejected->general) {
+            lines += problem + "\n";
+        }
+    }
+    return lines;
+}
+
+} // namespace menubar::ctl

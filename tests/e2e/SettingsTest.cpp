@@ -1,0 +1,598 @@
+// The settings from the command line: against the stand-in daemon, and against daemons that fail in every way.
+
+#include "MenubarCore/JSON/JSONValue.h"
+
+#include "tests/e2e/ScratchHome.h"
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace menubar;
+using menubar::e2e::ChildProcess;
+using menubar::e2e::ScratchHome;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Result = ScratchHome::Result;
+using Arguments = std::vector<std::string>;
+
+class SettingsTest : public testing::Test {
+protected:
+    SettingsTest() {
+        home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
+        fs::create_directories(home / ".config/ostrel");
+    }
+
+    [[nodiscard]] std::string configPath() const { return home / ".config/ostrel/config.json"; }
+
+    void writeConfig(std::string_view bytes) const { home.write(".config/ostrel/config.json", bytes); }
+
+    [[nodiscard]] static std::string read(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    [[nodiscard]] std::string config() const { return read(configPath()); }
+
+    /// What lies in the config file's directory.
+    [[nodiscard]] std::set<std::string> directory() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(home / ".config/ostrel")) {
+            names.insert(entry.path().filename().string());
+        }
+        return names;
+    }
+
+    /// `ostrel-menubarctl settings` with these arguments.
+    [[nodiscard]] Result settings(Arguments arguments) const {
+        arguments.insert(arguments.begin(), "settings");
+        return ScratchHome::run(home.menubarctl(std::move(arguments)));
+    }
+
+    /// The complaint of a command that must fail with status 1 and change nothing.
+    [[nodiscard]] std::string complaintOf(Arguments arguments) const {
+        const std::string before = config();
+        const auto filesBefore = directory();
+        const Result result = settings(std::move(arguments));
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(config(), before);
+        EXPECT_EQ(directory(), filesBefore);
+        return result.errors;
+    }
+
+    void expectSaved(Arguments arguments, const std::string& file) const {
+        const std::string shown = testing::PrintToString(arguments);
+        const Result result = settings(std::move(arguments));
+        EXPECT_EQ(result.status, 0) << shown;
+        EXPECT_EQ(result.output, "settings saved to " + configPath() + "\n") << shown;
+        EXPECT_EQ(result.errors, "") << shown;
+        EXPECT_EQ(config(), file) << shown;
+        EXPECT_EQ(directory(), std::set<std::string>{"config.json"}) << shown;
+    }
+
+    /// A daemon whose `config schema` and `config validate PATH --json` are these lines of shell; the candidate's path
+    /// is $3.
+    void useDaemon(const std::string& schema, const std::string& validate) {
+        const std::string path = home.write("daemon", "#!/bin/sh\ncase $2 in\nschema)\n" + schema +
+                                                          "\n;;\nvalidate)\n" + validate + "\n;;\nesac\n");
+        ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
+        home.environment["OSTREL_CLI"] = path;
+    }
+
+    /// The same with a usable schema.
+    void useValidator(const std::string& validate) {
+        useDaemon(R"(echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"text"}]}]}')", validate);
+    }
+
+    [[nodiscard]] JSONValue document() const {
+        const Result result = settings({"list", "--json"});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        auto value = JSONValue::decode(result.output);
+        EXPECT_TRUE(value) << result.output;
+        return std::move(value).value_or(JSONValue::Object{});
+    }
+
+    /// One field of the document.
+    [[nodiscard]] JSONValue field(const std::string& name) const {
+        const JSONValue all = document();
+        for (const JSONValue& each : *all.objectValue()->at("fields").arrayValue()) {
+            if (each.objectValue()->at("name") == JSONValue(name)) {
+                return each;
+            }
+        }
+        ADD_FAILURE() << "no field " << name;
+        return JSONValue::Object{};
+    }
+
+    ScratchHome home;
+};
+
+JSONValue member(const JSONValue& object, const std::string& key) {
+    return object.objectValue()->at(key);
+}
+
+const std::string saved45 = "{\n  \"warn-context\" : 45\n}\n";
+
+} // namespace
+
+// Against the stand-in daemon
+
+TEST_F(SettingsTest, settingAValueEditsTheFile) {
+    expectSaved({"set", "warn-context", "45"}, saved45);
+    struct stat info{};
+    ASSERT_EQ(::stat(configPath().c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0600);
+}
+
+TEST_F(SettingsTest, whatElseIsInTheFileSurvives) {
+    writeConfig(R"({"$schema":"s","dry-run":true,"warn-context":10})");
+    ASSERT_EQ(::chmod(configPath().c_str(), 0640), 0);
+    expectSaved({"set", "warn-context", "45"},
+                "{\n  \"$schema\" : \"s\",\n  \"dry-run\" : true,\n  \"warn-context\" : 45\n}\n");
+    struct stat info{};
+    ASSERT_EQ(::stat(configPath().c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640);
+}
+
+TEST_F(SettingsTest, everyControlTakesItsKindOfValue) {
+    struct Case {
+        Arguments values;
+        const char* file;
+    };
+
+    const Case cases[] = {
+        {{"dry-run", "on"}, "\"dry-run\" : true"},
+        {{"dry-run", "no"}, "\"dry-run\" : false"},
+        {{"dry-run", "1"}, "\"dry-run\" : true"},
+        {{"token-price", "2.5"}, "\"token-price\" : 2.5"},
+        {{"token-price", "1e1"}, "\"token-price\" : 10"},
+        {{"max-sessions", " 7 "}, "\"max-sessions\" : 7"},
+        {{"poll-interval", "500ms"}, "\"poll-interval\" : \"500ms\""},
+        {{"handoff-name", "-x.md"}, "\"handoff-name\" : \"-x.md\""},
+        {{"agent-message", "hurry"}, "\"agent-message\" : \"[ostrel] hurry\""},
+        {{"log-level", "debug"}, "\"log-level\" : \"debug\""},
+        {{"log-file", "~/ostrel.log"}, R"("log-file" : "~\/ostrel.log")"},
+        {{"quiet-hours", "null"}, "\"quiet-hours\" : null"},
+    };
+    for (const Case& each : cases) {
+        fs::remove(configPath());
+        Arguments arguments{"set"};
+        arguments.insert(arguments.end(), each.values.begin(), each.values.end());
+        expectSaved(arguments, "{\n  " + std::string(each.file) + "\n}\n");
+    }
+}
+
+TEST_F(SettingsTest, listsTakeEachValueAsAnItem) {
+    expectSaved({"set", "ignored-directories", "/a", "~/b c"},
+                "{\n  \"ignored-directories\" : [\n    \"\\/a\",\n    \"~\\/b c\"\n  ]\n}\n");
+    expectSaved({"set", "on-critical", "inject", "--", "notify"},
+                "{\n  \"ignored-directories\" : [\n    \"\\/a\",\n    \"~\\/b c\"\n  ],\n  \"on-critical\" : [\n"
+                "    \"inject\",\n    \"notify\"\n  ]\n}\n");
+    expectSaved({"set", "ignored-directories"}, "{\n  \"on-critical\" : [\n    \"inject\",\n    \"notify\"\n  ]\n}\n");
+}
+
+TEST_F(SettingsTest, aControlThatIsNotKnownTakesJSON) {
+    expectSaved({"set", "quiet-hours", R"({"from":"22:00","to":"07:00"})"},
+                "{\n  \"quiet-hours\" : {\n    \"from\" : \"22:00\",\n    \"to\" : \"07:00\"\n  }\n}\n");
+    EXPECT_EQ(settings({"get", "quiet-hours"}).output, "{\"from\":\"22:00\",\"to\":\"07:00\"}\n");
+    EXPECT_THAT(complaintOf({"set", "quiet-hours", "later"}),
+                StartsWith("The daemon rejected the file; see quiet-hours.\nquiet-hours: must be null or an object"));
+}
+
+TEST_F(SettingsTest, resettingRemovesTheKeyAndRunsThePipelineEvenWhenThereIsNone) {
+    writeConfig(R"({"dry-run":true,"warn-context":10})");
+    expectSaved({"reset", "warn-context"}, "{\n  \"dry-run\" : true\n}\n");
+    expectSaved({"reset", "warn-context"}, "{\n  \"dry-run\" : true\n}\n");
+    expectSaved({"set", "dry-run", "yes"}, "{\n  \"dry-run\" : true\n}\n");
+}
+
+TEST_F(SettingsTest, gettingPrintsWhatSettingTakes) {
+    writeConfig(R"({"agent-message":"[ostrel] hurry","providers":["acme","quill"],"token-price":2.5})");
+    for (const auto& [name, value] : std::map<std::string, std::string>{{"dry-run", "false\n"},
+                                                                        {"warn-context", "70\n"},
+                                                                        {"token-price", "2.5\n"},
+                                                                        {"poll-interval", "1s\n"},
+                                                                        {"agent-message", "hurry\n"},
+                                                                        {"providers", "acme\nquill\n"},
+                                                                        {"ignored-directories", ""},
+                                                                        {"log-file", "\n"}}) {
+        const Result result = settings({"get", name});
+        EXPECT_EQ(result.status, 0) << name;
+        EXPECT_EQ(result.output, value) << name;
+        EXPECT_EQ(result.errors, "") << name;
+    }
+}
+
+TEST_F(SettingsTest, aNameThatIsNoSettingIsNamed) {
+    for (const char* command : {"get", "set", "reset"}) {
+        EXPECT_EQ(complaintOf({command, "warn"}), "warn: no such setting\n") << command;
+    }
+}
+
+TEST_F(SettingsTest, aValueOfTheWrongKindIsRefusedBeforeAnythingRuns) {
+    EXPECT_EQ(complaintOf({"set", "warn-context", "many"}), "warn-context: Must be a number\n");
+    EXPECT_EQ(complaintOf({"set", "warn-context", ""}), "warn-context: Must be a number\n");
+    EXPECT_EQ(complaintOf({"set", "warn-context", "0x10"}), "warn-context: Must be a number\n");
+    EXPECT_EQ(complaintOf({"set", "dry-run", "On"}), "dry-run: Must be on or off\n");
+}
+
+TEST_F(SettingsTest, aWrongNumberOfValuesIsAWrongCommandLine) {
+    for (const Arguments& arguments : {Arguments{"set", "warn-context"},
+                                       {"set", "warn-context", "1", "2"},
+                                       {"set", "log-file", "a", "b"},
+                                       {"set", "dry-run"}}) {
+        const Result result = settings(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, HasSubstr("\nusage: ostrel-menubarctl status"));
+        EXPECT_TRUE(directory().empty());
+    }
+}
+
+TEST_F(SettingsTest, aValueThatBreaksTheSchemasRulesIsNotSaved) {
+    writeConfig("{}");
+    EXPECT_EQ(complaintOf({"set", "warn-context", "-5"}),
+              "Fix the highlighted fields first.\nwarn-context: Must be between 1 and 99\n");
+    EXPECT_EQ(complaintOf({"set", "warn-context", "45.5"}),
+              "Fix the highlighted fields first.\nwarn-context: Must be a whole number\n");
+    EXPECT_EQ(complaintOf({"set", "poll-interval", "soon"}),
+              "Fix the highlighted fields first.\npoll-interval: Use a duration such as 30s, 10m, or 1h\n");
+    EXPECT_EQ(complaintOf({"set", "ignored-directories", "/a", "b"}),
+              "Fix the highlighted fields first.\nignored-directories: Item 2 must match ^(/|~/)\n");
+    EXPECT_EQ(complaintOf({"set", "log-level", "loud"}),
+              "Fix the highlighted fields first.\n"
+              "log-level: Unknown value loud (allowed: error, warn, info, debug)\n");
+}
+
+TEST_F(SettingsTest, whatTheFileHoldsWrongStopsTheSaveOfAnotherSetting) {
+    writeConfig(R"({"dry-run":1,"warn-context":"x"})");
+    EXPECT_EQ(complaintOf({"set", "log-level", "debug"}), "Fix the highlighted fields first.\n"
+                                                          "dry-run: The file holds 1, which is not a boolean\n"
+                                                          "warn-context: The file holds x, which is not a number\n");
+    EXPECT_EQ(complaintOf({"set", "warn-context", "45"}),
+              "Fix the highlighted fields first.\ndry-run: The file holds 1, which is not a boolean\n");
+}
+
+TEST_F(SettingsTest, whatTheDaemonRejectsIsListedByFieldAndThenInGeneral) {
+    writeConfig(R"({"bogus":1,"log-level":"debug","other":2})");
+    EXPECT_EQ(complaintOf({"set", "log-file", "relative"}), "The daemon rejected the file; see log-file.\n"
+                                                            "log-file: must be an absolute path or begin with ~/\n"
+                                                            "unknown option \"bogus\"\n"
+                                                            "unknown option \"other\"\n");
+    writeConfig("{}");
+    EXPECT_EQ(complaintOf({"set", "warn-context", "95"}),
+              "The daemon rejected the file; see critical-context, warn-context.\n"
+              "critical-context: warn-context must be below critical-context\n"
+              "warn-context: warn-context must be below critical-context\n");
+}
+
+TEST_F(SettingsTest, aSettingThatAFlagLocksIsLeftAlone) {
+    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","configSources":{"warn-context":"cli","dry-run":"file"}})");
+    writeConfig("{}");
+    const std::string refusal = "warn-context: Set by a command-line flag in the launch agent; reinstall the daemon to "
+                                "manage it here.\n";
+    EXPECT_EQ(complaintOf({"set", "warn-context", "45"}), refusal);
+    EXPECT_EQ(complaintOf({"reset", "warn-context"}), refusal);
+    EXPECT_EQ(settings({"set", "dry-run", "on"}).status, 0);
+}
+
+TEST_F(SettingsTest, theFileIsFoundAsTheAppFindsIt) {
+    const std::string loaded = home.write("loaded.json", R"({"warn-context":11})");
+    const std::string named = home.write("named.json", R"({"warn-context":22})");
+    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","configFile":{"path":")" + loaded + "\"}}");
+    EXPECT_EQ(settings({"get", "warn-context"}).output, "11\n");
+    EXPECT_EQ(settings({"get", "warn-context", "--status-file", "/none"}).output, "70\n");
+    home.environment["OSTREL_CONFIG_FILE"] = "~/named.json";
+    EXPECT_EQ(settings({"get", "warn-context"}).output, "22\n");
+    const Result result = settings({"set", "warn-context", "45"});
+    EXPECT_EQ(result.output, "settings saved to " + named + "\n");
+    EXPECT_EQ(read(named), saved45);
+    EXPECT_EQ(read(loaded), R"({"warn-context":11})");
+}
+
+TEST_F(SettingsTest, aLinkedConfigFileStaysALink) {
+    const std::string target = home.write("dotfiles/ostrel.json", "{}");
+    fs::create_symlink(target, configPath());
+    expectSaved({"set", "warn-context", "45"}, saved45);
+    EXPECT_TRUE(fs::is_symlink(configPath()));
+    EXPECT_EQ(read(target), saved45);
+    fs::remove(target);
+    expectSaved({"set", "warn-context", "45"}, saved45);
+    EXPECT_TRUE(fs::is_symlink(configPath()));
+}
+
+TEST_F(SettingsTest, theDocumentSaysAllThereIsToSay) {
+    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","config":{"settings":{"warn-context":50,"poll-interval":90000}},
+                        "configSources":{"dry-run":"cli"}})");
+    writeConfig(R"({"$schema":"s","warn-context":200,"dry-run":true,"providers":7,"zzz":1,"aaa":[]})");
+    const JSONValue all = document();
+    const JSONValue::Object& top = *all.objectValue();
+    EXPECT_EQ(top.at("command"), JSONValue(std::string(DEMO_PROGRAM) + " config schema"));
+    EXPECT_EQ(top.at("configFileExists"), JSONValue(true));
+    EXPECT_EQ(top.at("configPath"), JSONValue(configPath()));
+    EXPECT_EQ(top.at("version"), JSONValue(3));
+    EXPECT_EQ(top.at("unknownKeys"), (JSONValue(JSONValue::Array{"aaa", "zzz"})));
+    EXPECT_EQ(top.at("groups").arrayValue()->front(), *JSONValue::decode(R"({"id":"thresholds","title":"Thresholds",
+                  "settings":["warn-context","critical-context","cache-min-context","token-price"]})"));
+    EXPECT_EQ(top.at("groups").arrayValue()->back().objectValue()->at("title"), JSONValue("logging"));
+    EXPECT_EQ(top.size(), 7);
+    EXPECT_EQ(field("warn-context"), *JSONValue::decode(R"({"control":"percent","default":"70","editableText":"",
+        "error":"Must be between 1 and 99","group":"thresholds","isSet":true,"label":"Warn context","live":"50%",
+        "locked":false,"name":"warn-context","serialized":200,"source":"file","unreadable":null,"value":200})"));
+    EXPECT_EQ(field("dry-run"), *JSONValue::decode(R"({"control":"toggle","default":"false","editableText":"",
+        "error":null,"group":"actions","isSet":true,"label":"Dry run","live":null,
+        "locked":true,"name":"dry-run","serialized":true,"source":"file","unreadable":null,"value":true})"));
+    EXPECT_EQ(field("poll-interval"), *JSONValue::decode(R"({"control":"duration","default":"1s","editableText":"1s",
+        "error":null,"group":"polling","isSet":false,"label":"Poll interval","live":"1m",
+        "locked":false,"name":"poll-interval","serialized":null,"source":"default","unreadable":null,"value":"1s"})"));
+    EXPECT_EQ(field("providers"), *JSONValue::decode(R"({"control":"enum","default":"[\"acme\",\"borealis\",\"quill\"]",
+        "editableText":"","error":"The file holds 7, which is not a list of values","group":"polling","isSet":true,
+        "label":"Providers","live":null,"locked":false,"name":"providers","serialized":7,"source":"file",
+        "unreadable":7,"value":["acme","borealis","quill"]})"));
+    EXPECT_EQ(member(field("quiet-hours"), "control"), JSONValue("time-range"));
+}
+
+TEST_F(SettingsTest, theDocumentIsOneLineOfSortedKeys) {
+    useDaemon(R"(echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"toggle"}]}]}')", "");
+    home.environment["OSTREL_CONFIG_FILE"] = "c";
+    const std::string command = *JSONValue((home / "daemon") + " config schema").encode(JSONLayout::compact);
+    EXPECT_EQ(settings({"list", "--json"}).output,
+              R"({"command":)" + command +
+                  R"(,"configFileExists":false,"configPath":"c","fields":[{"control":"toggle","default":null,)"
+                  R"("editableText":"","error":null,"group":"","isSet":false,"label":"A","live":null,"locked":false,)"
+                  R"("name":"a","serialized":null,"source":"default","unreadable":null,"value":false}],)"
+                  R"("groups":[{"id":"g","settings":["a"],"title":"g"}],"unknownKeys":[],"version":1})"
+                  "\n");
+}
+
+TEST_F(SettingsTest, theListForPeopleNamesGroupsValuesSourcesAndFaults) {
+    writeConfig(R"({"warn-context":200,"zzz":1})");
+    const Result result = settings({"list"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, StartsWith("Thresholds\n  warn-context"));
+    EXPECT_THAT(result.output, HasSubstr("from file\n    Must be between 1 and 99\n"));
+    EXPECT_THAT(result.output, HasSubstr("\n\nPolling\n"));
+    EXPECT_THAT(result.output, HasSubstr("\nThe config file has keys the daemon does not know: zzz.\n"));
+    EXPECT_THAT(result.output, HasSubstr("\nConfig file: " + configPath() + "\n"));
+    fs::remove(configPath());
+    EXPECT_THAT(settings({"list"}).output,
+                HasSubstr("\nNo config file yet; defaults shown. It will be written to " + configPath() + "\n"));
+}
+
+TEST_F(SettingsTest, whatRunsIsToldOnlyWhenAskedFor) {
+    const std::string errors = settings({"set", "warn-context", "45", "--verbose"}).errors;
+    EXPECT_THAT(errors, HasSubstr("ostrel-menubar: ok: " + std::string(DEMO_PROGRAM) + " config schema\n"));
+    EXPECT_THAT(errors, HasSubstr("ostrel-menubar: ok: " + std::string(DEMO_PROGRAM) + " config validate " +
+                                  configPath() + "."));
+    EXPECT_THAT(errors, HasSubstr("ostrel-menubar: settings saved to " + configPath() + "\n"));
+}
+
+// Loading that fails
+
+TEST_F(SettingsTest, withoutADaemonEverySettingsCommandSaysHowToGetOne) {
+    home.environment["OSTREL_CLI"] = home / "none";
+    for (const Arguments& arguments :
+         {Arguments{"list"}, {"list", "--json"}, {"get", "a"}, {"set", "a", "b"}, {"reset", "a"}}) {
+        EXPECT_EQ(complaintOf(arguments),
+                  "Daemon command line not found\n"
+                  "The settings window runs ostrel config schema to learn the settings. Install the daemon (ostrel "
+                  "install), put ostrel on PATH, or set OSTREL_CLI to the executable.\n");
+    }
+}
+
+TEST_F(SettingsTest, aSchemaThatCannotBeHadIsExplained) {
+    struct Case {
+        const char* schema;
+        std::string complaint;
+    };
+
+    const std::string command = (home / "daemon") + " config schema\n";
+    const Case cases[] = {
+        {"exit 2", "Could not load the settings schema\n" + command + "exit status 2\n"},
+        {"echo '  boom  ' >&2; exit 2", "Could not load the settings schema\n" + command + "boom\n"},
+        {"kill -SEGV $$", "Could not load the settings schema\n" + command + "exit status 11\n"},
+        {"echo '{\"x-groups\":{}}'",
+         "The settings schema could not be read\n" + command + "type mismatch (Array<Any>) at x-groups\n"},
+        {"echo '{\"x-groups\":[{}]}'", "The settings schema could not be read\n" + command + "missing key id\n"},
+    };
+    for (const Case& each : cases) {
+        useDaemon(each.schema, "");
+        EXPECT_EQ(complaintOf({"list"}), each.complaint) << each.schema;
+    }
+    for (const char* schema : {"", "echo hello", "echo '{'"}) {
+        useDaemon(schema, "");
+        EXPECT_THAT(complaintOf({"list"}), StartsWith("The settings schema could not be read\n" + command)) << schema;
+    }
+}
+
+TEST_F(SettingsTest, aPatternThatBacktracksForEverStopsNothing) {
+    useDaemon(R"(echo '{"properties":{"a":{"pattern":"^(a+)+$"}},
+        "x-groups":[{"id":"g","settings":[{"name":"a","control":"duration"}]}]}')",
+              R"(echo '{"ok":true}')");
+    const std::string text(60, 'a');
+    expectSaved({"set", "a", text + "b"}, "{\n  \"a\" : \"" + text + "b\"\n}\n");
+}
+
+TEST_F(SettingsTest, fiveThousandSettingsAreListed) {
+    useDaemon("cat \"$HOME/schema.json\"", "");
+    std::string schema = R"({"x-groups":[{"id":"g","settings":[)";
+    for (int i = 0; i < 5000; ++i) {
+        schema += (i == 0 ? "" : ",") + std::string(R"({"name":"s)") + std::to_string(i) + R"(","control":"text"})";
+    }
+    home.write("schema.json", schema + "]}]}");
+    const JSONValue all = document();
+    EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 5000);
+}
+
+TEST_F(SettingsTest, aConfigFileThatCannotBeReadIsNamed) {
+    const std::string title = "The config file could not be read\n" + configPath() + "\n";
+    writeConfig("[]");
+    EXPECT_EQ(complaintOf({"list"}), title + "The config file must hold one JSON object\n");
+    for (const char* bytes : {"", "{", "{\"warn-context\": 45,}", "\xEF\xBB\xBF{}", "warn-context = 45"}) {
+        writeConfig(bytes);
+        EXPECT_THAT(complaintOf({"set", "warn-context", "45"}), StartsWith(title)) << bytes;
+    }
+    fs::remove(configPath());
+    fs::create_directory(configPath());
+    EXPECT_EQ(settings({"list"}).errors,
+              title + "The file \"" + configPath() + "\" could not be read: it is a directory.\n");
+    fs::remove(configPath());
+    fs::create_symlink("config.json", configPath());
+    EXPECT_THAT(settings({"list"}).errors, HasSubstr("Too many levels of symbolic links"));
+    fs::remove(configPath());
+    ASSERT_EQ(::mkfifo(configPath().c_str(), 0600), 0);
+    EXPECT_THAT(settings({"list"}).errors, StartsWith(title)) << "a pipe is not waited for";
+}
+
+TEST_F(SettingsTest, aConfigFileThatMayNotBeReadIsNamed) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    writeConfig("{}");
+    ASSERT_EQ(::chmod(configPath().c_str(), 0600), 0);
+    ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
+    auto options = home.menubarctl({"settings", "list"});
+    options.user = 65534;
+    const Result result = ScratchHome::run(options);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "The config file could not be read\n" + configPath() + "\nThe file \"" + configPath() +
+                                 "\" could not be read: Permission denied.\n");
+}
+
+// Validators that fail
+
+TEST_F(SettingsTest, aValidatorThatIsNotUnderstoodLeavesTheFile) {
+    struct Case {
+        const char* validate;
+        const char* problem;
+    };
+
+    const char* const notJSON = "config validate printed something other than JSON";
+    const char* const otherShape = "config validate printed JSON of an unexpected shape";
+    const Case cases[] = {
+        {"", " (exit status 0)"},
+        {"exit 3", " (exit status 3)"},
+        {"echo boom >&2; exit 1", " (boom)"},
+        {"kill -SEGV $$", " (exit status 11)"},
+        {"echo hello", " (exit status 0)"},
+        {R"(echo '{"ok":true} and more')", " (exit status 0)"},
+        {"head -c 10000000 /dev/zero | tr '\\0' x", " (exit status 0)"},
+    };
+    writeConfig("{}");
+    for (const Case& each : cases) {
+        useValidator(each.validate);
+        EXPECT_EQ(complaintOf({"set", "a", "x"}),
+                  std::string("Could not run config validate: ") + notJSON + each.problem + "\n")
+            << each.validate;
+    }
+    for (const char* shape : {"null", "[]", "1", "\"ok\"", "{}", "{\"ok\":1}", "{\"ok\":\"true\"}", "{\"ok\":null}"}) {
+        useValidator("echo '" + std::string(shape) + "'");
+        EXPECT_EQ(complaintOf({"set", "a", "x"}),
+                  std::string("Could not run config validate: ") + otherShape + " (exit status 0)\n")
+            << shape;
+    }
+}
+
+TEST_F(SettingsTest, aDaemonThatIsGoneWhenItShallValidateLeavesTheFile) {
+    writeConfig("{}");
+    useDaemon(R"(rm "$0"; echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"text"}]}]}')", "");
+    EXPECT_THAT(
+        complaintOf({"set", "a", "x"}),
+        StartsWith("Could not run config validate: config validate printed something other than JSON (failed to "
+                   "launch " +
+                   (home / "daemon") + ": "));
+}
+
+TEST_F(SettingsTest, refusalsInEveryShapeLeaveTheFile) {
+    writeConfig("{}");
+    useValidator(R"(echo '{"ok":false}')");
+    EXPECT_EQ(complaintOf({"set", "a", "x"}), "The daemon rejected the file.\n");
+    useValidator(R"(echo '{"ok":false,"errors":{"message":"m"}}')");
+    EXPECT_EQ(complaintOf({"set", "a", "x"}), "The daemon rejected the file.\n");
+    useValidator(R"(echo '{"ok":false,"errors":[1,{"message":"one","options":["a",2]},{"message":"two"}]}')");
+    EXPECT_EQ(complaintOf({"set", "a", "x"}), "The daemon rejected the file; see a.\na: one\ntwo\n");
+}
+
+TEST_F(SettingsTest, theDaemonsWordCountsWhateverItsExitStatus) {
+    useValidator(R"(echo '{"ok":true}'; exit 1)");
+    expectSaved({"set", "a", "x"}, "{\n  \"a\" : \"x\"\n}\n");
+}
+
+TEST_F(SettingsTest, whatIsValidatedIsTheWholeFileThatIsPutInPlace) {
+    useValidator(R"(cp "$3" "$HOME/seen"; ls -l "$3" | cut -c1-10 >"$HOME/mode"; echo '{"ok":true}')");
+    expectSaved({"set", "a", "x"}, "{\n  \"a\" : \"x\"\n}\n");
+    EXPECT_EQ(read(home / "seen"), config());
+    EXPECT_EQ(read(home / "mode"), "-rw-------\n");
+}
+
+TEST_F(SettingsTest, aFileThatIsReplacedMeanwhileIsNotOverwritten) {
+    writeConfig(R"({"a":"old"})");
+    useValidator(R"(echo '{"a":"theirs"}' >"$HOME/.config/ostrel/config.json"; echo '{"ok":true}')");
+    const Result result = settings({"set", "a", "x"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "Could not write " + configPath() +
+                                 ": the file was changed by another program after it was loaded, so it was left as it "
+                                 "is\n");
+    EXPECT_EQ(config(), "{\"a\":\"theirs\"}\n");
+    EXPECT_EQ(directory(), std::set<std::string>{"config.json"});
+}
+
+TEST_F(SettingsTest, aDirectoryThatCannotBeCreatedIsNamed) {
+    home.environment["OSTREL_CONFIG_FILE"] = home.write("file", "") + "/config.json";
+    useValidator(R"(echo '{"ok":true}')");
+    EXPECT_EQ(complaintOf({"set", "a", "x"}), "Could not write " + (home / "file/config.json") +
+                                                  ": could not create the directory " + (home / "file") +
+                                                  ": Not a directory\n");
+}
+
+TEST_F(SettingsTest, aValidatorThatNeverEndsCanBeInterruptedAndTheNextSaveCleansUp) {
+    writeConfig("{}");
+    useValidator("echo $$ >\"$HOME/pid\"; exec sleep 1000");
+    {
+        ChildProcess child(home.menubarctl({"settings", "set", "a", "x"}));
+        const auto deadline = std::chrono::steady_clock::now() + ChildProcess::patience;
+        while (read(home / "pid").empty() && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        EXPECT_EQ(config(), "{}");
+        EXPECT_EQ(directory().size(), 2) << "the candidate";
+        child.send(SIGKILL);
+        EXPECT_EQ(child.wait(), -SIGKILL);
+        ::kill(static_cast<pid_t>(std::stol(read(home / "pid"))), SIGKILL);
+    }
+    EXPECT_EQ(config(), "{}");
+    useValidator(R"(echo '{"ok":true}')");
+    expectSaved({"set", "a", "x"}, "{\n  \"a\" : \"x\"\n}\n");
+}
+
+TEST_F(SettingsTest, everyValueOfAConfigThatFitsNoControlIsReportedByTheList) {
+    writeConfig(R"({"warn-context":true,"poll-interval":30,"dry-run":"yes","handoff-name":1,"providers":"acme",
+        "ignored-directories":[1],"log-level":[],"log-file":{}})");
+    for (const auto& [name, error] : std::map<std::string, std::string>{
+             {"warn-context", "The file holds true, which is not a number"},
+             {"poll-interval", "The file holds 30, which is not a duration string"},
+             {"dry-run", "The file holds yes, which is not a boolean"},
+             {"handoff-name", "The file holds 1, which is not a string"},
+             {"providers", "The file holds acme, which is not a list of values"},
+             {"ignored-directories", "The file holds [1], which is not a list of strings"},
+             {"log-level", "The file holds [], which is not a value"},
+             {"log-file", "The file holds {}, which is not a string"}}) {
+        EXPECT_EQ(member(field(name), "error"), JSONValue(error));
+    }
+}
