@@ -1,0 +1,58 @@
+#pragma once
+
+#include "MenubarApp/View/View.h"
+#include "MenubarCore/Settings/SettingsForm.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace menubar {
+
+class ListItemIds;
+
+/// What a row asks of its surroundings. All are set.
+struct SettingRowActions {
+    /// Changes the form; the "saved" mark goes.
+    std::function<void(const std::function<void(SettingsForm&)>&)> edit;
+    /// Lets a person choose a file or directory for the setting of this name.
+    std::function<void(const SettingSpec&)> choosePath;
+};
+
+/// One setting in the window: its label and state, the control of its kind, what the daemon runs with, what is wrong.
+struct SettingRow {
+    const SettingField& field;
+    std::optional<std::string> liveValue; ///< in the running daemon
+    const SettingRowActions& actions;
+    const std::shared_ptr<ListItemIds>& listIds;
+    std::size_t ordinal = 0; ///< among the fields of this name
+
+    [[nodiscard]] View body() const;
+
+    /// Of the row of the setting with this name; no other view in the window has it.
+    [[nodiscard]] static std::string identity(std::string_view name);
+
+private:
+    [[nodiscard]] View titleLine() const;
+    [[nodiscard]] View control() const;
+    [[nodiscard]] View toggle() const;
+    [[nodiscard]] View number() const;
+    [[nodiscard]] View duration() const;
+    [[nodiscard]] View text() const;
+    [[nodiscard]] View list() const;
+    [[nodiscard]] View picker() const;
+    [[nodiscard]] View checkboxes() const;
+    [[nodiscard]] View path() const;
+    [[nodiscard]] View rawJSON() const;
+
+    [[nodiscard]] View textField(std::string prompt) const;
+    [[nodiscard]] Stepper stepper(double value, std::function<void(StepDirection)> onStep) const;
+    /// Labelled by the setting and described by what is wrong with it.
+    [[nodiscard]] View labelled(View control, const std::string& detail = {}) const;
+    [[nodiscard]] std::function<void(SettingValue)> setter() const;
+};
+
+} // namespace menubar

@@ -1,0 +1,285 @@
+#include "MenubarApp/Settings/SettingsView.h"
+
+#include "MenubarCore/Menu/Formatting.h"
+
+#include <map>
+#include <utility>
+
+namespace menubar {
+
+namespace {
+
+constexpr double bannerSpacing = 4.0;
+constexpr double footerSpacing = 4.0;
+constexpr double mostErrorsHeight = 96.0;
+constexpr Insets screenPadding = Insets::all(20.0);
+constexpr Insets footerPadding = Insets::symmetric(12.0, 20.0);
+
+View caption(std::string text, TextColor color = TextColor::secondary) {
+    return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
+}
+
+View selectableCaption(std::string text) {
+    return view(
+        Text{.text = std::move(text), .font = Font::caption, .color = TextColor::secondary, .selectable = true});
+}
+
+View headline(std::string symbol, std::string symbolDescription, TextColor color, std::string text) {
+    return view(Label{.symbol = std::move(symbol),
+                      .symbolDescription = std::move(symbolDescription),
+                      .text = std::move(text),
+                      .font = Font::headline,
+                      .symbolColor = color,
+                      .selectable = true});
+}
+
+std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
+    std::string result;
+    for (const std::string& text : texts) {
+        result += result.empty() ? "" : separator;
+        result += text;
+    }
+    return result;
+}
+
+View errorBanner(const ConfigNotice::Error& error) {
+    std::vector<View> lines;
+    lines.push_back(headline("xmark.octagon", "Error", TextColor::red,
+                             "The daemon ignored the config file and is running on flags and defaults"));
+    lines.push_back(selectableCaption(error.message));
+    if (error.path) {
+        lines.push_back(selectableCaption(*error.path));
+    }
+    return viewOf(VStack{.spacing = bannerSpacing}, std::move(lines)).withId("config error");
+}
+
+View unknownKeysBanner(const std::vector<std::string>& keys) {
+    return view(
+               VStack{.spacing = bannerSpacing},
+               headline("exclamationmark.triangle", "Warning", TextColor::orange,
+                        "The config file has keys the daemon does not know: " + joined(keys, ", ") +
+                            ". They are kept as they are, and the daemon will reject the file until they are removed."))
+        .withId("unknown keys");
+}
+
+View loading(const std::vector<std::string>& waitingFor) {
+    View progress = view(ProgressView{.title = "Loading settings from the daemon"});
+    std::vector<View> lines;
+    lines.push_back(view(Spacer{}));
+    lines.push_back(std::move(progress));
+    for (const std::string& command : waitingFor) {
+        lines.push_back(selectableCaption("Waiting for: " + command));
+    }
+    lines.push_back(view(Spacer{}));
+    return viewOf(VStack{.alignment = HorizontalAlignment::center}, std::move(lines))
+        .withId("loading")
+        .fillingWidth()
+        .withPadding(screenPadding);
+}
+
+} // namespace
+
+SettingsViewState SettingsViewState::of(const SettingsModel& model, TimeZone timeZone) {
+    return {
+        .phase = model.phase(),
+        .form = model.form(),
+        .configPath = model.configPath(),
+        .configFileExists = model.configFileExists(),
+        .saveState = model.saveState(),
+        .generalErrors = model.generalErrors(),
+        .restartNeeded = model.restartNeeded(),
+        .configErrorNotice = model.configErrorNotice(),
+        .isDaemonInstalled = model.isDaemonInstalled(),
+        .canSave = model.canSave(),
+        .fileChangedOnDisk = model.fileChangedOnDisk(),
+        .waitingFor = model.waitingFor(),
+        .liveValue = [&model](const SettingField& field) { return model.liveValue(field); },
+        .timeZone = std::move(timeZone),
+    };
+}
+
+View SettingsView::body() const {
+    return view(VStack{.spacing = 0.0}, content(), view(Divider{}), footer());
+}
+
+View SettingsView::content() const {
+    if (const auto* reason = std::get_if<SettingsLoadFailure>(&state.phase)) {
+        return failure(*reason);
+    }
+    if (std::holds_alternative<SettingsModel::Loaded>(state.phase) && state.form != nullptr) {
+        return form();
+    }
+    return loading(state.waitingFor);
+}
+
+View SettingsView::failure(const SettingsLoadFailure& reason) const {
+    return view(ScrollView{.spacing = 12.0}, view(Spacer{}),
+                view(VStack{.spacing = 12.0, .alignment = HorizontalAlignment::center},
+                     view(Label{.symbol = "exclamationmark.triangle",
+                                .symbolDescription = "Error",
+                                .text = reason.title,
+                                .font = Font::headline,
+                                .symbolColor = TextColor::orange,
+                                .selectable = true}),
+                     view(Text{.text = reason.detail, .selectable = true}),
+                     view(Button{.title = "Try again", .onPress = actions.load}))
+                    .fillingWidth(),
+                view(Spacer{}))
+        .withId("failed")
+        .withPadding(screenPadding);
+}
+
+View SettingsView::form() const {
+    std::vector<View> sections;
+    if (auto rows = banners(); !rows.empty()) {
+        sections.push_back(viewOf(Section{}, std::move(rows)).withId("banners"));
+    }
+    std::map<std::string, std::size_t> seen; // names that the schema lists twice
+    for (const SettingsGroup& group : state.form->schema().groups) {
+        std::vector<View> rows;
+        for (const SettingField* field : state.form->fields(group)) {
+            rows.push_back(SettingRow{.field = *field,
+                                      .liveValue = state.liveValue ? state.liveValue(*field) : std::nullopt,
+                                      .actions = actions.row,
+                                      .listIds = listIds,
+                                      .ordinal = seen[field->name()]++}
+                               .body());
+        }
+        sections.push_back(viewOf(Section{.title = group.title}, std::move(rows)).withId("group " + group.id));
+    }
+    return viewOf(Form{}, std::move(sections)).withId("form");
+}
+
+// Banners
+
+std::vector<View> SettingsView::banners() const {
+    std::vector<View> rows;
+    if (state.fileChangedOnDisk) {
+        rows.push_back(changedFileBanner());
+    }
+    if (state.configErrorNotice) {
+        rows.push_back(errorBanner(*state.configErrorNotice));
+    }
+    if (state.restartNeeded) {
+        rows.push_back(restartBanner());
+    }
+    if (const auto keys = state.form->unknownKeys(); !keys.empty()) {
+        rows.push_back(unknownKeysBanner(keys));
+    }
+    return rows;
+}
+
+View SettingsView::restartBanner() const {
+    return view(HStack{},
+                headline("arrow.clockwise", "Restart needed", TextColor::orange,
+                         "The config file changed after the daemon read it. Restart the daemon to apply the change."),
+                view(Spacer{}),
+                view(Button{.title = "Restart daemon", .enabled = !isRestarting(), .onPress = actions.restart}))
+        .withId("restart needed");
+}
+
+View SettingsView::changedFileBanner() const {
+    return view(VStack{.spacing = bannerSpacing},
+                headline("arrow.triangle.2.circlepath", "Changed", TextColor::orange,
+                         "Another program has changed the config file since it was loaded."),
+                view(HStack{},
+                     caption("Reload drops your edits. Keep my edits loads the file and makes them again.")
+                         .fillingWidth(),
+                     view(Button{.title = "Reload", .onPress = actions.load}),
+                     view(Button{.title = "Keep my edits", .onPress = actions.keepEdits})))
+        .withId("file changed");
+}
+
+// Footer
+
+bool SettingsView::isRestarting() const {
+    return std::holds_alternative<SettingsModel::Restarting>(state.saveState);
+}
+
+std::string SettingsView::statusLine() const {
+    struct Line {
+        const SettingsViewState& state;
+
+        std::string operator()(const SettingsModel::Saved& saved) const {
+            return "Saved at " + Formatting::clock(saved.at, state.timeZone) + ". Restart the daemon to apply.";
+        }
+
+        std::string operator()(const SettingsModel::SaveFailed& failed) const { return failed.message; }
+
+        std::string operator()(const SettingsModel::Idle&) const {
+            if (state.restartNeeded) {
+                return "Restart the daemon to apply the saved settings.";
+            }
+            return state.isDaemonInstalled
+                       ? "Save validates the file through the daemon, then offers to restart it."
+                       : "Daemon not installed (run: ostrel install); a daemon started by hand reads the file on its "
+                         "next start.";
+        }
+
+        std::string operator()(const SettingsModel::Saving&) const { return "Validating with the daemon..."; }
+
+        std::string operator()(const SettingsModel::Restarting&) const { return "Restarting the daemon..."; }
+    };
+
+    return std::visit(Line{state}, state.saveState);
+}
+
+View SettingsView::footer() const {
+    std::vector<View> lines;
+    const std::string status = statusLine();
+    std::string help; // what two lines may not hold
+    if (!state.waitingFor.empty()) {
+        help = "Waiting for: " + joined(state.waitingFor, "\n");
+    } else if (std::holds_alternative<SettingsModel::SaveFailed>(state.saveState)) {
+        help = status;
+    }
+    lines.push_back(view(Text{.text = status,
+                              .font = Font::caption,
+                              .color = TextColor::secondary,
+                              .selectable = true,
+                              .lineLimit = 2})
+                        .withId("status")
+                        .withHelp(help));
+    lines.push_back(
+        selectableCaption(state.configFileExists
+                              ? "Editing " + state.configPath
+                              : "No config file yet; defaults shown. It will be written to " + state.configPath)
+            .withId("file"));
+    if (!state.generalErrors.empty()) {
+        std::vector<View> errors;
+        errors.reserve(state.generalErrors.size());
+        for (const std::string& error : state.generalErrors) {
+            errors.push_back(
+                view(Text{.text = error, .font = Font::caption, .color = TextColor::red, .selectable = true}));
+        }
+        // However many there are, the buttons stay within the window.
+        lines.push_back(
+            viewOf(ScrollView{.spacing = 2.0}, std::move(errors)).withId("errors").withMaxHeight(mostErrorsHeight));
+    }
+    lines.push_back(buttons());
+    return viewOf(VStack{.spacing = footerSpacing}, std::move(lines))
+        .withId("footer")
+        .fillingWidth()
+        .withPadding(footerPadding);
+}
+
+View SettingsView::buttons() const {
+    const bool isBusy = isRestarting() || std::holds_alternative<SettingsModel::Saving>(state.saveState);
+    return view(HStack{}, view(Spacer{}),
+                view(Button{.title = "Cancel", .shortcut = KeyShortcut::cancelAction, .onPress = actions.close}),
+                view(Button{.title = "Restart daemon",
+                            .enabled = state.isDaemonInstalled && !isBusy,
+                            .onPress = actions.restart})
+                    .withHelp(state.isDaemonInstalled
+                                  ? "Run launchctl kickstart on the daemon so it reads the config file again"
+                                  : "Daemon not installed (run: ostrel install)"),
+                view(Button{.title = "Save",
+                            .shortcut = KeyShortcut::commandS,
+                            .enabled = state.canSave,
+                            .onPress = actions.save})
+                    .withHelp("Validate through the daemon and write the config file (Cmd-S)"))
+        .withId("buttons")
+        .withPadding({.top = 8.0, .leading = 0.0, .bottom = 0.0, .trailing = 0.0});
+}
+
+} // namespace menubar

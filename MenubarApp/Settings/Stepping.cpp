@@ -1,0 +1,56 @@
+#include "MenubarApp/Settings/Stepping.h"
+
+#include "MenubarCore/JSON/JSONValue.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+
+namespace menubar {
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr std::size_t mostDigits = 14;
+
+std::size_t digitCount(std::string_view text) {
+    const std::size_t end = text.find_first_not_of("0123456789");
+    return end == std::string_view::npos ? text.size() : end;
+}
+
+} // namespace
+
+double steppedNumber(double value, const SettingSpec& spec, StepDirection direction) {
+    const bool isDuration = spec.control.kind() == SettingControl::Kind::duration;
+    const double min = isDuration ? std::max(0.0, spec.min.value_or(0.0)) : spec.min.value_or(-infinity);
+    const double max = std::max(min, spec.max.value_or(infinity));
+    switch (direction) {
+    case StepDirection::up: return std::max(value, std::clamp(value + SettingSpec::step, min, max));
+    case StepDirection::down: return std::min(value, std::clamp(value - SettingSpec::step, min, max));
+    }
+    return value;
+}
+
+std::optional<double> leadingNumber(std::string_view duration) {
+    const std::size_t digits = digitCount(duration);
+    std::int64_t number = 0;
+    if (digits == 0 || digits > mostDigits ||
+        std::from_chars(duration.data(), duration.data() + digits, number).ec != std::errc()) {
+        return std::nullopt;
+    }
+    return static_cast<double>(number);
+}
+
+std::optional<std::string> steppedDuration(std::string_view duration, const SettingSpec& spec,
+                                           StepDirection direction) {
+    const auto number = leadingNumber(duration);
+    if (!number) {
+        return std::nullopt;
+    }
+    std::string result = JSONValue::format(steppedNumber(*number, spec, direction));
+    result += duration.substr(digitCount(duration));
+    return result;
+}
+
+} // namespace menubar
