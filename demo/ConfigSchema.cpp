@@ -42,7 +42,7 @@ constexpr std::string_view document = R"json({
     "handoffs-kept": {"type": "integer", "default": 100, "minimum": 1},
     "notify": {"type": "boolean", "default": true},
     "notify-sound": {"type": "string", "default": "none"},
-    "quiet-hours": {"type": ["object", "null"], "default": null},
+    "quiet-hours": {"type": "object"},
     "log-level": {"type": "string", "default": "info", "enum": ["error", "warn", "info", "debug"]},
     "log-file": {"type": "string"},
     "event-history": {"type": "integer", "default": 20, "minimum": 1, "maximum": 1000}

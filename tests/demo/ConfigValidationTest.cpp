@@ -40,6 +40,12 @@ std::string issues(std::string_view document) {
 
 } // namespace
 
+TEST(DemoSchema, theAppUnderstandsTheDocument) {
+    const auto schema = SettingsSchema::decode(configSchemaDocument());
+    ASSERT_TRUE(schema) << describe(schema.error());
+    EXPECT_EQ(*schema, configSchema());
+}
+
 TEST(DemoSchema, hasEveryControlAndEveryHint) {
     const auto settings = configSchema().settings();
     EXPECT_GE(settings.size(), 30);
