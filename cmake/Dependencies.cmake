@@ -1,9 +1,20 @@
 # What docs/dependencies.md lists, as targets: menubar::simdjson, menubar::icu, menubar::plist.
 find_package(Threads REQUIRED)
 
-find_package(simdjson REQUIRED)
 add_library(menubar_simdjson INTERFACE)
-target_link_libraries(menubar_simdjson INTERFACE simdjson::simdjson)
+if(APPLE)
+  # The static library: programs that people get must not need Homebrew. It was built with threads.
+  find_library(SIMDJSON_LIBRARY NAMES libsimdjson.a HINTS /opt/homebrew/opt/simdjson/lib /usr/local/opt/simdjson/lib
+               REQUIRED)
+  find_path(SIMDJSON_INCLUDE_DIR simdjson.h HINTS /opt/homebrew/opt/simdjson/include /usr/local/opt/simdjson/include
+            REQUIRED)
+  target_include_directories(menubar_simdjson SYSTEM INTERFACE ${SIMDJSON_INCLUDE_DIR})
+  target_compile_definitions(menubar_simdjson INTERFACE SIMDJSON_THREADS_ENABLED=1)
+  target_link_libraries(menubar_simdjson INTERFACE ${SIMDJSON_LIBRARY})
+else()
+  find_package(simdjson REQUIRED)
+  target_link_libraries(menubar_simdjson INTERFACE simdjson::simdjson)
+endif()
 add_library(menubar::simdjson ALIAS menubar_simdjson)
 
 add_library(menubar_icu INTERFACE)
