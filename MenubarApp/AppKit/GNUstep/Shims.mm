@@ -30,6 +30,10 @@ NSApplicationActivationPolicy activationPolicy = NSApplicationActivationPolicyRe
     return weight > halfWay ? [NSFont boldSystemFontOfSize:size] : [NSFont systemFontOfSize:size];
 }
 
++ (NSFont*)monospacedSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight {
+    return [NSFont userFixedPitchFontOfSize:size];
+}
+
 @end
 
 @implementation NSImage (MenubarShim)

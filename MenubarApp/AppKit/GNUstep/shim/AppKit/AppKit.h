@@ -15,6 +15,12 @@ constexpr NSEventMask NSEventMaskAny = NSAnyEventMask;
 constexpr NSEventModifierFlags NSEventModifierFlagOption = NSAlternateKeyMask;
 constexpr NSEventModifierFlags NSEventModifierFlagCommand = NSCommandKeyMask;
 constexpr NSEventModifierFlags NSEventModifierFlagShift = NSShiftKeyMask;
+constexpr NSEventMask NSEventMaskLeftMouseDragged = NSLeftMouseDraggedMask;
+constexpr NSEventMask NSEventMaskLeftMouseUp = NSLeftMouseUpMask;
+constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
+constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
+constexpr NSProgressIndicatorStyle NSProgressIndicatorStyleSpinning = NSProgressIndicatorSpinningStyle;
+constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeSourceOver;
 
 @interface NSApplication (MenubarShim)
 /// There is no Dock: recorded, and nothing else.
@@ -22,7 +28,12 @@ constexpr NSEventModifierFlags NSEventModifierFlagShift = NSShiftKeyMask;
 - (NSApplicationActivationPolicy)activationPolicy;
 @end
 
+@interface NSColor (MenubarShim)
++ (NSColor*)separatorColor;
+@end
+
 @interface NSFont (MenubarShim)
++ (NSFont*)monospacedSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight;
 /// The system font in the nearest of its two weights; the digits of Debian's fonts are all of one width.
 + (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight;
 @end
@@ -37,6 +48,37 @@ constexpr NSEventModifierFlags NSEventModifierFlagShift = NSShiftKeyMask;
 - (NSString*)accessibilityDescription;
 - (BOOL)isTemplate;
 - (void)setTemplate:(BOOL)isTemplate;
+@end
+
+// Implemented for the views that NativeLook::newSymbolView() gives.
+@interface NSImageView (MenubarShim)
+- (NSColor*)contentTintColor;
+- (void)setContentTintColor:(NSColor*)color;
+@end
+
+/// How large a control wants to be, and where its text stands.
+@interface NSView (MenubarShim)
+- (NSSize)intrinsicContentSize;
+/// 0: nobody says.
+- (CGFloat)firstBaselineOffsetFromTop;
+/// The rectangles are the same but for labels, whose frame reaches beyond their text.
+- (NSRect)frameForAlignmentRect:(NSRect)rect;
+- (NSRect)alignmentRectForFrame:(NSRect)frame;
+- (NSTextInputContext*)inputContext;
+@end
+
+@interface NSTextField (MenubarShim)
+- (void)setPlaceholderString:(NSString*)text;
+- (void)setMaximumNumberOfLines:(NSInteger)lines;
+@end
+
+@interface NSCell (MenubarShim)
+- (void)setTruncatesLastVisibleLine:(BOOL)truncates;
+@end
+
+@interface NSTextView (MenubarShim)
+/// There is no coalescing to break.
+- (void)breakUndoCoalescing;
 @end
 
 @interface NSMenu (MenubarShim)

@@ -1,0 +1,68 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "MenubarApp/AppKit/Controls/ControlAdapter.h"
+#include "MenubarApp/AppKit/Controls/EventSink.h"
+#include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarApp/View/ViewHost.h"
+
+#include <functional>
+#include <memory>
+#include <unordered_map>
+
+/// What a window's controls lie in: y grows downwards, and whoever asked hears of every change of its size.
+@interface MenubarContentView : NSView {
+    std::function<void()> _onResize;
+}
+
+- (void)setOnResize:(std::function<void()>)onResize;
+
+@end
+
+namespace menubar {
+
+/// An empty content view, for a window to keep.
+[[nodiscard]] ObjCPointer<MenubarContentView> makeFlippedContentView();
+
+/// The controls of one window: an adapter for each, by its id. Main thread.
+///
+/// While it carries out a call it reports nothing, but for the text that `commitEditing` is there to report.
+class AppKitViewHost final : public ViewHost {
+  public:
+    /// `contentView` is flipped. A MenubarContentView tells of its resizing; any other view is taken to keep its size.
+    explicit AppKitViewHost(NSView* contentView);
+    /// The controls that are left go too, silently.
+    ~AppKitViewHost() override;
+
+    void setEvents(std::weak_ptr<ViewEvents> events) override;
+    void create(ControlId id, ControlId parent, const Control& control) override;
+    void update(ControlId id, const Control& now, const Control& before) override;
+    void place(ControlId id, const Rect& frame) override;
+    void setContentSize(ControlId scrollView, Size size) override;
+    void arrange(ControlId parent, std::span<const ControlId> order) override;
+    void setTabOrder(std::span<const ControlId> order) override;
+    void destroy(ControlId id) override;
+    void commitEditing() override;
+    void scrollToVisible(ControlId scrollView, const Rect& area) override;
+    [[nodiscard]] Measured measure(ControlId id, const Control& control, double width) override;
+
+    // For tests
+
+    /// The native control; nil when there is none of that id.
+    [[nodiscard]] NSView* nativeView(ControlId id) const;
+    /// The part of it that takes keys.
+    [[nodiscard]] NSView* keyView(ControlId id) const;
+
+  private:
+    [[nodiscard]] ControlAdapter* adapter(ControlId id) const;
+    /// The view that holds what lies inside a control, or in the window.
+    [[nodiscard]] NSView* contentOf(ControlId id) const;
+    void reportSize() const;
+
+    ObjCPointer<NSView> m_contentView;
+    std::shared_ptr<EventSink> m_sink = std::make_shared<EventSink>();
+    std::unordered_map<ControlId, std::unique_ptr<ControlAdapter>> m_adapters;
+};
+
+} // namespace menubar

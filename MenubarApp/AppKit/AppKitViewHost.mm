@@ -1,0 +1,251 @@
+#import "MenubarApp/AppKit/AppKitViewHost.h"
+
+#include "MenubarApp/AppKit/Controls/Look.h"
+#include "MenubarApp/AppKit/Conversions.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+@implementation MenubarContentView
+
+- (BOOL)isFlipped {
+    return YES;
+}
+
+- (void)setOnResize:(std::function<void()>)onResize {
+    _onResize = std::move(onResize);
+}
+
+- (void)setFrameSize:(NSSize)size {
+    const bool isNew = !NSEqualSizes(size, [self frame].size);
+    [super setFrameSize:size];
+    if (isNew && _onResize) {
+        const auto onResize = _onResize; // may be replaced in the course of the call
+        onResize();
+    }
+}
+
+@end
+
+namespace menubar {
+
+namespace {
+
+using Order = std::unordered_map<NSView*, std::size_t>;
+
+NSComparisonResult compare(id first, id second, void* context) {
+    const auto& order = *static_cast<const Order*>(context);
+    const auto rank = [&order](id view) {
+        const auto found = order.find(view);
+        return found == order.end() ? order.size() : found->second;
+    };
+    const std::size_t a = rank(first);
+    const std::size_t b = rank(second);
+    return a < b ? NSOrderedAscending : a > b ? NSOrderedDescending : NSOrderedSame;
+}
+
+NSRect toNSRect(const Rect& rect) {
+    return NSMakeRect(rect.x, rect.y, rect.width, rect.height);
+}
+
+struct MakeAdapter {
+    const Reporter& reporter;
+
+    AdapterPointer operator()(const ScrollView&) const { return makeScrollViewAdapter(); }
+    AdapterPointer operator()(const Box&) const { return makeBoxAdapter(); }
+    AdapterPointer operator()(const Text&) const { return makeTextAdapter(); }
+    AdapterPointer operator()(const Symbol&) const { return makeSymbolAdapter(); }
+    AdapterPointer operator()(const Divider&) const { return makeDividerAdapter(); }
+    AdapterPointer operator()(const Button&) const { return makeButtonAdapter(reporter); }
+    AdapterPointer operator()(const Toggle&) const { return makeToggleAdapter(reporter); }
+    AdapterPointer operator()(const Checkbox&) const { return makeCheckboxAdapter(reporter); }
+    AdapterPointer operator()(const TextField&) const { return makeTextFieldAdapter(reporter); }
+    AdapterPointer operator()(const TextEditor&) const { return makeTextEditorAdapter(reporter); }
+    AdapterPointer operator()(const Stepper&) const { return makeStepperAdapter(reporter); }
+    AdapterPointer operator()(const Picker&) const { return makePickerAdapter(reporter); }
+    AdapterPointer operator()(const Spinner&) const { return makeSpinnerAdapter(); }
+};
+
+/// The view of the window that keys go to: where the window's field editor does their work, the field that it edits.
+NSView* focusedView(NSWindow* window) {
+    id responder = [window firstResponder];
+    if ([responder isKindOfClass:[NSTextView class]] && [responder isFieldEditor]) {
+        responder = [responder delegate];
+    }
+    return [responder isKindOfClass:[NSView class]] ? responder : nil;
+}
+
+/// Whether keys go to the view or to something in it.
+bool hasFocus(NSView* view) {
+    return [focusedView([view window]) isDescendantOf:view];
+}
+
+void setHelp(NSView* view, const std::string& help) {
+    [view setToolTip:help.empty() ? nil : toNSString(help)];
+}
+
+} // namespace
+
+Measured ControlAdapter::measure(const Control::Content&, double) const {
+    return Look::naturalSize(view());
+}
+
+ObjCPointer<MenubarContentView> makeFlippedContentView() {
+    return ObjCPointer<MenubarContentView>::adopt([[MenubarContentView alloc] initWithFrame:NSZeroRect]);
+}
+
+AppKitViewHost::AppKitViewHost(NSView* contentView) : m_contentView(ObjCPointer<NSView>::retain(contentView)) {
+    if ([contentView isKindOfClass:[MenubarContentView class]]) {
+        [static_cast<MenubarContentView*>(contentView) setOnResize:[this] { reportSize(); }];
+    }
+}
+
+AppKitViewHost::~AppKitViewHost() {
+    const EventSink::Silence silence(m_sink);
+    if ([m_contentView.get() isKindOfClass:[MenubarContentView class]]) {
+        [static_cast<MenubarContentView*>(m_contentView.get()) setOnResize:{}];
+    }
+    if (hasFocus(m_contentView.get())) {
+        [[m_contentView.get() window] makeFirstResponder:nil];
+    }
+    for (const auto& [id, adapter] : m_adapters) {
+        adapter->disconnect();
+    }
+    NSArray* views = [NSArray arrayWithArray:[m_contentView.get() subviews]];
+    [views makeObjectsPerformSelector:@selector(removeFromSuperview)];
+}
+
+void AppKitViewHost::setEvents(std::weak_ptr<ViewEvents> events) {
+    m_sink->setEvents(std::move(events));
+    reportSize();
+}
+
+void AppKitViewHost::reportSize() const {
+    const NSSize size = [m_contentView.get() bounds].size;
+    const auto sink = m_sink;
+    sink->send([size](ViewEvents& events) { events.resized({.width = size.width, .height = size.height}); });
+}
+
+ControlAdapter* AppKitViewHost::adapter(ControlId id) const {
+    const auto found = m_adapters.find(id);
+    return found == m_adapters.end() ? nullptr : found->second.get();
+}
+
+NSView* AppKitViewHost::contentOf(ControlId id) const {
+    ControlAdapter* holder = adapter(id);
+    return holder == nullptr ? m_contentView.get() : holder->contentView();
+}
+
+NSView* AppKitViewHost::nativeView(ControlId id) const {
+    ControlAdapter* found = adapter(id);
+    return found == nullptr ? nullptr : found->view();
+}
+
+NSView* AppKitViewHost::keyView(ControlId id) const {
+    ControlAdapter* found = adapter(id);
+    return found == nullptr ? nullptr : found->keyView();
+}
+
+void AppKitViewHost::create(ControlId id, ControlId parent, const Control& control) {
+    const EventSink::Silence silence(m_sink);
+    const Reporter reporter{.id = id, .sink = m_sink};
+    AdapterPointer made = std::visit(MakeAdapter{reporter}, control.content);
+    made->show(control.content, nullptr);
+    if (!control.help.empty()) {
+        setHelp(made->view(), control.help);
+    }
+    if (control.accessibility != Accessibility{}) {
+        NativeLook::describe(made->keyView(), control.accessibility);
+    }
+    [contentOf(parent) addSubview:made->view()];
+    m_adapters[id] = std::move(made);
+}
+
+void AppKitViewHost::update(ControlId id, const Control& now, const Control& before) {
+    const EventSink::Silence silence(m_sink);
+    ControlAdapter* shown = adapter(id);
+    if (shown == nullptr) {
+        return;
+    }
+    shown->show(now.content, &before.content);
+    if (now.help != before.help) {
+        setHelp(shown->view(), now.help);
+    }
+    if (now.accessibility != before.accessibility) {
+        NativeLook::describe(shown->keyView(), now.accessibility);
+    }
+}
+
+void AppKitViewHost::place(ControlId id, const Rect& frame) {
+    const EventSink::Silence silence(m_sink);
+    NSView* view = nativeView(id);
+    [view setFrame:[view frameForAlignmentRect:toNSRect(frame)]];
+    [view setNeedsDisplay:YES];
+}
+
+void AppKitViewHost::setContentSize(ControlId scrollView, Size size) {
+    const EventSink::Silence silence(m_sink);
+    [contentOf(scrollView) setFrameSize:NSMakeSize(size.width, size.height)];
+}
+
+void AppKitViewHost::arrange(ControlId parent, std::span<const ControlId> order) {
+    const EventSink::Silence silence(m_sink);
+    Order ranks;
+    for (const ControlId id : order) {
+        ranks.emplace(nativeView(id), ranks.size());
+    }
+    // Sorted in their place: a view that is taken out and put back loses the focus.
+    [contentOf(parent) sortSubviewsUsingFunction:compare context:&ranks];
+}
+
+void AppKitViewHost::setTabOrder(std::span<const ControlId> order) {
+    const EventSink::Silence silence(m_sink);
+    std::vector<NSView*> views;
+    for (const ControlId id : order) {
+        if (NSView* view = keyView(id)) {
+            views.push_back(view);
+        }
+    }
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        [views[i] setNextKeyView:views[(i + 1) % views.size()]];
+    }
+    [[m_contentView.get() window] setInitialFirstResponder:views.empty() ? nil : views.front()];
+}
+
+void AppKitViewHost::destroy(ControlId id) {
+    const EventSink::Silence silence(m_sink);
+    const auto found = m_adapters.find(id);
+    if (found == m_adapters.end()) {
+        return;
+    }
+    const AdapterPointer gone = std::move(found->second);
+    m_adapters.erase(found);
+    gone->disconnect();
+    // Its own action may be on the stack.
+    NSView* view = [[gone->view() retain] autorelease];
+    if (hasFocus(view)) {
+        [[view window] makeFirstResponder:nullptr];
+    }
+    [view removeFromSuperview];
+}
+
+void AppKitViewHost::commitEditing() {
+    NSView* focused = focusedView([m_contentView.get() window]);
+    const auto found =
+        std::ranges::find_if(m_adapters, [focused](const auto& entry) { return entry.second->keyView() == focused; });
+    if (focused != nil && found != m_adapters.end()) {
+        found->second->commitEditing(); // may be the end of this object
+    }
+}
+
+void AppKitViewHost::scrollToVisible(ControlId scrollView, const Rect& area) {
+    [contentOf(scrollView) scrollRectToVisible:toNSRect(area)];
+}
+
+Measured AppKitViewHost::measure(ControlId id, const Control& control, double width) {
+    const ControlAdapter* shown = adapter(id);
+    return shown == nullptr ? Measured{} : shown->measure(control.content, width);
+}
+
+} // namespace menubar

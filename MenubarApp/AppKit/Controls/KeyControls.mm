@@ -1,0 +1,52 @@
+#import "MenubarApp/AppKit/Controls/KeyControls.h"
+
+namespace {
+
+/// Around a control that is scrolled to, so that it does not stick to the edge.
+constexpr CGFloat margin = 8.0;
+
+} // namespace
+
+void menubar::revealFocused(NSView* view) {
+    [view scrollRectToVisible:NSInsetRect([view bounds], -margin, -margin)];
+}
+
+@implementation MenubarButton
+
+- (BOOL)becomeFirstResponder {
+    const BOOL becomes = [super becomeFirstResponder];
+    menubar::revealFocused(self);
+    return becomes;
+}
+
+@end
+
+@implementation MenubarSwitch
+
+- (BOOL)becomeFirstResponder {
+    const BOOL becomes = [super becomeFirstResponder];
+    menubar::revealFocused(self);
+    return becomes;
+}
+
+@end
+
+@implementation MenubarStepper
+
+- (BOOL)becomeFirstResponder {
+    const BOOL becomes = [super becomeFirstResponder];
+    menubar::revealFocused(self);
+    return becomes;
+}
+
+@end
+
+@implementation MenubarPicker
+
+- (BOOL)becomeFirstResponder {
+    const BOOL becomes = [super becomeFirstResponder];
+    menubar::revealFocused(self);
+    return becomes;
+}
+
+@end
