@@ -229,6 +229,62 @@ void SettingsModel::applyLocks(const StatusFile* status) {
     m_hasChanged = m_hasChanged || lockedNames(*m_form) != before; // a flag may name no field
 }
 
+void SettingsModel::checkFile() {
+    if (!m_form || m_isSaving || m_isChecking) {
+        return;
+    }
+    m_isChecking = true;
+    m_ports.mainLoop.runInBackground([weak = weak_from_this(), generation = m_generation, saves = m_saves,
+                                      &files = m_ports.files, &mainLoop = m_ports.mainLoop, path = m_configPath] {
+        std::optional<std::string> content;
+        bool isKnown = true;
+        if (files.exists(path)) {
+            auto contents = files.contents(path);
+            isKnown = contents.has_value();
+            content = isKnown ? std::optional(*std::move(contents)) : std::nullopt;
+        }
+        mainLoop.post([weak, generation, saves, isKnown, content = std::move(content)]() mutable {
+            const auto self = weak.lock();
+            if (!self) {
+                return;
+            }
+            self->m_isChecking = false;
+            if (isKnown) { // what cannot be read now may be so the next time
+                self->finishCheck(generation, saves, std::move(content));
+            }
+        });
+    });
+}
+
+void SettingsModel::finishCheck(std::uint64_t generation, std::uint64_t saves, std::optional<std::string> content) {
+    if (generation != m_generation || saves != m_saves) {
+        return; // the file was read before the form or the file became what they are
+    }
+    const Change change(*this);
+    const bool isSame = content == m_fileContent;
+    assign(m_fileChangedOnDisk, !isSame && (m_form->isDirty() || !takeOver(content)));
+}
+
+/// Makes the form anew from the file. False, and nothing has changed, when the file is not what a form is made from:
+/// perhaps it is being written.
+bool SettingsModel::takeOver(const std::optional<std::string>& content) {
+    auto file = content ? SettingsForm::parseFile(*content) : JSONValue::Object{};
+    if (!file) {
+        return false;
+    }
+    m_form = SettingsForm(m_form->schema(), *std::move(file));
+    m_fileContent = content;
+    m_configFileExists = content.has_value();
+    m_hasChanged = true;
+    applyLocks(m_status ? &*m_status : nullptr);
+    // What the daemon said of the form before is not about this one.
+    assign(m_generalErrors, {});
+    if (std::holds_alternative<SaveFailed>(m_saveState)) {
+        assign<SaveState>(m_saveState, Idle{});
+    }
+    return true;
+}
+
 std::optional<std::string> SettingsModel::liveValue(const SettingField& field) const {
     if (!m_liveSettings) {
         return std::nullopt;
@@ -295,6 +351,7 @@ void SettingsModel::save(std::function<void(const SaveOutcome&)> completion) {
     assign(m_generalErrors, {});
     assign(m_fileChangedOnDisk, false);
     m_isSaving = true;
+    ++m_saves;
     m_savingDescription = m_command->describe({"config", "validate"});
     m_ports.mainLoop.runInBackground([weak = weak_from_this(), generation = m_generation, ports = m_ports,
                                       command = *m_command, form = std::make_shared<const SettingsForm>(*m_form),

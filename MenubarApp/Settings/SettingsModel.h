@@ -103,6 +103,11 @@ public:
     /// Tells what a poll found; `status` is null when no file is loaded. Edits are not disturbed.
     void update(const StatusFile* status, const DaemonState& state);
 
+    /// Looks, in the background, whether the config file still is what was loaded. If it is not, a form without unsaved
+    /// edits quietly becomes what the file says now, and any other is told of by `fileChangedOnDisk`. For an owner that
+    /// shows the form, from time to time.
+    void checkFile();
+
     /// Changes the form, where there is one; the "saved" mark goes.
     void edit(const std::function<void(SettingsForm&)>& change);
 
@@ -151,8 +156,9 @@ public:
     /// Whether the launch agent's property list exists.
     [[nodiscard]] bool isDaemonInstalled() const { return m_isDaemonInstalled; }
 
-    /// The last save was refused because another program has changed the file since it was loaded. Nothing is lost:
-    /// the file and the edits are both as they were. `load` takes the file, `reloadKeepingEdits` brings both together.
+    /// Another program has changed the file since it was loaded: `checkFile` saw it, or the last save was refused for
+    /// it. Nothing is lost: the file and the edits are both as they were. `load` takes the file, `reloadKeepingEdits`
+    /// brings both together.
     [[nodiscard]] bool fileChangedOnDisk() const { return m_fileChangedOnDisk; }
 
     /// The command lines that have been started and have not ended: what loading and saving wait for.
@@ -184,6 +190,8 @@ private:
     [[nodiscard]] std::vector<Edit> unsavedEdits() const;
     void makeAgain(const std::vector<Edit>& edits);
     void applyLocks(const StatusFile* status);
+    void finishCheck(std::uint64_t generation, std::uint64_t saves, std::optional<std::string> content);
+    [[nodiscard]] bool takeOver(const std::optional<std::string>& content);
     void finishSave(const SettingsForm& written, std::uint64_t generation, const SaveReport& report);
     void apply(const SaveOutcome::InvalidLocally& outcome, const std::string& path, const SettingsForm* written);
     void apply(const SaveOutcome::Rejected& outcome, const std::string& path, const SettingsForm* written);
@@ -218,7 +226,9 @@ private:
     std::uint64_t m_generation = 0; ///< of the form: each load begins a new one
     bool m_isLoading = false;       ///< the schema command has not ended
     std::string m_savingDescription;
-    bool m_isSaving = false; ///< the save pipeline has not ended, whatever `saveState` says since
+    bool m_isSaving = false;   ///< the save pipeline has not ended, whatever `saveState` says since
+    std::uint64_t m_saves = 0; ///< begun so far
+    bool m_isChecking = false;
 
     int m_changeDepth = 0;
     bool m_hasChanged = false;

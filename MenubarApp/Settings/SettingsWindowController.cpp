@@ -111,6 +111,9 @@ SettingsViewActions SettingsWindowController::makeActions() {
 
 void SettingsWindowController::update(const StatusFile* status, const DaemonState& state) {
     m_model->update(status, state);
+    if (m_window) {
+        m_model->checkFile();
+    }
 }
 
 void SettingsWindowController::windowWillClose() {
