@@ -37,6 +37,9 @@ constexpr std::array commands{
     CommandSpec{.command = Command::daemonStart, .first = "daemon", .second = "start"},
     CommandSpec{.command = Command::daemonStop, .first = "daemon", .second = "stop"},
     CommandSpec{.command = Command::daemonRestart, .first = "daemon", .second = "restart"},
+    CommandSpec{.command = Command::loginOn, .first = "login", .second = "on"},
+    CommandSpec{.command = Command::loginOff, .first = "login", .second = "off"},
+    CommandSpec{.command = Command::loginStatus, .first = "login", .second = "status"},
 };
 
 std::unexpected<UsageError> wrong(const std::string& message) {
@@ -214,6 +217,9 @@ std::string_view words(Command command) {
     case Command::daemonStart: return "daemon start";
     case Command::daemonStop: return "daemon stop";
     case Command::daemonRestart: return "daemon restart";
+    case Command::loginOn: return "login on";
+    case Command::loginOff: return "login off";
+    case Command::loginStatus: return "login status";
     }
     return "";
 }
@@ -231,6 +237,7 @@ std::string_view usageText() {
            "       ostrel-menubarctl settings reset NAME [OPTIONS]\n"
            "       ostrel-menubarctl focus NAME [OPTIONS]\n"
            "       ostrel-menubarctl daemon start|stop|restart\n"
+           "       ostrel-menubarctl login on|off|status\n"
            "       ostrel-menubarctl --help | --version\n";
 }
 
@@ -250,6 +257,8 @@ std::string helpText() {
            "  focus              bring a session's terminal forward; NAME is its session id, short id or\n"
            "                     display name\n"
            "  daemon             start, stop or restart the daemon\n"
+           "  login              start the app at login, or no longer, or tell whether it does; macOS only,\n"
+           "                     and only for the program in the app's bundle or a link to it\n"
            "\n"
            "Options:\n"
            "  --json             print one JSON document instead of text for people\n"

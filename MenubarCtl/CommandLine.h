@@ -26,6 +26,9 @@ enum class Command {
     daemonStart,
     daemonStop,
     daemonRestart,
+    loginOn,
+    loginOff,
+    loginStatus,
 };
 
 /// The words that ask for it, "settings list"; "--help" and "--version" for those two.

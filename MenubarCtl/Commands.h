@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Platform/LoginItem.h"
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCtl/Context.h"
 
@@ -35,6 +36,9 @@ enum class ExitStatus : int {
 
 /// Lists, reads or changes the daemon's settings; what is changed is validated by the daemon before it is written.
 [[nodiscard]] ExitStatus runSettings(const Context& context, const CommandContext& commands);
+
+/// Makes the app start at login or not, or tells whether it does.
+[[nodiscard]] ExitStatus runLogin(const Context& context, LoginItem& item);
 
 /// Writes to standard output.
 [[nodiscard]] ExitStatus print(std::string_view bytes);

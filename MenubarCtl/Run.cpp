@@ -4,6 +4,7 @@
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
+#include "MenubarCtl/SystemLoginItem.h"
 #include "MenubarCtl/Terminal.h"
 
 #include <csignal>
@@ -33,6 +34,11 @@ CommandContext commandContext(const Context& context, const SystemTools& tools) 
     return commands;
 }
 
+ExitStatus loginItemCommand(const Context& context) {
+    const auto item = systemLoginItem();
+    return item ? runLogin(context, **item) : fail(item.error().message);
+}
+
 ExitStatus perform(CommandLine line, const Environment& environment, const SystemTools& tools) {
     if (line.command == Command::help) {
         return print(helpText());
@@ -57,6 +63,9 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     case Command::daemonStart:
     case Command::daemonStop:
     case Command::daemonRestart: return runDaemon(context, commandContext(context, tools));
+    case Command::loginOn:
+    case Command::loginOff:
+    case Command::loginStatus: return loginItemCommand(context);
     }
     return ExitStatus::failed;
 }

@@ -164,7 +164,10 @@ ExitStatus runSettings(const Context& context, const CommandContext& commands) {
     case Command::focus:
     case Command::daemonStart:
     case Command::daemonStop:
-    case Command::daemonRestart: break;
+    case Command::daemonRestart:
+    case Command::loginOn:
+    case Command::loginOff:
+    case Command::loginStatus: break;
     }
     return settings.list();
 }

@@ -63,7 +63,10 @@ INSTANTIATE_TEST_SUITE_P(
                     CommandCase{"focus", {"focus", "api"}, Command::focus},
                     CommandCase{"daemonStart", {"daemon", "start"}, Command::daemonStart},
                     CommandCase{"daemonStop", {"daemon", "stop"}, Command::daemonStop},
-                    CommandCase{"daemonRestart", {"daemon", "restart"}, Command::daemonRestart}),
+                    CommandCase{"daemonRestart", {"daemon", "restart"}, Command::daemonRestart},
+                    CommandCase{"loginOn", {"login", "on"}, Command::loginOn},
+                    CommandCase{"loginOff", {"login", "off"}, Command::loginOff},
+                    CommandCase{"loginStatus", {"login", "status"}, Command::loginStatus}),
     [](const auto& info) { return info.param.name; });
 
 TEST_P(WrongCommandLine, isRefusedWithALineThatSaysWhy) {
@@ -78,6 +81,9 @@ INSTANTIATE_TEST_SUITE_P(
         WrongCase{"emptyCommand", {""}, "unknown command \"\""},
         WrongCase{"dashCommand", {"-"}, "unknown command \"-\""},
         WrongCase{"groupAlone", {"settings"}, "settings needs to be told what to do"},
+        WrongCase{"loginAlone", {"login"}, "login needs to be told what to do"},
+        WrongCase{"loginUnknown", {"login", "true"}, "unknown command \"login true\""},
+        WrongCase{"loginWithJSON", {"login", "status", "--json"}, "login status does not take --json"},
         WrongCase{"unknownOfGroup", {"daemon", "kick"}, "unknown command \"daemon kick\""},
         WrongCase{"unknownOption", {"status", "--jsno"}, "unknown option \"--jsno\""},
         WrongCase{"shortOption", {"status", "-j"}, "unknown option \"-j\""},

@@ -52,6 +52,19 @@ TEST(Menubarctl, aWrongCommandLineGetsTheUsageAndStatusTwo) {
     }
 }
 
+TEST(Menubarctl, startingAtLoginIsRefusedWhereTheProgramIsInNoApp) {
+    for (const char* what : {"on", "off", "status"}) {
+        const auto result = runWith({"login", what});
+        EXPECT_EQ(result.status, 1) << what;
+        EXPECT_EQ(result.output, "");
+#if defined(__APPLE__)
+        EXPECT_THAT(result.errors, StartsWith("ostrel-menubarctl: this program does not run from the app"));
+#else
+        EXPECT_EQ(result.errors, "ostrel-menubarctl: only macOS can start the app at login\n");
+#endif
+    }
+}
+
 TEST(Menubarctl, diagnosticLinesAppearOnlyWhenAskedFor) {
     const ScratchHome home;
     EXPECT_EQ(home.atFixedTime({"status"}).errors, "");

@@ -1,0 +1,9 @@
+#include "MenubarCtl/SystemLoginItem.h"
+
+namespace menubar::ctl {
+
+std::expected<std::unique_ptr<LoginItem>, LoginItemError> systemLoginItem() {
+    return std::unexpected(LoginItemError{"only macOS can start the app at login"});
+}
+
+} // namespace menubar::ctl
