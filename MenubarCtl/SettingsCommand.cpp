@@ -65,6 +65,10 @@ public:
         if (field == nullptr) {
             return unknownName();
         }
+        if (field->unreadableFileValue) {
+            // The field's value is the default then, which is neither what the file holds nor what the daemon uses.
+            return failWith(field->name() + ": " + field->error.value_or("") + "\n");
+        }
         return print(shownAt(STDOUT_FILENO, valueText(*field)));
     }
 

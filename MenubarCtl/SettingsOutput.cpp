@@ -187,7 +187,7 @@ std::string failureText(const std::string& message, const SaveOutcome& outcome) 
     const auto* rejected = std::get_if<SaveOutcome::Rejected>(&outcome.storage());
     if (local != nullptr || rejected != nullptr) {
         for (const auto& [name, problem] : local != nullptr ? local->errors : rejected->fields) {
-            lines += name + ": " + problem + "\n";
+            lines.append(name).append(": ").append(problem).append("\n");
         }
     }
     if (rejected != nullptr) {

@@ -68,7 +68,8 @@ int writeNewFile(const std::string& path, std::string_view bytes) {
     if (!file.isOpen()) {
         return errno;
     }
-    int error = writeAll(file.get(), bytes);
+    // A umask may have withheld even what its owner needs.
+    int error = ::fchmod(file.get(), ownerOnly) == 0 ? writeAll(file.get(), bytes) : errno;
     if (error == 0) {
         // What a file system would say only when the file is closed, it says here.
         error = flushToDisk(file.get());

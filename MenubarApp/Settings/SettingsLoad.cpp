@@ -19,36 +19,32 @@ SettingsLoadFailure commandNotFound() {
                       std::string(LaunchAgentCommand::environmentKey) + " to the executable."};
 }
 
-std::expected<LoadedSettings, SettingsLoadFailure> loadSettings(const LaunchAgentCommand& command,
-                                                                const CommandResult& schema,
-                                                                const std::string& configPath,
-                                                                const FileManager& files) {
+LoadReport loadSettings(const LaunchAgentCommand& command, const CommandResult& schema, const std::string& configPath,
+                        const FileManager& files) {
     const std::string description = command.describe({"config", "schema"});
     if (schema.status != 0) {
-        return failure("Could not load the settings schema", description,
-                       schema.stderr_.empty() ? "exit status " + std::to_string(schema.status) : schema.stderr_);
+        return {failure("Could not load the settings schema", description,
+                        schema.stderr_.empty() ? "exit status " + std::to_string(schema.status) : schema.stderr_)};
     }
     auto decoded = SettingsSchema::decode(schema.stdout_);
     if (!decoded) {
-        return failure("The settings schema could not be read", description, describe(decoded.error()));
+        return {failure("The settings schema could not be read", description, describe(decoded.error()))};
     }
-    JSONValue::Object object;
-    std::optional<std::string> content;
-    if (files.exists(configPath)) {
-        constexpr const char* title = "The config file could not be read";
-        auto contents = files.contents(configPath);
-        if (!contents) {
-            return failure(title, configPath, contents.error().message);
-        }
-        auto parsed = SettingsForm::parseFile(*contents);
-        if (!parsed) {
-            return failure(title, configPath, describe(parsed.error()));
-        }
-        object = *std::move(parsed);
-        content = *std::move(contents);
+    if (!files.exists(configPath)) {
+        return {LoadedSettings{.form = SettingsForm(*std::move(decoded), {}), .fileContent = {}}, false};
     }
-    return LoadedSettings{.form = SettingsForm(*std::move(decoded), std::move(object)),
-                          .fileContent = std::move(content)};
+    constexpr const char* title = "The config file could not be read";
+    auto contents = files.contents(configPath);
+    if (!contents) {
+        return {failure(title, configPath, contents.error().message), true};
+    }
+    auto parsed = SettingsForm::parseFile(*contents);
+    if (!parsed) {
+        return {failure(title, configPath, describe(parsed.error())), true};
+    }
+    return {LoadedSettings{.form = SettingsForm(*std::move(decoded), *std::move(parsed)),
+                           .fileContent = *std::move(contents)},
+            true};
 }
 
 } // namespace menubar

@@ -25,13 +25,17 @@ struct LoadedSettings {
     std::optional<std::string> fileContent; ///< what the form was read from; nothing when there is no file
 };
 
+/// How a load ended.
+struct LoadReport {
+    std::expected<LoadedSettings, SettingsLoadFailure> settings;
+    std::optional<bool> configFileExists{}; ///< nothing where it failed before it came to the file
+};
+
 /// No daemon command line was found.
 [[nodiscard]] SettingsLoadFailure commandNotFound();
 
 /// Makes sense of what `config schema` printed, then reads the config file. Blocks; any thread.
-[[nodiscard]] std::expected<LoadedSettings, SettingsLoadFailure> loadSettings(const LaunchAgentCommand& command,
-                                                                              const CommandResult& schema,
-                                                                              const std::string& configPath,
-                                                                              const FileManager& files);
+[[nodiscard]] LoadReport loadSettings(const LaunchAgentCommand& command, const CommandResult& schema,
+                                      const std::string& configPath, const FileManager& files);
 
 } // namespace menubar

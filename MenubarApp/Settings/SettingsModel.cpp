@@ -137,10 +137,10 @@ void SettingsModel::startLoading() {
     m_ports.mainLoop.runInBackground(
         [weak = weak_from_this(), generation, ports = m_ports, command = *m_command, path = m_configPath] {
             const CommandResult schema = ports.run(command.executable, command.arguments(schemaArguments));
-            auto result = loadSettings(command, schema, path, ports.files);
-            ports.mainLoop.post([weak, generation, result = std::move(result)]() mutable {
+            auto report = loadSettings(command, schema, path, ports.files);
+            ports.mainLoop.post([weak, generation, report = std::move(report)]() mutable {
                 if (const auto self = weak.lock()) {
-                    self->finishLoad(generation, std::move(result));
+                    self->finishLoad(generation, std::move(report));
                 }
             });
         });
@@ -154,20 +154,20 @@ std::optional<LaunchAgentCommand> SettingsModel::resolveCommand() const {
     return LaunchAgentCommand::resolve(m_environment, m_home, m_plistPath, readFile, m_ports.isExecutable);
 }
 
-void SettingsModel::finishLoad(std::uint64_t generation, std::expected<LoadedSettings, SettingsLoadFailure> result) {
+void SettingsModel::finishLoad(std::uint64_t generation, LoadReport report) {
     if (generation != m_generation) {
         return; // another load has begun since
     }
     const Change change(*this);
     m_isLoading = false;
     m_hasChanged = true;
-    if (!result) {
-        m_phase = std::move(result.error());
+    m_configFileExists = report.configFileExists.value_or(m_configFileExists);
+    if (!report.settings) {
+        m_phase = std::move(report.settings.error());
         return;
     }
-    m_configFileExists = result->fileContent.has_value();
-    m_fileContent = std::move(result->fileContent);
-    m_form = std::move(result->form);
+    m_fileContent = std::move(report.settings->fileContent);
+    m_form = std::move(report.settings->form);
     makeAgain(std::exchange(m_editsToMakeAgain, {}));
     applyLocks(m_status ? &*m_status : nullptr);
     m_phase = Loaded{};

@@ -186,7 +186,7 @@ private:
     void assign(T& member, T value);
     [[nodiscard]] std::optional<LaunchAgentCommand> resolveCommand() const;
     void startLoading();
-    void finishLoad(std::uint64_t generation, std::expected<LoadedSettings, SettingsLoadFailure> result);
+    void finishLoad(std::uint64_t generation, LoadReport report);
     [[nodiscard]] std::vector<Edit> unsavedEdits() const;
     void makeAgain(const std::vector<Edit>& edits);
     void applyLocks(const StatusFile* status);

@@ -100,15 +100,15 @@ std::string failureOf(const Saving& saving) {
     return failed == nullptr ? describe(saving.outcome) : failed->message;
 }
 
-/// Every mode that is asked for is given.
-class PermissiveUmask {
+/// While it exists, new files are not given these bits of the mode that is asked for.
+class Umask {
 public:
-    PermissiveUmask() : m_before(::umask(0)) {}
+    explicit Umask(mode_t withheld) : m_before(::umask(withheld)) {}
 
-    PermissiveUmask(const PermissiveUmask&) = delete;
-    PermissiveUmask& operator=(const PermissiveUmask&) = delete;
+    Umask(const Umask&) = delete;
+    Umask& operator=(const Umask&) = delete;
 
-    ~PermissiveUmask() { ::umask(m_before); }
+    ~Umask() { ::umask(m_before); }
 
 private:
     mode_t m_before;
@@ -117,14 +117,16 @@ private:
 } // namespace
 
 TEST(SaveFiles, aNewFileIsItsOwnersAlone) {
-    const TemporaryDirectory directory;
-    const PermissiveUmask umask;
-    const Saving saving = save(directory / "config.json", std::nullopt);
-    EXPECT_EQ(saving.outcome, SaveOutcome::Saved{});
-    EXPECT_EQ(saving.placed, newBytes);
-    EXPECT_EQ(read(directory / "config.json"), newBytes);
-    EXPECT_EQ(modeOf(directory / "config.json"), 0600);
-    EXPECT_EQ(listing(directory.path()), "config.json");
+    for (const mode_t withheld : {0U, 022U, 0777U}) {
+        const TemporaryDirectory directory;
+        const Umask umask(withheld);
+        const Saving saving = save(directory / "config.json", std::nullopt);
+        EXPECT_EQ(saving.outcome, SaveOutcome::Saved{});
+        EXPECT_EQ(saving.placed, newBytes);
+        EXPECT_EQ(read(directory / "config.json"), newBytes);
+        EXPECT_EQ(modeOf(directory / "config.json"), 0600) << withheld;
+        EXPECT_EQ(listing(directory.path()), "config.json");
+    }
 }
 
 TEST(SaveFiles, missingDirectoriesAreCreated) {
@@ -143,7 +145,7 @@ TEST(SaveFiles, aDirectoryThatCannotBeCreatedIsNamed) {
 
 TEST(SaveFiles, theCandidateIsWholeAndItsOwnersAloneWhileItIsValidated) {
     const TemporaryDirectory directory;
-    const PermissiveUmask umask;
+    const Umask umask(0);
     const std::string path = directory.write("config.json", "old");
     ::chmod(path.c_str(), 0644);
     bool validated = false;

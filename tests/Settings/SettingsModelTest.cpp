@@ -151,6 +151,7 @@ TEST(SettingsModel, aSchemaCommandThatFailsIsShownWithWhatItSaid) {
     harness.mainLoop.drain();
     EXPECT_EQ(harness.loadFailure(), "Could not load the settings schema\n/opt/ostrel config schema\nexit status 2");
     EXPECT_EQ(harness.model->form(), nullptr);
+    EXPECT_FALSE(harness.model->configFileExists()) << "nobody has looked";
 }
 
 TEST(SettingsModel, aSchemaThatCannotBeReadIsShownWithTheReason) {
@@ -175,6 +176,7 @@ TEST(SettingsModel, aConfigFileThatCannotBeReadIsShownWithItsPath) {
         harness.load();
         EXPECT_THAT(harness.loadFailure(),
                     StartsWith("The config file could not be read\n" + harness.configPath() + "\n" + each.reason));
+        EXPECT_TRUE(harness.model->configFileExists());
         EXPECT_EQ(harness.config(), each.bytes);
     }
 }

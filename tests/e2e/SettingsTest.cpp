@@ -219,6 +219,11 @@ TEST_F(SettingsTest, gettingPrintsWhatSettingTakes) {
     }
 }
 
+TEST_F(SettingsTest, aValueThatWasNotUnderstoodIsNoAnswer) {
+    writeConfig(R"({"dry-run":1})");
+    EXPECT_EQ(complaintOf({"get", "dry-run"}), "dry-run: The file holds 1, which is not a boolean\n");
+}
+
 TEST_F(SettingsTest, aNameThatIsNoSettingIsNamed) {
     for (const char* command : {"get", "set", "reset"}) {
         EXPECT_EQ(complaintOf({command, "warn"}), "warn: no such setting\n") << command;
@@ -438,6 +443,15 @@ TEST_F(SettingsTest, fiveThousandSettingsAreListed) {
     home.write("schema.json", schema + "]}]}");
     const JSONValue all = document();
     EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 5000);
+}
+
+TEST_F(SettingsTest, aNameThatIsListedTwiceIsEditedWhereItComesFirst) {
+    useDaemon(R"(echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"text"}]},
+        {"id":"h","settings":[{"name":"a","control":"path"}]}]}')",
+              R"(echo '{"ok":true}')");
+    expectSaved({"set", "a", "x"}, "{\n  \"a\" : \"x\"\n}\n");
+    const JSONValue all = document();
+    EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 2);
 }
 
 TEST_F(SettingsTest, aConfigFileThatCannotBeReadIsNamed) {

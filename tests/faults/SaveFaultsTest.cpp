@@ -61,7 +61,8 @@ public:
         fs::create_directory(m_directory / "real");
         m_directory.write("real/config.json", oldBytes);
         ::chmod(target().c_str(), oldMode);
-        ::setxattr(target().c_str(), "user.note", "mine", 4, 0); // not every file system has them
+        // Not every file system has them.
+        m_hasNote = ::setxattr(target().c_str(), "user.note", "mine", 4, 0) == 0;
         fs::create_symlink("real/config.json", path());
         m_directory.write("real/config.json.2147483646.tmp", "half");
     }
@@ -89,6 +90,11 @@ public:
         EXPECT_TRUE(now == oldBytes || now == newBytes) << when << ": " << now.size() << " bytes";
         EXPECT_EQ(modeOf(target()), oldMode) << when;
         EXPECT_TRUE(fs::is_symlink(path())) << when;
+        if (m_hasNote) {
+            char note[8] = {};
+            EXPECT_EQ(::getxattr(target().c_str(), "user.note", note, sizeof note), 4) << when;
+            EXPECT_STREQ(note, "mine") << when;
+        }
     }
 
     [[nodiscard]] bool isNew() const { return read(target()) == newBytes; }
@@ -104,6 +110,7 @@ public:
 
 private:
     TemporaryDirectory m_directory;
+    bool m_hasNote = false;
 };
 
 /// While it exists temporary directories lie in memory, where waiting for the disk costs nothing.
@@ -152,13 +159,16 @@ TEST(SaveFaults, aSaveMakesTheCallsThatThisTestMeansToBreak) {
     }
     EXPECT_EQ(std::ranges::count(calls, "fsync"), 3) << "the data, the attributes, the directory";
     const auto rename = std::ranges::find(calls, "rename");
+    EXPECT_EQ(std::count(calls.begin(), rename, "fsync"), 2);
+    const auto write = std::ranges::find(calls, "write");
+    EXPECT_EQ(*(write + 1), "fsync") << "nothing depends on bytes that are not on the disk";
     EXPECT_EQ(*(rename + 1), "open");
     EXPECT_EQ(*(rename + 2), "fsync") << "the directory is flushed after the rename";
 }
 
 TEST(SaveFaults, whicheverCallFailsTheFileIsTheOldOneOrTheNewOneAndTheOutcomeSaysWhich) {
     const auto calls = callsOfOneSave();
-    for (const int error : {EIO, ENOSPC, EACCES, ENOENT}) {
+    for (const int error : {EIO, ENOSPC, EACCES, ENOENT, EINTR}) {
         for (std::size_t index = 0; index < calls.size(); ++index) {
             const std::string when =
                 calls[index] + " at " + std::to_string(index) + " fails with " + std::to_string(error);
