@@ -14,6 +14,7 @@
 /// What a window's controls lie in: y grows downwards, and whoever asked hears of every change of its size.
 @interface MenubarContentView : NSView {
     std::function<void()> _onResize;
+    NSSize _knownSize;
 }
 
 - (void)setOnResize:(std::function<void()>)onResize;

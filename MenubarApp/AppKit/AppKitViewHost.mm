@@ -17,10 +17,24 @@
     _onResize = std::move(onResize);
 }
 
+// AppKit's setFrame: ends in setFrameSize:, GNUstep's does not.
+- (void)setFrame:(NSRect)frame {
+    [super setFrame:frame];
+    [self noteSize];
+}
+
 - (void)setFrameSize:(NSSize)size {
-    const bool isNew = !NSEqualSizes(size, [self frame].size);
     [super setFrameSize:size];
-    if (isNew && _onResize) {
+    [self noteSize];
+}
+
+- (void)noteSize {
+    const NSSize size = [self frame].size;
+    if (NSEqualSizes(size, _knownSize)) {
+        return;
+    }
+    _knownSize = size;
+    if (_onResize) {
         const auto onResize = _onResize; // may be replaced in the course of the call
         onResize();
     }

@@ -44,11 +44,12 @@ void NativeLook::dressPicker(NSPopUpButton* picker) {
     [[picker cell] setLineBreakMode:NSLineBreakByTruncatingTail];
 }
 
-void NativeLook::dressEditor(NSScrollView* scrollView, NSTextView* text) {
+NSScrollView* NativeLook::newEditorScrollView(NSTextView* text) {
+    NSScrollView* scrollView = [[NSScrollView alloc] initWithFrame:[text frame]];
     [scrollView setBorderType:NSBezelBorder];
     [scrollView setFocusRingType:NSFocusRingTypeExterior];
     [text setTextContainerInset:NSMakeSize(0.0, 4.0)];
-    [text setUsesFindBar:NO];
+    return scrollView;
 }
 
 NSScrollView* NativeLook::newScrollView() {

@@ -39,11 +39,11 @@ void dressField(NSTextField* field);
 void dressButton(NSButton* button, ButtonStyle style);
 void dressCheckbox(NSButton* checkbox);
 void dressPicker(NSPopUpButton* picker);
-/// A scroll view around an editable text view.
-void dressEditor(NSScrollView* scrollView, NSTextView* text);
-
 /// A scroll view whose scroller lies over its content, which is as wide as the scroll view.
 [[nodiscard]] NSScrollView* newScrollView() NS_RETURNS_RETAINED;
+
+/// A bordered scroll view for `text`, which is not yet in it.
+[[nodiscard]] NSScrollView* newEditorScrollView(NSTextView* text) NS_RETURNS_RETAINED;
 
 /// A view that shows an image in its `contentTintColor`.
 [[nodiscard]] NSImageView* newSymbolView() NS_RETURNS_RETAINED;

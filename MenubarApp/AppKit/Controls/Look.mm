@@ -57,7 +57,7 @@ NSColor* Look::color(TextColor color) {
 }
 
 double Look::centeredBaseline(double height, NSFont* font) {
-    return std::round((height + [font capHeight]) / 2.0);
+    return std::round((height + [font ascender] + [font descender]) / 2.0);
 }
 
 Measured Look::naturalSize(NSView* view) {

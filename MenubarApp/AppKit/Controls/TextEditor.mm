@@ -78,18 +78,7 @@ constexpr CGFloat unlimited = 1e7;
 class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
   public:
     explicit TextEditorAdapter(const Reporter& reporter)
-        : AdapterFor([[NSScrollView alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)]),
-          m_text(ObjCPointer<MenubarTextEditor>::adopt(
-              [[MenubarTextEditor alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)])),
-          m_session(std::make_shared<TextSession>(reporter)) {
-        setUpText();
-        [native() setHasVerticalScroller:YES];
-        [native() setHasHorizontalScroller:NO];
-        [native() setAutohidesScrollers:YES];
-        NativeLook::dressEditor(native(), m_text.get());
-        [native() setDocumentView:m_text.get()];
-        [m_text.get() setSession:m_session];
-    }
+        : TextEditorAdapter(reporter, [[MenubarTextEditor alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)]) {}
 
     [[nodiscard]] NSView* keyView() const override { return m_text.get(); }
 
@@ -120,6 +109,18 @@ class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
     }
 
   private:
+    /// Takes over the caller's reference to `text`.
+    TextEditorAdapter(const Reporter& reporter, MenubarTextEditor* text)
+        : AdapterFor(NativeLook::newEditorScrollView(text)), m_text(ObjCPointer<MenubarTextEditor>::adopt(text)),
+          m_session(std::make_shared<TextSession>(reporter)) {
+        setUpText();
+        [native() setHasVerticalScroller:YES];
+        [native() setHasHorizontalScroller:NO];
+        [native() setAutohidesScrollers:YES];
+        [native() setDocumentView:text];
+        [text setSession:m_session];
+    }
+
     void setUpText() {
         MenubarTextEditor* text = m_text.get();
         [text setRichText:NO];

@@ -1,5 +1,6 @@
 #include "MenubarApp/AppKit/Desktop.h"
 
+#import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
 #import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
@@ -44,7 +45,8 @@ void registerLook() {
         @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle", // a main menu without a window of its own
         @"NSScrollViewInterfaceStyle" : @"NSMacintoshInterfaceStyle",
         @"windowBackgroundColor" : @"0.94 0.94 0.95",
-        @"controlBackgroundColor" : @"0.94 0.94 0.95",
+        @"controlBackgroundColor" : @"0.985 0.985 0.99",
+        @"selectedTextBackgroundColor" : @"0.70 0.84 1.0",
     }];
 }
 
@@ -61,6 +63,8 @@ void prepareProcess() {
 }
 
 void prepareApplication() {
+    static ControlTheme* const theme = [[ControlTheme alloc] initWithBundle:nil];
+    [GSTheme setTheme:theme];
     TerminationSignals::handle();
 }
 

@@ -35,10 +35,29 @@ inline NSColor* disabledText() {
 inline NSColor* highlightedText() {
     return [NSColor whiteColor];
 }
+inline NSColor* symbol() {
+    return rgb(0x5a, 0x5a, 0x60);
+}
+inline NSColor* control() {
+    return [NSColor whiteColor];
+}
+inline NSColor* disabledControl() {
+    return rgb(0xf2, 0xf2, 0xf4);
+}
+inline NSColor* offSwitch() {
+    return rgb(0xbd, 0xbd, 0xc3);
+}
+inline NSColor* placeholder() {
+    return rgb(0x9a, 0x9a, 0xa0);
+}
+inline NSColor* scroller() {
+    return rgb(0xb4, 0xb4, 0xba);
+}
 inline NSColor* hintSurface() {
     return rgb(0xff, 0xfd, 0xf0);
 }
 
+constexpr CGFloat controlRadius = 5.0;
 constexpr int menuRadius = 7;
 constexpr int stripRadius = 6;
 constexpr CGFloat menuFontSize = 13.0;

@@ -2,13 +2,14 @@
 
 #import <AppKit/AppKit.h>
 
+#include "MenubarApp/AppKit/GNUstep/SymbolDrawings.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
 
-/// One of the app's drawn symbols ("eye", "eye.trianglebadge.exclamationmark", "eye.slash"): lines of one colour, at
-/// any size. Main thread.
+/// One of the app's drawn symbols: lines of one colour, at any size. Main thread.
 @interface SymbolImage : NSImage {
     menubar::ObjCPointer<NSString> _symbolName;
     menubar::ObjCPointer<NSString> _accessibilityDescription;
+    menubar::SymbolDrawing _drawing;
     BOOL _isTemplate;
 }
 

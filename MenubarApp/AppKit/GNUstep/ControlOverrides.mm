@@ -1,0 +1,173 @@
+// What GNUstep's controls do wrong. Each category replaces methods of GNUstep's own class.
+#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
+
+#import <GNUstepGUI/GSTheme.h>
+
+#include "MenubarApp/AppKit/GNUstep/Drawing.h"
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+
+#include <algorithm>
+
+namespace {
+
+namespace Drawing = menubar::Drawing;
+namespace Palette = menubar::Palette;
+
+unichar keyOf(NSEvent* event) {
+    NSString* characters = [event charactersIgnoringModifiers];
+    return [characters length] > 0 ? [characters characterAtIndex:0] : 0;
+}
+
+/// Whether the button went up again inside the view.
+bool isClick(NSView* view) {
+    NSEvent* event = nil;
+    do {
+        event = [NSApp nextEventMatchingMask:NSEventMaskLeftMouseUp | NSEventMaskLeftMouseDragged
+                                   untilDate:[NSDate distantFuture]
+                                      inMode:NSEventTrackingRunLoopMode
+                                     dequeue:YES];
+    } while ([event type] != NSEventTypeLeftMouseUp);
+    return NSPointInRect([view convertPoint:[event locationInWindow] fromView:nil], [view bounds]);
+}
+
+} // namespace
+
+/// GNUstep's switch answers neither the mouse nor the keyboard.
+@implementation NSSwitch (MenubarOverride)
+
+- (void)performClick:(id)sender {
+    if ([self isEnabled]) {
+        [self setState:[self state] == NSControlStateValueOn ? static_cast<NSControlStateValue>(NSControlStateValueOff)
+                                                             : static_cast<NSControlStateValue>(NSControlStateValueOn)];
+        [self setNeedsDisplay:YES];
+        [self sendAction:[self action] to:[self target]];
+    }
+}
+
+- (void)mouseDown:(NSEvent*)event {
+    if ([self isEnabled] && isClick(self)) {
+        [self performClick:self];
+    }
+}
+
+- (void)keyDown:(NSEvent*)event {
+    if (keyOf(event) == ' ') {
+        [self performClick:self];
+    } else {
+        [super keyDown:event];
+    }
+}
+
+- (BOOL)acceptsFirstResponder {
+    return [self isEnabled];
+}
+
+- (BOOL)becomeFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (BOOL)resignFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (void)drawRect:(NSRect)dirty {
+    [[GSTheme theme] drawSwitchInRect:[self bounds] forState:[self state] enabled:[self isEnabled]];
+    if (Drawing::focusOf(self) == Drawing::Focus::present) {
+        Drawing::drawFocusRing([self bounds], NSHeight([self bounds]) / 2);
+    }
+}
+
+@end
+
+/// GNUstep's pop-up menu has no scrolling, and a quick click picks what is shown again.
+@implementation NSPopUpButton (MenubarOverride)
+
+- (void)popUpPressedBy:(NSEvent*)press {
+    if (![self isEnabled] || [self numberOfItems] == 0) {
+        return;
+    }
+    [[self retain] autorelease];
+    const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
+    NSWindow* window = [self window];
+    NSRect strip = [self convertRect:[self bounds] toView:nil];
+    strip.origin = [window convertBaseToScreen:strip.origin];
+    // High enough for the menu to find room below.
+    constexpr CGFloat rowHeight = 22.0;
+    const NSRect screen = [[window screen] frame];
+    const CGFloat wanted =
+        std::min(NSHeight(screen) - 2 * rowHeight, rowHeight * static_cast<CGFloat>([self numberOfItems] + 1));
+    strip.origin.y = std::max(NSMinY(strip), NSMinY(screen) + wanted);
+    NSMenuItem* chosen = [panel.get() trackBelow:strip pressedBy:press];
+    if (chosen != nil) {
+        [self selectItem:chosen];
+        [self setNeedsDisplay:YES];
+        [self sendAction:[self action] to:[self target]];
+    }
+}
+
+- (void)mouseDown:(NSEvent*)event {
+    [self popUpPressedBy:event];
+}
+
+- (void)performClick:(id)sender {
+    [self popUpPressedBy:nil];
+}
+
+- (void)keyDown:(NSEvent*)event {
+    const unichar key = keyOf(event);
+    if (key == ' ' || key == NSUpArrowFunctionKey || key == NSDownArrowFunctionKey) {
+        [self popUpPressedBy:nil];
+    } else {
+        [super keyDown:event];
+    }
+}
+
+@end
+
+/// GNUstep's stepper does not answer the keyboard.
+@implementation NSStepper (MenubarOverride)
+
+- (BOOL)acceptsFirstResponder {
+    return [self isEnabled];
+}
+
+- (BOOL)becomeFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (BOOL)resignFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (void)keyDown:(NSEvent*)event {
+    const unichar key = keyOf(event);
+    if (key != NSUpArrowFunctionKey && key != NSDownArrowFunctionKey) {
+        [super keyDown:event];
+        return;
+    }
+    const double step = key == NSUpArrowFunctionKey ? [self increment] : -[self increment];
+    const double value = std::clamp([self doubleValue] + step, [self minValue], [self maxValue]);
+    if (value != [self doubleValue]) {
+        [self setDoubleValue:value];
+        [self sendAction:[self action] to:[self target]];
+    }
+}
+
+@end
+
+/// GNUstep types a key that was meant as a command and found no taker.
+@implementation NSTextView (MenubarOverride)
+
+- (void)keyDown:(NSEvent*)event {
+    if (![self isEditable] || ([event modifierFlags] & NSEventModifierFlagCommand) != 0) {
+        [super keyDown:event];
+    } else {
+        [self interpretKeyEvents:@[ event ]];
+    }
+}
+
+@end

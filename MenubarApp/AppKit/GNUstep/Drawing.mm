@@ -1,0 +1,75 @@
+#include "MenubarApp/AppKit/GNUstep/Drawing.h"
+
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+
+#include <cmath>
+
+namespace menubar {
+
+namespace {
+
+NSDictionary* attributes(NSFont* font) {
+    return @{NSFontAttributeName : font};
+}
+
+} // namespace
+
+void Drawing::drawBezel(NSRect frame, NSColor* fill, NSColor* line, Focus focus, CGFloat radius) {
+    const CGFloat width = focus == Focus::present ? 2.0 : 1.0;
+    NSBezierPath* shape = [NSBezierPath bezierPathWithRoundedRect:NSInsetRect(frame, width / 2, width / 2)
+                                                          xRadius:radius
+                                                          yRadius:radius];
+    [fill setFill];
+    [shape fill];
+    [(focus == Focus::present ? Palette::highlight() : line) setStroke];
+    [shape setLineWidth:width];
+    [shape stroke];
+}
+
+void Drawing::drawFocusRing(NSRect frame, CGFloat radius) {
+    NSBezierPath* ring = [NSBezierPath bezierPathWithRoundedRect:NSInsetRect(frame, 1.0, 1.0)
+                                                         xRadius:radius
+                                                         yRadius:radius];
+    [Palette::highlight() setStroke];
+    [ring setLineWidth:2.0];
+    [ring stroke];
+}
+
+void Drawing::strokeLines(const NSPoint* points, int count, CGFloat width, NSColor* color) {
+    NSBezierPath* path = [NSBezierPath bezierPath];
+    [path moveToPoint:points[0]];
+    for (int i = 1; i < count; ++i) {
+        [path lineToPoint:points[i]];
+    }
+    [path setLineWidth:width];
+    [path setLineCapStyle:NSRoundLineCapStyle];
+    [path setLineJoinStyle:NSRoundLineJoinStyle];
+    [color setStroke];
+    [path stroke];
+}
+
+void Drawing::drawLine(NSString* text, NSRect frame, NSFont* font, NSColor* color) {
+    NSString* shown = shortened(text, [&](NSString* part) { return lineWidth(part, font) <= NSWidth(frame) + 0.5; });
+    const CGFloat top = NSMinY(frame) + std::floor((NSHeight(frame) - lineHeight(font)) / 2);
+    [shown drawAtPoint:NSMakePoint(NSMinX(frame), top)
+        withAttributes:@{NSFontAttributeName : font, NSForegroundColorAttributeName : color}];
+}
+
+double Drawing::lineHeight(NSFont* font) {
+    return std::ceil([@"Xg" sizeWithAttributes:attributes(font)].height);
+}
+
+double Drawing::lineWidth(NSString* text, NSFont* font) {
+    return [text sizeWithAttributes:attributes(font)].width;
+}
+
+Drawing::Focus Drawing::focusOf(NSView* view) {
+    NSWindow* window = [view window];
+    id responder = [window firstResponder];
+    if ([responder isKindOfClass:[NSTextView class]] && [responder isFieldEditor]) {
+        responder = [responder delegate];
+    }
+    return responder == view ? Focus::present : Focus::absent;
+}
+
+} // namespace menubar

@@ -1,0 +1,145 @@
+#import "MenubarApp/AppKit/GNUstep/TextCells.h"
+
+#include "MenubarApp/AppKit/GNUstep/Drawing.h"
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+namespace Drawing = menubar::Drawing;
+namespace Palette = menubar::Palette;
+
+constexpr CGFloat labelMargin = 2.0; // on each side, as the field editor has it
+constexpr CGFloat fieldMargin = 7.0;
+
+NSDictionary* wrapped(NSFont* font, NSColor* color) {
+    NSMutableParagraphStyle* style = [[[NSMutableParagraphStyle alloc] init] autorelease];
+    [style setLineBreakMode:NSLineBreakByWordWrapping];
+    return @{
+        NSFontAttributeName : font,
+        NSForegroundColorAttributeName : color,
+        NSParagraphStyleAttributeName : style,
+    };
+}
+
+NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
+    NSAttributedString* styled = [[[NSAttributedString alloc] initWithString:text attributes:attributes] autorelease];
+    return [styled boundingRectWithSize:NSMakeSize(width, 1e6) options:NSStringDrawingUsesLineFragmentOrigin].size;
+}
+
+} // namespace
+
+@implementation LabelCell
+
+- (void)setMaximumNumberOfLines:(NSInteger)lines {
+    _maximumNumberOfLines = lines;
+}
+
+- (NSRect)titleRectForBounds:(NSRect)bounds {
+    return NSInsetRect(bounds, labelMargin, 0.0);
+}
+
+- (NSRect)drawingRectForBounds:(NSRect)bounds {
+    return bounds;
+}
+
+- (NSSize)cellSizeForBounds:(NSRect)bounds {
+    NSString* text = [self stringValue];
+    NSSize size = NSMakeSize(0.0, Drawing::lineHeight([self font]));
+    if ([text length] > 0) {
+        size = sizeOf(text, NSWidth(bounds) - 2 * labelMargin, wrapped([self font], [self textColor]));
+    }
+    return NSMakeSize(std::ceil(size.width) + 2 * labelMargin, std::ceil(size.height));
+}
+
+- (NSString*)textShownIn:(NSSize)size {
+    NSString* text = [self stringValue];
+    if (_maximumNumberOfLines <= 0) {
+        return text;
+    }
+    NSDictionary* look = wrapped([self font], [self textColor]);
+    const CGFloat most = Drawing::lineHeight([self font]) * static_cast<CGFloat>(_maximumNumberOfLines);
+    const CGFloat width = size.width - 2 * labelMargin;
+    return Drawing::shortened(text, [&](NSString* part) { return sizeOf(part, width, look).height <= most + 0.5; });
+}
+
+- (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
+    if ([view isKindOfClass:[NSControl class]] && [static_cast<NSControl*>(view) currentEditor] != nil) {
+        return; // the editor draws the text, for it to be selected
+    }
+    [[self textShownIn:frame.size] drawInRect:[self titleRectForBounds:frame]
+                               withAttributes:wrapped([self font], [self textColor])];
+}
+
+- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    [self drawInteriorWithFrame:frame inView:view];
+}
+
+@end
+
+@implementation FieldCell
+
+- (NSRect)textRectForBounds:(NSRect)bounds {
+    const CGFloat height = Drawing::lineHeight([self font]);
+    return NSMakeRect(NSMinX(bounds) + fieldMargin, NSMinY(bounds) + std::floor((NSHeight(bounds) - height) / 2),
+                      std::max(0.0, NSWidth(bounds) - 2 * fieldMargin), height);
+}
+
+- (NSRect)titleRectForBounds:(NSRect)bounds {
+    return [self textRectForBounds:bounds];
+}
+
+- (NSRect)drawingRectForBounds:(NSRect)bounds {
+    return bounds;
+}
+
+- (NSText*)setUpFieldEditorAttributes:(NSText*)editor {
+    NSText* result = [super setUpFieldEditorAttributes:editor];
+    [result setDrawsBackground:NO]; // the placeholder shows through
+    return result;
+}
+
+- (void)selectWithFrame:(NSRect)frame
+                 inView:(NSView*)view
+                 editor:(NSText*)editor
+               delegate:(id)delegate
+                  start:(NSInteger)start
+                 length:(NSInteger)length {
+    [super selectWithFrame:frame inView:view editor:editor delegate:delegate start:start length:length];
+    [view setNeedsDisplay:YES];
+}
+
+- (void)endEditing:(NSText*)editor {
+    NSView* view = [self controlView];
+    [super endEditing:editor];
+    [view setNeedsDisplay:YES];
+}
+
+- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    const bool isField = [view isKindOfClass:[NSControl class]];
+    NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;
+    Drawing::drawBezel(frame, [self isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
+                       editor != nil ? Drawing::Focus::present : Drawing::Focus::absent, Palette::controlRadius);
+    const NSRect room = [self textRectForBounds:frame];
+    NSString* text = editor != nil ? [editor string] : [self stringValue];
+    if ([text length] == 0) {
+        if ([[self placeholderString] length] > 0) {
+            Drawing::drawLine([self placeholderString], room, [self font], Palette::placeholder());
+        }
+    } else if (editor == nil) {
+        [NSGraphicsContext saveGraphicsState];
+        NSRectClip(room);
+        NSColor* color = [self isEnabled] ? Palette::text() : Palette::disabledText();
+        [text drawAtPoint:room.origin
+            withAttributes:@{NSFontAttributeName : [self font], NSForegroundColorAttributeName : color}];
+        [NSGraphicsContext restoreGraphicsState];
+    }
+}
+
+- (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
+    [self drawWithFrame:frame inView:view];
+}
+
+@end
