@@ -138,8 +138,8 @@ TEST(Simulation, contextGrowsWarnsTurnsCriticalAndIsCompacted) {
     std::vector<SessionLevel> course;
     for (auto at = 0s; course.size() < 4 && at < 3600s; at += 3s) {
         const StatusFile file = read(world.poll(start + at));
-        const auto session = std::find_if(file.sessions.begin(), file.sessions.end(),
-                                          [](const auto& s) { return s.dirName == "search-index"; });
+        const auto session =
+            std::ranges::find_if(file.sessions, [](const auto& s) { return s.dirName == "search-index"; });
         ASSERT_NE(session, file.sessions.end());
         EXPECT_LE(session->contextPct.value_or(0), 100);
         EXPECT_LE(session->contextTokens, session->contextWindow);
