@@ -31,6 +31,9 @@ using Step = std::function<void()>;
 /// last step is closed; whether that was needed is the answer.
 [[nodiscard]] bool openMenu(AppKitStatusItem& item, std::vector<Step> steps);
 
+/// The same for any menu that `open` opens and that is closed when it returns.
+[[nodiscard]] bool trackMenu(const std::function<void()>& open, std::vector<Step> steps);
+
 // Steps. Each stands for an event that is handled before the next step.
 
 /// A click on the open menu's item of that title; nothing when there is none.

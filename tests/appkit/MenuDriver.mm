@@ -122,6 +122,10 @@ void RecordingEvents::perform(MenuAction action, int tag, const std::optional<st
 }
 
 bool openMenu(AppKitStatusItem& item, std::vector<Step> steps) {
+    return trackMenu([&item] { [[item.nativeItem() button] performClick:nil]; }, std::move(steps));
+}
+
+bool trackMenu(const std::function<void()>& open, std::vector<Step> steps) {
     const auto taker = ObjCPointer<StepTaker>::adopt([[StepTaker alloc] initWithSteps:std::move(steps)]);
     NSTimer* timer = [NSTimer timerWithTimeInterval:stepInterval
                                              target:taker.get()
@@ -130,7 +134,7 @@ bool openMenu(AppKitStatusItem& item, std::vector<Step> steps) {
                                             repeats:YES];
     [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSEventTrackingRunLoopMode];
     @autoreleasepool {
-        [[item.nativeItem() button] performClick:nil];
+        open();
     }
     [timer invalidate];
     return [taker.get() hadToClose];

@@ -46,11 +46,7 @@ class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
 
 class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
   public:
-    explicit PickerAdapter(const Reporter& reporter)
-        : ActionAdapter([[MenubarPicker alloc] initWithFrame:NSZeroRect pullsDown:NO], reporter, report) {
-        NativeLook::dressPicker(native());
-        [native() setAutoenablesItems:NO];
-    }
+    explicit PickerAdapter(const Reporter& reporter) : ActionAdapter(newPicker(), reporter, report) {}
 
   protected:
     void apply(const Change<Picker>& change) override {
@@ -67,6 +63,14 @@ class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
     }
 
   private:
+    /// Dressed before it gets its target, which goes with the cell.
+    [[nodiscard]] static NSPopUpButton* newPicker() NS_RETURNS_RETAINED {
+        NSPopUpButton* picker = [[MenubarPicker alloc] initWithFrame:NSZeroRect pullsDown:NO];
+        NativeLook::dressPicker(picker);
+        [picker setAutoenablesItems:NO];
+        return picker;
+    }
+
     /// Items, not titles: the button would drop a title that it has already.
     void showOptions(const Picker& now) {
         NSMenu* menu = [[[NSMenu alloc] initWithTitle:@""] autorelease];

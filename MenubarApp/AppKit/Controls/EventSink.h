@@ -43,6 +43,13 @@ public:
         }
     }
 
+    /// The control is about to go: it has nothing to end.
+    void forget(ControlId id) {
+        if (m_editing == id) {
+            m_editing.reset();
+        }
+    }
+
     /// While one of these lives nothing is reported.
     class Silence {
     public:

@@ -17,7 +17,11 @@ class TextSession {
 
     [[nodiscard]] NSUndoManager* undoManager() const { return m_undo.get(); }
 
-    void disconnect() { m_isConnected = false; }
+    /// The control is about to go.
+    void disconnect() {
+        m_isConnected = false;
+        m_reporter.sink->forget(m_reporter.id);
+    }
 
     void begin();
 

@@ -70,9 +70,11 @@ void TextSession::changed(NSTextView* editor) {
 
 void TextSession::commit(NSTextView* editor) {
     if ([editor hasMarkedText]) {
+        m_hasUnreported = true;
         [editor unmarkText];
         [[editor inputContext] discardMarkedText];
     }
+    // Unless that was a change by itself.
     if (m_hasUnreported) {
         changed(editor);
     }

@@ -62,7 +62,6 @@
     [super textDidChange:notification];
     const auto session = _session;
     if (NSTextView* editor = [self editor]; editor != nil && session) {
-        session->begin();
         session->changed(editor);
     }
 }

@@ -90,6 +90,9 @@ bool isClick(NSView* view) {
     }
     [[self retain] autorelease];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
+    if ([self indexOfSelectedItem] >= 0) {
+        [panel.get() startAtItem:[self indexOfSelectedItem]];
+    }
     NSWindow* window = [self window];
     NSRect strip = [self convertRect:[self bounds] toView:nil];
     strip.origin = [window convertBaseToScreen:strip.origin];

@@ -24,11 +24,15 @@
     NSTimeInterval _pressedAt;    // when the press that opened the menu began; 0 once it is over
     NSTimeInterval _restingSince; // the mouse, over one row
     NSInteger _restingRow;
+    NSInteger _firstHighlighted;
     BOOL _isDone;
     BOOL _isStale;
 }
 
 - (instancetype)initWithMenu:(NSMenu*)menu;
+
+/// The menu opens with this item highlighted and in sight; without it with none, and at its top.
+- (void)startAtItem:(NSInteger)index;
 
 /// Opens below `strip` (screen coordinates) and returns the item that was chosen, nil for none. `press` is the event
 /// that opened the menu, nil when no button is down.

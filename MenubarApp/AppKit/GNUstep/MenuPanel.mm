@@ -67,6 +67,7 @@ NSTimeInterval now() {
     self = [super init];
     if (self != nil) {
         _menu = menubar::ObjCPointer<NSMenu>::retain(menu);
+        _firstHighlighted = [MenuView none];
         _hint = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
         NSWindow* window = [[MenuWindow alloc] initWithContentRect:NSMakeRect(0, 0, narrowest, narrowest)
                                                          styleMask:NSBorderlessWindowMask
@@ -108,6 +109,10 @@ NSTimeInterval now() {
     return _hint.get();
 }
 
+- (void)startAtItem:(NSInteger)index {
+    _firstHighlighted = index;
+}
+
 - (void)menuChanged:(NSNotification*)notification {
     _isStale = YES;
 }
@@ -141,6 +146,10 @@ NSTimeInterval now() {
     const auto keyBefore = menubar::ObjCPointer<NSWindow>::retain([NSApp keyWindow]);
     openPanel = self;
     [self layout];
+    if (_firstHighlighted != [MenuView none]) {
+        [_view.get() scrollToItem:_firstHighlighted];
+        [_view.get() setHighlighted:_firstHighlighted];
+    }
     [_window.get() makeKeyAndOrderFront:nil];
     [_view.get() display];
     [GSServerForWindow(_window.get()) capturemouse:static_cast<int>([_window.get() windowNumber])];
