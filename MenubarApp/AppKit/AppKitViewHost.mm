@@ -48,9 +48,10 @@ namespace {
 
 using Order = std::unordered_map<NSView*, std::size_t>;
 
-NSComparisonResult compare(id first, id second, void* context) {
+/// By the ranks in `context`. The two AppKits type the views differently.
+template <class View> NSComparisonResult compare(View first, View second, void* context) {
     const auto& order = *static_cast<const Order*>(context);
-    const auto rank = [&order](id view) {
+    const auto rank = [&order](NSView* view) {
         const auto found = order.find(view);
         return found == order.end() ? order.size() : found->second;
     };
@@ -123,6 +124,7 @@ AppKitViewHost::~AppKitViewHost() {
     if (hasFocus(m_contentView.get())) {
         [[m_contentView.get() window] makeFirstResponder:nil];
     }
+    [[m_contentView.get() window] setInitialFirstResponder:nil];
     for (const auto& [id, adapter] : m_adapters) {
         adapter->disconnect();
     }

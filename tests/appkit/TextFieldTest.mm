@@ -9,6 +9,12 @@
 #include <string>
 #include <vector>
 
+// Declared in none of AppKit's headers.
+@interface NSResponder (EditMenu)
+- (void)undo:(id)sender;
+- (void)redo:(id)sender;
+@end
+
 namespace menubar {
 namespace {
 
@@ -135,6 +141,29 @@ TEST_F(TextFieldInAWindow, undoesAndRedoesWhatWasTyped) {
     [[editor() undoManager] redo];
     EXPECT_EQ(toString([editor() string]), "ab");
     EXPECT_EQ(m_events->takeLog(), Lines{"text 1: ab"});
+}
+
+TEST_F(TextFieldInAWindow, takesTheCommandsOfTheEditMenu) {
+    const ControlId name = add(TextField{.text = "a"});
+    const ControlId notes = add(TextEditor{.text = "a"});
+    for (const ControlId shown : {name, notes}) {
+        SCOPED_TRACE(shown);
+        focus(shown);
+        select(1, 0);
+        type("b");
+        const auto command = [](SEL selector) { return [NSApp sendAction:selector to:nil from:nil]; };
+        EXPECT_TRUE(command(@selector(undo:)));
+        EXPECT_EQ(toString([editor() string]), "a");
+        EXPECT_TRUE(command(@selector(redo:)));
+        EXPECT_EQ(toString([editor() string]), "ab");
+        EXPECT_TRUE(command(@selector(selectAll:)));
+        EXPECT_TRUE(command(@selector(cut:)));
+        EXPECT_EQ(toString([editor() string]), "");
+        EXPECT_TRUE(command(@selector(paste:)));
+        EXPECT_TRUE(command(@selector(paste:)));
+        EXPECT_EQ(toString([editor() string]), "abab");
+        EXPECT_EQ(m_events->takeLog().back(), "text " + std::to_string(shown) + ": abab");
+    }
 }
 
 TEST_F(TextFieldInAWindow, keepsItsUndoHistoryOverUpdatesThatLeaveItsText) {
