@@ -2,6 +2,7 @@
 signature. Reads thin and universal files, 64-bit only, on any platform."""
 import struct
 from dataclasses import dataclass, field
+from typing import Optional
 
 ARCHITECTURES = {0x01000007: 'x86_64', 0x0100000c: 'arm64'}
 EXECUTE = 2           # file type
@@ -50,7 +51,7 @@ class Slice:
     minimum: str = ''                                # "13.3"; empty when it does not say
     libraries: list = field(default_factory=list)    # paths as they are looked up
     run_paths: list = field(default_factory=list)
-    signature: Signature | None = None
+    signature: Optional[Signature] = None
 
 
 def slices(data):
