@@ -51,6 +51,7 @@
     [[self retain] autorelease];
     const BOOL becomes = [super becomeFirstResponder];
     if (becomes) {
+        [self setNeedsDisplay:YES]; // the focus may be drawn within its bounds
         menubar::revealFocused(self);
         [self beginSession];
     }
@@ -69,6 +70,7 @@
 - (void)textDidEndEditing:(NSNotification*)notification {
     [[self retain] autorelease];
     [super textDidEndEditing:notification];
+    [self setNeedsDisplay:YES];
     if (const auto session = _session) {
         session->forgetHistory(); // the next field has the same editor
         session->end();

@@ -117,6 +117,7 @@ void NativeLook::dressCheckbox(NSButton* checkbox) {
 
 void NativeLook::dressPicker(NSPopUpButton* picker) {
     [picker setCell:[[[PickerCell alloc] initTextCell:@"" pullsDown:NO] autorelease]];
+    [[picker cell] setAltersStateOfSelectedItem:YES];
     [picker setFont:Look::font(Font::body)];
 }
 

@@ -38,6 +38,12 @@ inline NSColor* highlightedText() {
 inline NSColor* symbol() {
     return rgb(0x5a, 0x5a, 0x60);
 }
+inline NSColor* window() {
+    return rgb(0xf0, 0xf0, 0xf2);
+}
+inline NSColor* titleBar() {
+    return rgb(0xe6, 0xe6, 0xe9);
+}
 inline NSColor* control() {
     return [NSColor whiteColor];
 }

@@ -101,22 +101,6 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
     return result;
 }
 
-- (void)selectWithFrame:(NSRect)frame
-                 inView:(NSView*)view
-                 editor:(NSText*)editor
-               delegate:(id)delegate
-                  start:(NSInteger)start
-                 length:(NSInteger)length {
-    [super selectWithFrame:frame inView:view editor:editor delegate:delegate start:start length:length];
-    [view setNeedsDisplay:YES];
-}
-
-- (void)endEditing:(NSText*)editor {
-    NSView* view = [self controlView];
-    [super endEditing:editor];
-    [view setNeedsDisplay:YES];
-}
-
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
     const bool isField = [view isKindOfClass:[NSControl class]];
     NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;

@@ -1,0 +1,76 @@
+#import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
+
+#import <GNUstepGUI/GSWindowDecorationView.h>
+
+#include "MenubarApp/AppKit/GNUstep/Drawing.h"
+#include "MenubarApp/AppKit/GNUstep/Palette.h"
+
+#include <cmath>
+
+namespace {
+
+namespace Drawing = menubar::Drawing;
+namespace Palette = menubar::Palette;
+
+constexpr float titleBarHeight = 28.0F;
+constexpr float resizeBarHeight = 6.0F;
+constexpr float buttonSide = 16.0F;
+constexpr float buttonPadding = 8.0F;
+constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
+constexpr CGFloat titleFontSize = 13.0;
+
+} // namespace
+
+/// The frame of a window that no window manager decorates.
+@implementation ControlTheme (Window)
+
+- (float)titlebarHeight {
+    return titleBarHeight;
+}
+
+- (float)resizebarHeight {
+    return resizeBarHeight;
+}
+
+- (float)titlebarButtonSize {
+    return buttonSide;
+}
+
+- (float)titlebarPaddingTop {
+    return (titleBarHeight - buttonSide) / 2;
+}
+
+- (float)titlebarPaddingLeft {
+    return buttonPadding;
+}
+
+- (float)titlebarPaddingRight {
+    return buttonPadding;
+}
+
+- (void)drawWindowBorder:(NSRect)dirty
+               withFrame:(NSRect)frame
+            forStyleMask:(unsigned int)style
+                   state:(int)state
+                andTitle:(NSString*)title {
+    [Palette::window() setFill];
+    NSRectFill(dirty);
+    if ((style & NSWindowStyleMaskTitled) == 0) {
+        return;
+    }
+    const NSRect bar = NSMakeRect(0, NSHeight(frame) - titleBarHeight, NSWidth(frame), titleBarHeight);
+    [Palette::titleBar() setFill];
+    NSRectFill(bar);
+    [Palette::border() setFill];
+    NSRectFill(NSMakeRect(0, NSMinY(bar), NSWidth(bar), 1));
+    NSFont* font = [NSFont boldSystemFontOfSize:titleFontSize];
+    const bool isKey = state == GSTitleBarKey;
+    const CGFloat room = std::max(0.0, NSWidth(bar) - 2 * titleMargin);
+    const CGFloat width = std::min(room, std::ceil(Drawing::lineWidth(title, font)));
+    Drawing::drawLine(title, NSMakeRect(std::floor(NSMidX(bar) - width / 2), NSMinY(bar), width, NSHeight(bar)), font,
+                      isKey ? Palette::text() : Palette::disabledText());
+    [Palette::border() setFill];
+    NSFrameRect(NSMakeRect(0, 0, NSWidth(frame), NSHeight(frame)));
+}
+
+@end
