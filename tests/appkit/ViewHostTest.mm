@@ -1,0 +1,391 @@
+#import "tests/appkit/ViewHostFixture.h"
+
+#import "MenubarApp/AppKit/GNUstep/TextCells.h"
+
+#include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/View/View.h"
+#include "MenubarApp/View/ViewPresenter.h"
+
+#include "tests/appkit/Driver.h"
+#include "tests/support/RecordingViewHost.h"
+
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace menubar {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+class ViewHostInAWindow : public driver::ControlsInAWindow {
+  protected:
+    Lines takeLog() { return m_events->takeLog(); }
+
+    Measured measured(ControlId shown, const Control::Content& content, double width = infinity) {
+        return host().measure(shown, {.content = content}, width);
+    }
+
+    /// The view's pixels as they are drawn now.
+    std::string picture(NSView* view) {
+        @autoreleasepool {
+            [view display];
+            [view lockFocus];
+            NSBitmapImageRep* rep = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[view bounds]] autorelease];
+            [view unlockFocus];
+            const auto size = static_cast<std::size_t>([rep bytesPerPlane]);
+            return {reinterpret_cast<const char*>([rep bitmapData]), size};
+        }
+    }
+};
+
+// Texts
+
+TEST_F(ViewHostInAWindow, aTextIsAsHighAsItsWrappedLines) {
+    const Text text{.text = "one two three four five six seven eight nine ten"};
+    const ControlId shown = add(text);
+    const Measured natural = measured(shown, text);
+    for (const double width : {natural.width, natural.width / 2, natural.width / 3, 60.0}) {
+        const Measured wrapped = measured(shown, text, width);
+        EXPECT_LE(wrapped.width, width);
+        EXPECT_GE(wrapped.width * wrapped.height, natural.width * natural.height * 0.9) << width;
+        EXPECT_EQ(static_cast<int>(wrapped.height) % static_cast<int>(natural.height), 0) << width;
+    }
+    EXPECT_EQ(measured(shown, text, natural.width).height, natural.height);
+    EXPECT_GT(measured(shown, text, natural.width - 1).height, natural.height);
+}
+
+TEST_F(ViewHostInAWindow, aTextHonoursItsOwnLinesAndItsLimit) {
+    const Text text{.text = "a\nb\nc\nd"};
+    const ControlId shown = add(text);
+    const double line = measured(shown, text).height / 4;
+    Text limited = text;
+    limited.lineLimit = 2;
+    update(shown, limited, text);
+    EXPECT_EQ(measured(shown, limited).height, 2 * line);
+}
+
+TEST_F(ViewHostInAWindow, whatDoesNotFitItsLinesEndsInAnEllipsis) {
+    std::string words;
+    for (int i = 0; i < 40; ++i) {
+        words += "word ";
+    }
+    const Text limited{.text = words, .lineLimit = 2};
+    const ControlId shown = add(limited);
+    auto* cell = static_cast<LabelCell*>([native<NSTextField>(shown) cell]);
+    const Measured two = measured(shown, limited, 200.0);
+    const std::string cut = toString([cell textShownIn:NSMakeSize(204.0, two.height)]);
+    EXPECT_TRUE(cut.ends_with("…")) << cut;
+    EXPECT_TRUE(words.starts_with(cut.substr(0, cut.size() - std::string("…").size())));
+    EXPECT_GT(cut.size(), 30U);
+    EXPECT_EQ(toString([cell textShownIn:NSMakeSize(5000.0, two.height)]), words);
+    update(shown, Text{.text = words}, limited);
+    EXPECT_EQ(toString([cell textShownIn:NSMakeSize(204.0, two.height)]), words);
+}
+
+TEST_F(ViewHostInAWindow, anEmptyTextIsOneLineHigh) {
+    const Text empty{};
+    const Text letter{.text = "a"};
+    const ControlId shown = add(empty);
+    const double height = measured(shown, empty).height;
+    update(shown, letter, empty);
+    EXPECT_EQ(measured(shown, letter).height, height);
+}
+
+TEST_F(ViewHostInAWindow, aWordThatIsWiderThanItsRoomIsBroken) {
+    const Text text{.text = std::string(200, 'x')};
+    const ControlId shown = add(text);
+    const Measured natural = measured(shown, text);
+    const Measured wrapped = measured(shown, text, 100.0);
+    EXPECT_LE(wrapped.width, 100.0);
+    EXPECT_GE(wrapped.height, natural.height * (natural.width / 100.0));
+}
+
+TEST_F(ViewHostInAWindow, aTextChangesItsLook) {
+    const Text before{.text = "a"};
+    const Text now{.text = "b", .font = Font::headline, .color = TextColor::red, .selectable = true, .lineLimit = 1};
+    const ControlId shown = add(before);
+    auto* label = native<NSTextField>(shown);
+    EXPECT_FALSE([label isSelectable]);
+    update(shown, now, before);
+    EXPECT_EQ(toString([label stringValue]), "b");
+    EXPECT_TRUE([[label font] isEqual:[NSFont boldSystemFontOfSize:[NSFont systemFontSize]]]);
+    EXPECT_TRUE([[label textColor] isEqual:[NSColor systemRedColor]]);
+    EXPECT_TRUE([label isSelectable]);
+    EXPECT_FALSE([label isEditable]);
+}
+
+TEST_F(ViewHostInAWindow, aSelectableTextCanBeCopiedAndNotTypedInto) {
+    const ControlId shown = add(Text{.text = "/bin/ostrel failed", .selectable = true});
+    click(host().nativeView(shown));
+    ASSERT_NE(editor(), nil);
+    [editor() selectAll:nil];
+    [editor() copy:nil];
+    EXPECT_EQ(toString([[NSPasteboard generalPasteboard] stringForType:NSStringPboardType]), "/bin/ostrel failed");
+    type("x");
+    EXPECT_EQ(shownText(shown), "/bin/ostrel failed");
+    EXPECT_EQ(takeLog(), Lines{});
+}
+
+// The window
+
+TEST_F(ViewHostInAWindow, tellsItsSizeAtFirstAndAfterEachChange) {
+    EXPECT_EQ(m_events->sizes, (std::vector<Size>{{.width = 600.0, .height = 400.0}}));
+    NSRect frame = [m_window.get() frame];
+    frame.size.width += 50;
+    [m_window.get() setFrame:frame display:YES];
+    ASSERT_EQ(m_events->sizes.size(), 2U);
+    EXPECT_EQ(m_events->sizes.back(), (Size{.width = 650.0, .height = 400.0}));
+}
+
+TEST_F(ViewHostInAWindow, ordersControlsAsTold) {
+    const ControlId a = add(Text{.text = "a"});
+    const ControlId b = add(Text{.text = "b"});
+    const ControlId c = add(Text{.text = "c"});
+    host().arrange(windowContent, std::vector{c, a, b});
+    NSArray* expected = @[ host().nativeView(c), host().nativeView(a), host().nativeView(b) ];
+    EXPECT_TRUE([[m_content.get() subviews] isEqualToArray:expected]);
+}
+
+TEST_F(ViewHostInAWindow, holdsControlsInBoxesAndScrollViews) {
+    const ControlId scroll = add(ScrollView{});
+    host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 200});
+    const ControlId box = add(Box{}, scroll);
+    const ControlId text = add(Text{.text = "a"}, box);
+    host().setContentSize(scroll, {.width = 300, .height = 1000});
+    EXPECT_EQ([host().nativeView(text) superview], host().nativeView(box));
+    NSView* document = [native<NSScrollView>(scroll) documentView];
+    EXPECT_EQ([host().nativeView(box) superview], document);
+    EXPECT_TRUE([document isFlipped]);
+    EXPECT_TRUE([host().nativeView(box) isFlipped]);
+    EXPECT_EQ(NSHeight([document frame]), 1000.0);
+    EXPECT_EQ(NSWidth([native<NSScrollView>(scroll) documentVisibleRect]), 300.0) << "all of its width is shown";
+}
+
+TEST_F(ViewHostInAWindow, scrollsAsLittleAsNeeded) {
+    const ControlId scroll = add(ScrollView{});
+    host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 200});
+    host().setContentSize(scroll, {.width = 300, .height = 1000});
+    const auto top = [&] { return NSMinY([native<NSScrollView>(scroll) documentVisibleRect]); };
+    EXPECT_EQ(top(), 0.0);
+    host().scrollToVisible(scroll, {.x = 0, .y = 500, .width = 300, .height = 50});
+    EXPECT_EQ(top(), 350.0);
+    host().scrollToVisible(scroll, {.x = 0, .y = 400, .width = 300, .height = 50});
+    EXPECT_EQ(top(), 350.0) << "it is in sight";
+    host().scrollToVisible(scroll, {.x = 0, .y = 100, .width = 300, .height = 50});
+    EXPECT_EQ(top(), 100.0);
+    host().setContentSize(scroll, {.width = 300, .height = 1100});
+    EXPECT_EQ(top(), 100.0) << "a change of the content keeps the place";
+}
+
+TEST_F(ViewHostInAWindow, whatGetsTheFocusComesIntoSight) {
+    const ControlId scroll = add(ScrollView{});
+    host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 100});
+    const std::vector<Control::Content> contents = {Button{.title = "a"},    Toggle{},     Checkbox{.title = "b"},
+                                                    TextField{.text = "c"},  TextEditor{}, Stepper{},
+                                                    Picker{.options = {"d"}}};
+    std::vector<ControlId> made;
+    for (const auto& content : contents) {
+        const ControlId shown = add(content, scroll);
+        host().place(shown, {.x = 10, .y = 300.0 * static_cast<double>(made.size()), .width = 100, .height = 24});
+        made.push_back(shown);
+    }
+    host().setContentSize(scroll, {.width = 300, .height = 3000});
+    for (const ControlId shown : made) {
+        focus(shown);
+        EXPECT_TRUE(
+            NSContainsRect([native<NSScrollView>(scroll) documentVisibleRect], [host().nativeView(shown) frame]))
+            << shown;
+        EXPECT_EQ(focused(), shown);
+    }
+}
+
+TEST_F(ViewHostInAWindow, showsHelp) {
+    host().create(1, windowContent, {.content = Button{.title = "a"}, .help = "first"});
+    NSView* view = host().nativeView(1);
+    EXPECT_EQ(toString([view toolTip]), "first");
+    host().update(1, {.content = Button{.title = "a"}, .help = "second"},
+                  {.content = Button{.title = "a"}, .help = "first"});
+    EXPECT_EQ(toString([view toolTip]), "second");
+    host().update(1, {.content = Button{.title = "a"}}, {.content = Button{.title = "a"}, .help = "second"});
+    EXPECT_EQ([[view toolTip] length], 0U);
+}
+
+TEST_F(ViewHostInAWindow, everyControlThatTakesKeysIsInTheTabOrder) {
+    const std::vector<ControlId> order = {
+        add(Button{.title = "a"}),    add(Toggle{}),  add(Checkbox{.title = "b"}),  add(TextField{.text = "c"}),
+        add(TextEditor{.text = "d"}), add(Stepper{}), add(Picker{.options = {"e"}})};
+    host().setTabOrder(order);
+    focus(order.front());
+    for (std::size_t i = 1; i <= order.size(); ++i) {
+        key('\t');
+        EXPECT_EQ(focused(), order[i % order.size()]) << i;
+    }
+    for (std::size_t i = order.size(); i > 0; --i) {
+        key(0x19, NSShiftKeyMask);
+        EXPECT_EQ(focused(), order[i - 1]) << i;
+    }
+}
+
+TEST_F(ViewHostInAWindow, nothingIsLeftInTheWindowAfterEverythingIsDestroyed) {
+    const ControlId box = add(Box{});
+    const ControlId inside = add(TextField{.text = "a"}, box);
+    const ControlId spinner = add(Spinner{});
+    focus(inside);
+    (void)takeLog();
+    for (const ControlId gone : {inside, box, spinner}) {
+        host().destroy(gone);
+    }
+    EXPECT_EQ([[m_content.get() subviews] count], 0U);
+    EXPECT_EQ([m_window.get() firstResponder], m_window.get());
+    EXPECT_EQ(takeLog(), Lines{});
+}
+
+TEST_F(ViewHostInAWindow, oneSeesWhichControlHasTheFocus) {
+    const std::vector<ControlId> made = {add(Button{.title = "a"}),    add(Toggle{}),     add(Checkbox{.title = "b"}),
+                                         add(TextField{.text = "c"}),  add(TextEditor{}), add(Stepper{}),
+                                         add(Picker{.options = {"d"}})};
+    for (const ControlId shown : made) {
+        [m_window.get() makeFirstResponder:nil];
+        const std::string without = picture(host().nativeView(shown));
+        focus(shown);
+        EXPECT_NE(picture(host().nativeView(shown)), without) << shown;
+        [m_window.get() makeFirstResponder:nil];
+        EXPECT_EQ(picture(host().nativeView(shown)), without) << shown;
+    }
+}
+
+TEST_F(ViewHostInAWindow, aPromptIsSeenWhileThereIsNoText) {
+    const ControlId with = add(TextField{.prompt = "Item 1"});
+    const ControlId without = add(TextField{});
+    EXPECT_NE(picture(host().nativeView(with)), picture(host().nativeView(without)));
+    update(with, TextField{.text = "a", .prompt = "Item 1"}, TextField{.prompt = "Item 1"});
+    update(without, TextField{.text = "a"}, TextField{});
+    EXPECT_EQ(picture(host().nativeView(with)), picture(host().nativeView(without)));
+}
+
+// With a model behind it
+
+/// A number that takes any text which is one, a note, and a switch that is never allowed on.
+struct Model {
+    std::string number = "5";
+    std::string note;
+    int revision = 0;
+
+    [[nodiscard]] View body() {
+        auto setNumber = [this](const std::string& typed) {
+            if (!typed.empty() && typed.find_first_not_of("0123456789") == std::string::npos) {
+                number = typed;
+            }
+        };
+        auto setNote = [this](const std::string& typed) { note = typed; };
+        return view(
+            VStack{}, view(Text{.text = "Revision " + std::to_string(revision)}),
+            view(TextField{.text = number, .onEdit = setNumber}).withId("number"),
+            view(TextEditor{.text = note, .onEdit = setNote}).withId("note"), view(Toggle{}),
+            view(Button{.title = "Save", .shortcut = KeyShortcut::commandS, .onPress = [this] { ++revision; }}));
+    }
+};
+
+class ModelInAWindow : public ViewHostInAWindow {
+  protected:
+    ModelInAWindow() : m_presenter(ViewPresenter::create(host(), [this] { return m_model.body(); }, m_queue.later())) {}
+
+    ~ModelInAWindow() override { m_presenter->close(); }
+
+    void changeModel() {
+        ++m_model.revision;
+        m_presenter->setNeedsRender();
+        m_queue.run();
+    }
+
+    [[nodiscard]] NSTextField* field() const { return native<NSTextField>(numberId); }
+
+    /// In the order in which they are made.
+    static constexpr ControlId numberId = 2;
+    static constexpr ControlId noteId = 3;
+    static constexpr ControlId toggleId = 4;
+
+    Model m_model;
+    recording::LaterQueue m_queue;
+    std::shared_ptr<ViewPresenter> m_presenter;
+};
+
+TEST_F(ModelInAWindow, keepsWhatIsHalfTypedOverAHundredChanges) {
+    [m_window.get() makeFirstResponder:field()];
+    [editor() setSelectedRange:NSMakeRange(1, 0)];
+    type("x7");
+    for (int i = 0; i < 100; ++i) {
+        changeModel();
+    }
+    EXPECT_EQ(toString([editor() string]), "5x7");
+    EXPECT_EQ([editor() selectedRange].location, 3U);
+    EXPECT_EQ(m_model.number, "5");
+    [[editor() undoManager] undo];
+    EXPECT_NE(toString([editor() string]), "5x7") << "the history is still there";
+}
+
+TEST_F(ModelInAWindow, putsBackWhatIsNoNumberWhenEditingEnds) {
+    [m_window.get() makeFirstResponder:field()];
+    [editor() setSelectedRange:NSMakeRange(1, 0)];
+    type("x");
+    [m_window.get() makeFirstResponder:nil];
+    EXPECT_EQ(toString([field() stringValue]), "5");
+    [m_window.get() makeFirstResponder:field()];
+    [editor() setSelectedRange:NSMakeRange(1, 0)];
+    type("y\r");
+    EXPECT_EQ(toString([editor() string]), "5") << "by Return";
+    type("12z");
+    key('\t');
+    EXPECT_EQ(toString([field() stringValue]), "12") << "by Tab; Return had selected everything";
+    EXPECT_EQ(m_model.number, "12");
+}
+
+TEST_F(ModelInAWindow, commitsPendingTextBeforeAButtonActs) {
+    [m_window.get() makeFirstResponder:field()];
+    [editor() setSelectedRange:NSMakeRange(1, 0)];
+    type("x");
+    key('s', NSCommandKeyMask);
+    EXPECT_EQ(m_model.revision, 1);
+    EXPECT_EQ(toString([editor() string]), "5");
+    EXPECT_EQ([editor() selectedRange].location, 1U);
+}
+
+TEST_F(ModelInAWindow, aSwitchGoesBackToWhatTheModelAllows) {
+    auto* toggle = native<NSSwitch>(toggleId);
+    [toggle performClick:nil];
+    EXPECT_EQ([toggle state], static_cast<NSControlStateValue>(NSControlStateValueOff));
+}
+
+TEST_F(ModelInAWindow, whatIsTypedWhileTheModelChangesGoesIntoTheModel) {
+    [m_window.get() makeFirstResponder:host().keyView(noteId)];
+    for (int i = 0; i < 10; ++i) {
+        type("a");
+        changeModel();
+    }
+    EXPECT_EQ(m_model.note, "aaaaaaaaaa");
+    EXPECT_EQ(toString([editor() string]), "aaaaaaaaaa");
+}
+
+TEST_F(ModelInAWindow, aFieldWhoseModelChangesToSomethingElseShowsThat) {
+    [m_window.get() makeFirstResponder:field()];
+    [editor() setSelectedRange:NSMakeRange(1, 0)];
+    m_model.number = "56";
+    changeModel();
+    EXPECT_EQ(toString([editor() string]), "56");
+    EXPECT_EQ([editor() selectedRange].location, 1U) << "behind what it was behind";
+}
+
+TEST_F(ModelInAWindow, followsTheWindowsWidth) {
+    const double before = NSWidth([field() frame]);
+    NSRect frame = [m_window.get() frame];
+    frame.size.width += 100;
+    [m_window.get() setFrame:frame display:YES];
+    EXPECT_EQ(NSWidth([field() frame]), before + 100);
+}
+
+} // namespace
+} // namespace menubar
