@@ -243,20 +243,21 @@ void SettingsModel::checkFile() {
             isKnown = contents.has_value();
             content = isKnown ? std::optional(*std::move(contents)) : std::nullopt;
         }
-        mainLoop.post([weak, generation, saves, isKnown, content = std::move(content)]() mutable {
+        mainLoop.post([weak, generation, saves, isKnown, content = std::move(content)] {
             const auto self = weak.lock();
             if (!self) {
                 return;
             }
             self->m_isChecking = false;
             if (isKnown) { // what cannot be read now may be so the next time
-                self->finishCheck(generation, saves, std::move(content));
+                self->finishCheck(generation, saves, content);
             }
         });
     });
 }
 
-void SettingsModel::finishCheck(std::uint64_t generation, std::uint64_t saves, std::optional<std::string> content) {
+void SettingsModel::finishCheck(std::uint64_t generation, std::uint64_t saves,
+                                const std::optional<std::string>& content) {
     if (generation != m_generation || saves != m_saves) {
         return; // the file was read before the form or the file became what they are
     }

@@ -190,7 +190,7 @@ private:
     [[nodiscard]] std::vector<Edit> unsavedEdits() const;
     void makeAgain(const std::vector<Edit>& edits);
     void applyLocks(const StatusFile* status);
-    void finishCheck(std::uint64_t generation, std::uint64_t saves, std::optional<std::string> content);
+    void finishCheck(std::uint64_t generation, std::uint64_t saves, const std::optional<std::string>& content);
     [[nodiscard]] bool takeOver(const std::optional<std::string>& content);
     void finishSave(const SettingsForm& written, std::uint64_t generation, const SaveReport& report);
     void apply(const SaveOutcome::InvalidLocally& outcome, const std::string& path, const SettingsForm* written);
