@@ -3,19 +3,23 @@
 #include "MenubarApp/AppKit/AppKitMainLoop.h"
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/AppKit/AppKitUserDefaults.h"
+#include "MenubarApp/AppKit/AppKitWindow.h"
 #include "MenubarApp/AppKit/AppKitWorkspace.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"
+#include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarApp/Commands/SystemCommands.h"
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarApp/Settings/OpenSettingsSwitch.h"
-#include "MenubarApp/Settings/PendingSettingsWindow.h"
+#include "MenubarApp/Settings/SaveBeforeQuit.h"
+#include "MenubarApp/Settings/SettingsModel.h"
+#include "MenubarApp/Settings/SettingsWindowController.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
-#include "MenubarCore/Menu/MainMenu.h"
 #include "MenubarCore/Status/StatusFileLocator.h"
 
+#include <chrono>
 #include <utility>
 
 namespace menubar {
@@ -24,7 +28,18 @@ namespace menubar {
 class Application {
   public:
     Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools)
-        : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)) {
+        : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)),
+          m_model(SettingsModel::create(environment, home,
+                                        {.mainLoop = m_mainLoop,
+                                         .files = m_fileManager,
+                                         .clock = m_clock,
+                                         .commands = m_commands,
+                                         .run = runCommand,
+                                         .isExecutable = PosixFileManager::isExecutableFile,
+                                         .log = log})),
+          m_saveBeforeQuit(m_mainLoop, m_model),
+          m_settings(SettingsWindowController::create(
+              environment, m_model, {.mainLoop = m_mainLoop, .windows = m_windows, .clock = m_clock, .log = log})) {
         m_controller = StatusMenuController::create(std::move(statusPath), std::move(environment), std::move(home),
                                                     {.mainLoop = m_mainLoop,
                                                      .statusItem = m_statusItem,
@@ -33,7 +48,7 @@ class Application {
                                                      .fileManager = m_fileManager,
                                                      .clock = m_clock,
                                                      .commands = m_commands,
-                                                     .settings = m_settings,
+                                                     .settings = *m_settings,
                                                      .log = log});
         m_statusItem.setEvents(m_controller);
         m_controller->start();
@@ -41,9 +56,15 @@ class Application {
 
     [[nodiscard]] StatusMenuController& controller() { return *m_controller; }
 
-    [[nodiscard]] SettingsWindow& settings() { return m_settings; }
+    [[nodiscard]] SettingsWindow& settings() { return *m_settings; }
+
+    [[nodiscard]] SaveBeforeQuit& saveBeforeQuit() { return m_saveBeforeQuit; }
 
   private:
+    static CommandResult runCommand(const std::string& executable, const std::vector<std::string>& arguments) {
+        return CommandRunner::runSync(executable, arguments);
+    }
+
     AppKitMainLoop m_mainLoop;
     AppKitStatusItem m_statusItem;
     AppKitWorkspace m_workspace;
@@ -51,21 +72,12 @@ class Application {
     PosixFileManager m_fileManager;
     SystemClock m_clock;
     SystemCommands m_commands;
-    PendingSettingsWindow m_settings{log};
+    AppKitWindowFactory m_windows;
+    std::shared_ptr<SettingsModel> m_model;
+    SaveBeforeQuit m_saveBeforeQuit;
+    std::shared_ptr<SettingsWindowController> m_settings;
     std::shared_ptr<StatusMenuController> m_controller;
 };
-
-namespace {
-
-void installMainMenu(id target) {
-    const auto menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
-    for (NSMenuItem* item in makeMenuItems(MainMenu::make(), target)) {
-        [menu.get() addItem:item];
-    }
-    [NSApp setMainMenu:menu.get()];
-}
-
-} // namespace
 
 } // namespace menubar
 
@@ -89,6 +101,24 @@ void installMainMenu(id target) {
     if (menubar::OpenSettingsSwitch::isOn(menubar::processEnvironment())) {
         [self show:nil];
     }
+}
+
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)application {
+    const auto proceed = [] { [NSApp replyToApplicationShouldTerminate:YES]; };
+    if (_application == nullptr || _application->saveBeforeQuit().mayQuit(proceed)) {
+        return NSTerminateNow;
+    }
+    const std::chrono::duration<double> patience = menubar::SaveBeforeQuit::patience;
+    // AppKit waits in the modal mode.
+    [self performSelector:@selector(stopWaitingForSave)
+               withObject:nil
+               afterDelay:patience.count()
+                  inModes:@[ NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode ]];
+    return NSTerminateLater;
+}
+
+- (void)stopWaitingForSave {
+    _application->saveBeforeQuit().giveUp();
 }
 
 - (void)applicationWillTerminate:(NSNotification*)notification {

@@ -2,11 +2,15 @@
 
 #import <AppKit/AppKit.h>
 
+#include "MenubarApp/AppKit/AlertSheet.h"
 #include "MenubarApp/AppKit/BackgroundQueue.h"
 #include "MenubarApp/AppKit/FileOpener.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarApp/Platform/Window.h"
 #include "MenubarApp/StatusMenu/VisibilityProbe.h"
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -27,6 +31,14 @@ void prepareApplication();
 
 /// What the window server tells of the window of the item's button.
 [[nodiscard]] VisibilityProbe readVisibility(NSStatusItem* item);
+
+/// A window that can be closed, minimised and resized, and that shows alerts as sheets.
+[[nodiscard]] ObjCPointer<NSWindow> makeWindow(NSSize contentSize);
+
+/// Puts an alert on such a window and returns at once. Return presses the first button, Escape the last. `answer` gets
+/// the index of the pressed button, once, when the sheet has gone.
+[[nodiscard]] std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
+                                                    std::function<void(std::size_t button)> answer);
 
 /// The value stored in the app's defaults domain, as it is now, whoever wrote it; nil when there is none.
 [[nodiscard]] id storedDefault(NSString* key);

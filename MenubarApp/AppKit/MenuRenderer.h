@@ -12,4 +12,7 @@ namespace menubar {
 /// of the main menu have no target and travel along the responder chain. A hand-off's item represents its file URL.
 [[nodiscard]] NSArray<NSMenuItem*>* makeMenuItems(const Menu& menu, id target);
 
+/// Gives the application its main menu. It is seldom seen, but its key equivalents count in every window.
+void installMainMenu(id target);
+
 } // namespace menubar

@@ -5,6 +5,7 @@
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarCore/Menu/MainMenu.h"
 #include "MenubarCore/Text/DisplayText.h"
 
 // The selectors that are declared nowhere in AppKit's own headers.
@@ -161,6 +162,14 @@ NSArray<NSMenuItem*>* makeMenuItems(const Menu& menu, id target) {
         [items addObject:makeItem(value, target)];
     }
     return items;
+}
+
+void installMainMenu(id target) {
+    const auto menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
+    for (NSMenuItem* item in makeMenuItems(MainMenu::make(), target)) {
+        [menu.get() addItem:item];
+    }
+    [NSApp setMainMenu:menu.get()];
 }
 
 } // namespace menubar

@@ -161,6 +161,9 @@ public:
     /// brings both together.
     [[nodiscard]] bool fileChangedOnDisk() const { return m_fileChangedOnDisk; }
 
+    /// A save has been started and is not over, whatever `saveState` says since.
+    [[nodiscard]] bool isSaving() const { return m_isSaving; }
+
     /// The command lines that have been started and have not ended: what loading and saving wait for.
     [[nodiscard]] std::vector<std::string> waitingFor() const;
 
@@ -226,7 +229,7 @@ private:
     std::uint64_t m_generation = 0; ///< of the form: each load begins a new one
     bool m_isLoading = false;       ///< the schema command has not ended
     std::string m_savingDescription;
-    bool m_isSaving = false;   ///< the save pipeline has not ended, whatever `saveState` says since
+    bool m_isSaving = false;
     std::uint64_t m_saves = 0; ///< begun so far
     bool m_isChecking = false;
 

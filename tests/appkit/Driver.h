@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,6 +18,15 @@ void pump(milliseconds duration);
 
 /// Runs the main loop until `done` or the time is over. Whether it was done.
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(5000));
+
+#if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+inline constexpr bool isMemoryMeasurable = false; // freed memory is held back for a while
+#else
+inline constexpr bool isMemoryMeasurable = true;
+#endif
+
+/// This process's resident memory.
+[[nodiscard]] std::size_t residentBytes();
 
 /// GNUstep catches exceptions of timers and notifications and only logs them. From now on every line that it logs
 /// fails the test that is running.

@@ -2,10 +2,12 @@
 
 #include "MenubarApp/AppKit/Conversions.h"
 
+#include <fstream>
 #include <mutex>
 #include <utility>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace menubar::driver {
 
@@ -57,6 +59,13 @@ bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
         runOnce(0.01);
     }
     return true;
+}
+
+std::size_t residentBytes() {
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 void failOnLoggedLines() {

@@ -6,27 +6,12 @@
 #include "tests/appkit/Driver.h"
 #include "tests/appkit/MenuDriver.h"
 
-#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace menubar {
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool isMemoryMeasurable = false; // freed memory is held back for a while
-#else
-constexpr bool isMemoryMeasurable = true;
-#endif
-
-std::size_t residentBytes() {
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    std::ifstream("/proc/self/statm") >> total >> resident;
-    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-}
 
 /// What one poll changes: the title, the tooltip, and every line of the menu.
 void poll(AppKitStatusItem& item, int number) {
@@ -69,11 +54,11 @@ TEST(Soak, tenThousandPollsLeaveNothingBehind) {
     };
     run(0, 1000); // caches fill
     const int objects = liveObjects();
-    const std::size_t bytes = residentBytes();
+    const std::size_t bytes = driver::residentBytes();
     run(1000, 11'000); // ends on a menu of the same length as the thousandth
     EXPECT_LE(liveObjects(), objects + 10);
-    if (isMemoryMeasurable) {
-        EXPECT_LE(residentBytes(), bytes + (std::size_t{2} << 20));
+    if (driver::isMemoryMeasurable) {
+        EXPECT_LE(driver::residentBytes(), bytes + (std::size_t{2} << 20));
     }
     GSDebugAllocationActive(NO);
 }

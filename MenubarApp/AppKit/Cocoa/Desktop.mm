@@ -4,7 +4,11 @@
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Platform/UserDefaults.h"
 
+#include "MenubarCore/Text/DisplayText.h"
+
 #import <CoreGraphics/CoreGraphics.h>
+
+#include <utility>
 
 #include <unistd.h>
 
@@ -49,6 +53,49 @@ std::optional<double> number(NSDictionary* bounds, NSString* key) {
     return [value isKindOfClass:[NSNumber class]] ? std::optional([value doubleValue]) : std::nullopt;
 }
 
+/// An NSAlert as a sheet. Its handler is called however the sheet ends; the state that it shares with this object says
+/// whether anybody still wants the answer.
+class NativeAlertSheet final : public AlertSheet {
+  public:
+    NativeAlertSheet(NSWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
+        : m_state(std::make_shared<State>(std::move(answer))), m_window(ObjCPointer<NSWindow>::retain(window)),
+          m_alert(ObjCPointer<NSAlert>::adopt([[NSAlert alloc] init])) {
+        [m_alert.get() setMessageText:toNSString(displayTitle(alert.message))];
+        [m_alert.get() setInformativeText:toNSString(displayText(alert.information, LineFeeds::keep))];
+        NSButton* last = nil;
+        for (const std::string& title : alert.buttons) {
+            last = [m_alert.get() addButtonWithTitle:toNSString(displayTitle(title))];
+        }
+        if (alert.buttons.size() > 1) {
+            [last setKeyEquivalent:@"\033"];
+        }
+        [m_alert.get() beginSheetModalForWindow:window
+                              completionHandler:[state = m_state](NSModalResponse response) {
+                                  const auto tell = std::exchange(state->answer, nullptr);
+                                  if (tell && response >= NSAlertFirstButtonReturn) {
+                                      tell(static_cast<std::size_t>(response - NSAlertFirstButtonReturn));
+                                  }
+                              }];
+    }
+
+    ~NativeAlertSheet() override {
+        if (std::exchange(m_state->answer, nullptr)) {
+            [m_window.get() endSheet:[m_alert.get() window] returnCode:NSModalResponseAbort];
+        }
+    }
+
+  private:
+    struct State {
+        explicit State(std::function<void(std::size_t)> function) : answer(std::move(function)) {}
+
+        std::function<void(std::size_t)> answer; ///< empty once it has been given or is no longer wanted
+    };
+
+    std::shared_ptr<State> m_state;
+    ObjCPointer<NSWindow> m_window;
+    ObjCPointer<NSAlert> m_alert;
+};
+
 } // namespace
 
 namespace Desktop {
@@ -83,6 +130,21 @@ VisibilityProbe readVisibility(NSStatusItem* item) {
         probe.width = number(bounds, @"Width");
     }
     return probe;
+}
+
+ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
+    const NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
+                                    NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
+    return ObjCPointer<NSWindow>::adopt([[NSWindow alloc]
+        initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
+                  styleMask:style
+                    backing:NSBackingStoreBuffered
+                      defer:NO]);
+}
+
+std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
+                                      std::function<void(std::size_t button)> answer) {
+    return std::make_unique<NativeAlertSheet>(window, alert, std::move(answer));
 }
 
 id storedDefault(NSString* key) {

@@ -1,6 +1,8 @@
 #include "MenubarApp/AppKit/Desktop.h"
 
+#import "MenubarApp/AppKit/GNUstep/AlertView.h"
 #import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
+#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
 #import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
@@ -10,11 +12,39 @@
 #include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 
+#include <utility>
+
 #include <unistd.h>
 
 namespace menubar {
 
 namespace {
+
+/// An alert that lies over the window's content; GNUstep's own would not return before it is answered.
+class OverlaySheet final : public AlertSheet {
+  public:
+    OverlaySheet(SheetWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
+        : m_window(ObjCPointer<SheetWindow>::retain(window)),
+          m_view(ObjCPointer<AlertView>::adopt([[AlertView alloc] initWithAlert:alert])) {
+        [m_view.get() setPressed:[window, answer = std::move(answer)](std::size_t button) {
+            const auto tell = answer; // ending the sheet lets go of this function
+            [window endSheetView];
+            tell(button);
+        }];
+        [window beginSheetView:m_view.get()];
+    }
+
+    ~OverlaySheet() override {
+        [m_view.get() setPressed:nullptr];
+        if ([m_window.get() sheetView] == m_view.get()) {
+            [m_window.get() endSheetView];
+        }
+    }
+
+  private:
+    ObjCPointer<SheetWindow> m_window;
+    ObjCPointer<AlertView> m_view;
+};
 
 /// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
 void hideArguments() {
@@ -84,6 +114,21 @@ VisibilityProbe readVisibility(NSStatusItem* item) {
     probe.x = NSMinX([window frame]);
     probe.width = NSWidth([window frame]);
     return probe;
+}
+
+ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
+    const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
+                             NSWindowStyleMaskResizable;
+    return ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]
+        initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
+                  styleMask:style
+                    backing:NSBackingStoreBuffered
+                      defer:NO]);
+}
+
+std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
+                                      std::function<void(std::size_t button)> answer) {
+    return std::make_unique<OverlaySheet>(static_cast<SheetWindow*>(window), alert, std::move(answer));
 }
 
 std::unique_ptr<BackgroundQueue> makeBackgroundQueue() {

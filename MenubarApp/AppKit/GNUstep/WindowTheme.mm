@@ -21,6 +21,48 @@ constexpr CGFloat titleFontSize = 13.0;
 
 } // namespace
 
+/// A sign in the title bar, on a round ground while it is pressed.
+@interface TitleBarButton : NSButton {
+    NSWindowButton _kind;
+}
+- (instancetype)initWithKind:(NSWindowButton)kind;
+@end
+
+@implementation TitleBarButton
+
+- (instancetype)initWithKind:(NSWindowButton)kind {
+    self = [super initWithFrame:NSMakeRect(0, 0, buttonSide, buttonSide)];
+    if (self != nil) {
+        _kind = kind;
+        [self setRefusesFirstResponder:YES];
+    }
+    return self;
+}
+
+- (void)drawRect:(NSRect)dirty {
+    const NSRect bounds = [self bounds];
+    [Palette::titleBar() setFill];
+    NSRectFill(bounds);
+    if ([[self cell] isHighlighted]) {
+        [Palette::border() setFill];
+        [[NSBezierPath bezierPathWithOvalInRect:bounds] fill];
+    }
+    constexpr CGFloat arm = 4.0;
+    const CGFloat x = NSMidX(bounds);
+    const CGFloat y = NSMidY(bounds);
+    if (_kind == NSWindowCloseButton) {
+        const NSPoint falling[] = {{x - arm, y - arm}, {x + arm, y + arm}};
+        const NSPoint rising[] = {{x - arm, y + arm}, {x + arm, y - arm}};
+        Drawing::strokeLines(falling, 2, 1.5, Palette::text());
+        Drawing::strokeLines(rising, 2, 1.5, Palette::text());
+    } else {
+        const NSPoint level[] = {{x - arm, y}, {x + arm, y}};
+        Drawing::strokeLines(level, 2, 1.5, Palette::text());
+    }
+}
+
+@end
+
 /// The frame of a window that no window manager decorates.
 @implementation ControlTheme (Window)
 
@@ -46,6 +88,12 @@ constexpr CGFloat titleFontSize = 13.0;
 
 - (float)titlebarPaddingRight {
     return buttonPadding;
+}
+
+- (NSButton*)standardWindowButton:(NSWindowButton)kind forStyleMask:(NSUInteger)mask {
+    NSButton* button = [[[TitleBarButton alloc] initWithKind:kind] autorelease];
+    [button setAction:kind == NSWindowCloseButton ? @selector(performClose:) : @selector(performMiniaturize:)];
+    return button;
 }
 
 - (void)drawWindowBorder:(NSRect)dirty
