@@ -33,7 +33,7 @@ class AppKitViewHost final : public ViewHost {
   public:
     /// `contentView` is flipped. A MenubarContentView tells of its resizing; any other view is taken to keep its size.
     explicit AppKitViewHost(NSView* contentView);
-    /// The controls that are left go too, silently.
+    /// The controls that are left go too, silently. The window is still there: it has to let go of what has its focus.
     ~AppKitViewHost() override;
 
     void setEvents(std::weak_ptr<ViewEvents> events) override;

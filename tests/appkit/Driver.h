@@ -16,6 +16,9 @@ using std::chrono::milliseconds;
 /// Runs the main loop for that long, in the default mode.
 void pump(milliseconds duration);
 
+/// Handles the events that are waiting, and those that they bring about, and returns.
+void handleWaitingEvents();
+
 /// Runs the main loop until `done` or the time is over. Whether it was done.
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(5000));
 

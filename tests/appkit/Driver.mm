@@ -29,7 +29,8 @@ class LoggedLinesListener final : public ::testing::EmptyTestEventListener {
     }
 };
 
-void runOnce(NSTimeInterval seconds) {
+/// Whether there was an event.
+bool runOnce(NSTimeInterval seconds) {
     @autoreleasepool {
         NSEvent* event = [NSApp nextEventMatchingMask:NSEventMaskAny
                                             untilDate:[NSDate dateWithTimeIntervalSinceNow:seconds]
@@ -38,6 +39,7 @@ void runOnce(NSTimeInterval seconds) {
         if (event != nil) {
             [NSApp sendEvent:event];
         }
+        return event != nil;
     }
 }
 
@@ -46,7 +48,12 @@ void runOnce(NSTimeInterval seconds) {
 void pump(milliseconds duration) {
     const auto end = std::chrono::steady_clock::now() + duration;
     while (std::chrono::steady_clock::now() < end) {
-        runOnce(0.01);
+        (void)runOnce(0.01);
+    }
+}
+
+void handleWaitingEvents() {
+    while (runOnce(0.0)) {
     }
 }
 
@@ -56,7 +63,7 @@ bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
         if (std::chrono::steady_clock::now() >= end) {
             return false;
         }
-        runOnce(0.01);
+        (void)runOnce(0.01);
     }
     return true;
 }

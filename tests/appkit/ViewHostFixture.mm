@@ -65,7 +65,7 @@ void ControlsInAWindow::key(unichar character, NSUInteger modifiers) {
         // currentEvent is what the loop dequeued last.
         [NSApp postEvent:event atStart:NO];
     }
-    pump(milliseconds(15));
+    handleWaitingEvents();
 }
 
 void ControlsInAWindow::type(const std::string& text) {
@@ -90,7 +90,7 @@ void ControlsInAWindow::click(NSView* view, NSPoint offset) {
                                             pressure:1.0F]
                  atStart:NO];
     }
-    pump(milliseconds(30));
+    handleWaitingEvents();
 }
 
 NSTextView* ControlsInAWindow::editor() const {

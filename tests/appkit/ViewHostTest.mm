@@ -1,15 +1,18 @@
 #import "tests/appkit/ViewHostFixture.h"
 
+#import "MenubarApp/AppKit/Controls/ActionTarget.h"
+#import "MenubarApp/AppKit/Controls/Containers.h"
+#import "MenubarApp/AppKit/Controls/KeyControls.h"
+#import "MenubarApp/AppKit/Controls/TextEditor.h"
+#import "MenubarApp/AppKit/Controls/TextField.h"
 #import "MenubarApp/AppKit/GNUstep/TextCells.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/View/View.h"
-#include "MenubarApp/View/ViewPresenter.h"
 
 #include "tests/appkit/Driver.h"
-#include "tests/support/RecordingViewHost.h"
 
 #include <limits>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -181,6 +184,17 @@ TEST_F(ViewHostInAWindow, scrollsAsLittleAsNeeded) {
     EXPECT_EQ(top(), 100.0) << "a change of the content keeps the place";
 }
 
+TEST_F(ViewHostInAWindow, contentThatGetsShorterLeavesNoEmptyRoomInSight) {
+    const ControlId scroll = add(ScrollView{});
+    host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 200});
+    host().setContentSize(scroll, {.width = 300, .height = 1000});
+    host().scrollToVisible(scroll, {.x = 0, .y = 999, .width = 300, .height = 1});
+    host().setContentSize(scroll, {.width = 300, .height = 500});
+    EXPECT_EQ(NSMinY([native<NSScrollView>(scroll) documentVisibleRect]), 300.0);
+    host().setContentSize(scroll, {.width = 300, .height = 100});
+    EXPECT_EQ(NSMinY([native<NSScrollView>(scroll) documentVisibleRect]), 0.0);
+}
+
 TEST_F(ViewHostInAWindow, whatGetsTheFocusComesIntoSight) {
     const ControlId scroll = add(ScrollView{});
     host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 100});
@@ -267,124 +281,54 @@ TEST_F(ViewHostInAWindow, aPromptIsSeenWhileThereIsNoText) {
     EXPECT_EQ(picture(host().nativeView(with)), picture(host().nativeView(without)));
 }
 
-// With a model behind it
+/// How many objects of the app's own classes there are.
+std::vector<int> liveObjects() {
+    std::vector<int> counts;
+    for (Class each : {[MenubarTextField class],
+                       [MenubarTextEditor class],
+                       [MenubarButton class],
+                       [MenubarSwitch class],
+                       [MenubarStepper class],
+                       [MenubarPicker class],
+                       [MenubarActionTarget class],
+                       [MenubarContentView class],
+                       [MenubarBoxView class]}) {
+        counts.push_back(GSDebugAllocationCount(each));
+    }
+    return counts;
+}
 
-/// A number that takes any text which is one, a note, and a switch that is never allowed on.
-struct Model {
-    std::string number = "5";
-    std::string note;
-    int revision = 0;
-
-    [[nodiscard]] View body() {
-        auto setNumber = [this](const std::string& typed) {
-            if (!typed.empty() && typed.find_first_not_of("0123456789") == std::string::npos) {
-                number = typed;
+TEST(ViewHost, twoHundredWindowsLeaveNothingBehind) {
+    const BOOL wasActive = GSDebugAllocationActive(YES);
+    const std::vector<int> before = liveObjects();
+    for (int i = 0; i < 200; ++i) {
+        @autoreleasepool {
+            const auto content = makeFlippedContentView();
+            NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 300, 300)
+                                                           styleMask:NSWindowStyleMaskTitled
+                                                             backing:NSBackingStoreBuffered
+                                                               defer:NO];
+            [window setReleasedWhenClosed:NO];
+            [window setContentView:content.get()];
+            auto host = std::make_unique<AppKitViewHost>(content.get());
+            ControlId made = 0;
+            for (const Control::Content& each :
+                 {Control::Content(Box{}), Control::Content(TextField{.text = "a"}), Control::Content(TextEditor{}),
+                  Control::Content(Button{.title = "b"}), Control::Content(Toggle{}), Control::Content(Stepper{}),
+                  Control::Content(Picker{.options = {"c"}}), Control::Content(Spinner{})}) {
+                host->create(++made, windowContent, {.content = each});
             }
-        };
-        auto setNote = [this](const std::string& typed) { note = typed; };
-        return view(
-            VStack{}, view(Text{.text = "Revision " + std::to_string(revision)}),
-            view(TextField{.text = number, .onEdit = setNumber}).withId("number"),
-            view(TextEditor{.text = note, .onEdit = setNote}).withId("note"), view(Toggle{}),
-            view(Button{.title = "Save", .shortcut = KeyShortcut::commandS, .onPress = [this] { ++revision; }}));
+            host->setTabOrder(std::vector<ControlId>{2, 3, 4, 5, 6, 7});
+            [window makeKeyAndOrderFront:nil];
+            [window makeFirstResponder:host->keyView(2 + static_cast<ControlId>(i % 2))];
+            host.reset();
+            [window close];
+            [window release];
+        }
+        driver::pump(driver::milliseconds(1));
     }
-};
-
-class ModelInAWindow : public ViewHostInAWindow {
-  protected:
-    ModelInAWindow() : m_presenter(ViewPresenter::create(host(), [this] { return m_model.body(); }, m_queue.later())) {}
-
-    ~ModelInAWindow() override { m_presenter->close(); }
-
-    void changeModel() {
-        ++m_model.revision;
-        m_presenter->setNeedsRender();
-        m_queue.run();
-    }
-
-    [[nodiscard]] NSTextField* field() const { return native<NSTextField>(numberId); }
-
-    /// In the order in which they are made.
-    static constexpr ControlId numberId = 2;
-    static constexpr ControlId noteId = 3;
-    static constexpr ControlId toggleId = 4;
-
-    Model m_model;
-    recording::LaterQueue m_queue;
-    std::shared_ptr<ViewPresenter> m_presenter;
-};
-
-TEST_F(ModelInAWindow, keepsWhatIsHalfTypedOverAHundredChanges) {
-    [m_window.get() makeFirstResponder:field()];
-    [editor() setSelectedRange:NSMakeRange(1, 0)];
-    type("x7");
-    for (int i = 0; i < 100; ++i) {
-        changeModel();
-    }
-    EXPECT_EQ(toString([editor() string]), "5x7");
-    EXPECT_EQ([editor() selectedRange].location, 3U);
-    EXPECT_EQ(m_model.number, "5");
-    [[editor() undoManager] undo];
-    EXPECT_NE(toString([editor() string]), "5x7") << "the history is still there";
-}
-
-TEST_F(ModelInAWindow, putsBackWhatIsNoNumberWhenEditingEnds) {
-    [m_window.get() makeFirstResponder:field()];
-    [editor() setSelectedRange:NSMakeRange(1, 0)];
-    type("x");
-    [m_window.get() makeFirstResponder:nil];
-    EXPECT_EQ(toString([field() stringValue]), "5");
-    [m_window.get() makeFirstResponder:field()];
-    [editor() setSelectedRange:NSMakeRange(1, 0)];
-    type("y\r");
-    EXPECT_EQ(toString([editor() string]), "5") << "by Return";
-    type("12z");
-    key('\t');
-    EXPECT_EQ(toString([field() stringValue]), "12") << "by Tab; Return had selected everything";
-    EXPECT_EQ(m_model.number, "12");
-}
-
-TEST_F(ModelInAWindow, commitsPendingTextBeforeAButtonActs) {
-    [m_window.get() makeFirstResponder:field()];
-    [editor() setSelectedRange:NSMakeRange(1, 0)];
-    type("x");
-    key('s', NSCommandKeyMask);
-    EXPECT_EQ(m_model.revision, 1);
-    EXPECT_EQ(toString([editor() string]), "5");
-    EXPECT_EQ([editor() selectedRange].location, 1U);
-}
-
-TEST_F(ModelInAWindow, aSwitchGoesBackToWhatTheModelAllows) {
-    auto* toggle = native<NSSwitch>(toggleId);
-    [toggle performClick:nil];
-    EXPECT_EQ([toggle state], static_cast<NSControlStateValue>(NSControlStateValueOff));
-}
-
-TEST_F(ModelInAWindow, whatIsTypedWhileTheModelChangesGoesIntoTheModel) {
-    [m_window.get() makeFirstResponder:host().keyView(noteId)];
-    for (int i = 0; i < 10; ++i) {
-        type("a");
-        changeModel();
-    }
-    EXPECT_EQ(m_model.note, "aaaaaaaaaa");
-    EXPECT_EQ(toString([editor() string]), "aaaaaaaaaa");
-}
-
-TEST_F(ModelInAWindow, aFieldWhoseModelChangesToSomethingElseShowsThat) {
-    [m_window.get() makeFirstResponder:field()];
-    [editor() setSelectedRange:NSMakeRange(1, 0)];
-    m_model.number = "56";
-    changeModel();
-    EXPECT_EQ(toString([editor() string]), "56");
-    EXPECT_EQ([editor() selectedRange].location, 1U) << "behind what it was behind";
-}
-
-TEST_F(ModelInAWindow, followsTheWindowsWidth) {
-    const double before = NSWidth([field() frame]);
-    NSRect frame = [m_window.get() frame];
-    frame.size.width += 100;
-    [m_window.get() setFrame:frame display:YES];
-    EXPECT_EQ(NSWidth([field() frame]), before + 100);
+    EXPECT_TRUE(driver::pumpUntil([&] { return liveObjects() == before; })) << ::testing::PrintToString(liveObjects());
+    GSDebugAllocationActive(wasActive);
 }
 
 } // namespace

@@ -79,6 +79,10 @@ void NativeLook::describe(NSView* view, const Accessibility& accessibility) {
     [view setAccessibilityHelp:accessibility.description.empty() ? nil : toNSString(accessibility.description)];
 }
 
+void NativeLook::describeValue(NSView* view, double value) {
+    [view setAccessibilityValue:[NSNumber numberWithDouble:value]];
+}
+
 void NativeLook::keepTextPlain(NSTextView* text) {
     [text setAutomaticQuoteSubstitutionEnabled:NO];
     [text setAutomaticDashSubstitutionEnabled:NO];

@@ -27,6 +27,7 @@ class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
             [native() setMaxValue:now.max && now.value >= *now.max ? 0.0 : 1.0];
             [native() setDoubleValue:0.0];
             [native() setNeedsDisplay:YES];
+            NativeLook::describeValue(native(), now.value);
         }
         if (change.in(&Stepper::enabled)) {
             [native() setEnabled:now.enabled];

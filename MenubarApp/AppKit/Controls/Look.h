@@ -54,6 +54,9 @@ void dressPicker(NSPopUpButton* picker);
 /// Tells assistive technology, where there is any. Empty texts are left to the control.
 void describe(NSView* view, const Accessibility& accessibility);
 
+/// The number that a control stands for, where it is not the one that the control counts with.
+void describeValue(NSView* view, double value);
+
 /// Leaves what a person types as it is: no quotes, dashes, spelling or replacements of the system's.
 void keepTextPlain(NSTextView* text);
 

@@ -148,6 +148,8 @@ NSImage* NativeLook::symbol(const std::string& name, const std::string& descript
 /// GNUstep has no assistive technology to tell.
 void NativeLook::describe(NSView*, const Accessibility&) {}
 
+void NativeLook::describeValue(NSView*, double) {}
+
 void NativeLook::keepTextPlain(NSTextView* text) {
     [text setContinuousSpellCheckingEnabled:NO];
     [text setSmartInsertDeleteEnabled:NO];
