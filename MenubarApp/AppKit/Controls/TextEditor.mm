@@ -12,7 +12,7 @@
 
 - (void)setSession:(std::shared_ptr<menubar::TextSession>)session {
     _session = std::move(session);
-    [self setDelegate:self];
+    [self setDelegate:_session ? self : nil];
 }
 
 - (BOOL)becomeFirstResponder {
@@ -95,7 +95,11 @@ class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
         session->commit(text.get());
     }
 
-    void disconnect() override { m_session->disconnect(); }
+    void disconnect() override {
+        m_session->disconnect();
+        [m_text.get()
+            setSession:nullptr]; // GNUstep's text view frees the members of its subclasses without destroying them
+    }
 
   protected:
     void apply(const Change<TextEditor>& change) override {

@@ -33,6 +33,15 @@
 
 @end
 
+/// Every change of a selection would go to the pasteboard server, which is started for it, for the middle mouse button
+/// to paste. Copying reaches it as before.
+@implementation NSTextView (MenubarSelectionOverride)
+
+- (void)copySelection {
+}
+
+@end
+
 /// The system colours as they are legible on a light surface; GNUstep's are pure primaries.
 @implementation NSColor (MenubarOverride)
 
