@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <expected>
 #include <filesystem>
@@ -58,18 +59,17 @@ int stopRequests() {
     return ends[0];
 }
 
-/// Waits until `deadline`; false when the process is asked to stop before.
+/// Waits until `deadline`; false when the process is asked to stop before. Looks once even when the deadline is over:
+/// polls that take longer than their interval must not keep the process from ending.
 bool sleepUntil(Steady::time_point deadline, int stopDescriptorToRead) {
-    for (;;) {
+    do {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Steady::now());
-        if (left.count() <= 0) {
-            return true;
-        }
         pollfd descriptor{.fd = stopDescriptorToRead, .events = POLLIN, .revents = 0};
-        if (::poll(&descriptor, 1, static_cast<int>(left.count())) > 0) {
+        if (::poll(&descriptor, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0))) > 0) {
             return false;
         }
-    }
+    } while (Steady::now() < deadline);
+    return true;
 }
 
 Date now() {
