@@ -62,14 +62,18 @@ bool Desktop::ends() {
     return m_app->wait() == 0;
 }
 
+void Desktop::requestEnd() const {
+    m_app->send(SIGTERM);
+}
+
 std::string Desktop::xdotool(std::vector<std::string> arguments) {
     return CommandRunner::runSync("/usr/bin/xdotool", std::move(arguments), {}, [](std::string_view) {}).stdout_;
 }
 
-/// Those that show anything; the app names none of them.
-std::vector<Desktop::Window> Desktop::windows() {
+/// Those that show anything; the app names none of them but the settings window.
+std::vector<Desktop::Window> Desktop::windows(const std::string& name) {
     std::vector<Window> result;
-    std::istringstream ids(xdotool({"search", "--onlyvisible", "--name", ".*"}));
+    std::istringstream ids(xdotool({"search", "--onlyvisible", "--name", name}));
     for (std::string id; ids >> id;) {
         std::map<std::string, int> values;
         std::istringstream lines(xdotool({"getwindowgeometry", "--shell", id}));
@@ -91,9 +95,16 @@ std::optional<Desktop::Window> Desktop::strip() const {
 
 std::optional<Desktop::Window> Desktop::menu() const {
     const auto all = windows();
-    const auto found = std::ranges::find_if(
-        all, [](const Window& window) { return window.y >= stripHeight - 1 && window.height > stripHeight; });
+    const auto settings = settingsWindow();
+    const auto found = std::ranges::find_if(all, [&](const Window& window) {
+        return window.y >= stripHeight - 1 && window.height > stripHeight && !(settings && window.id == settings->id);
+    });
     return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<Desktop::Window> Desktop::settingsWindow() {
+    const auto found = windows("ostrel Settings");
+    return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 void Desktop::click(int x, int y) const {
@@ -105,6 +116,10 @@ void Desktop::click(int x, int y) const {
 
 void Desktop::press(const std::string& key) const {
     (void)xdotool({"key", key});
+}
+
+void Desktop::type(const std::string& text) const {
+    (void)xdotool({"type", text});
 }
 
 void Desktop::move(const Window& window, int x, int y) const {

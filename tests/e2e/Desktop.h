@@ -35,15 +35,23 @@ public:
     /// Whether the app ended by itself, with status 0.
     [[nodiscard]] bool ends();
 
+    /// Asks the app to end, and does not wait for it.
+    void requestEnd() const;
+
+    /// What the app wrote to standard error; once it has ended.
+    [[nodiscard]] const std::string& errors() const { return m_app->errors(); }
+
     // What is on the screen.
 
     [[nodiscard]] std::optional<Window> strip() const;
     [[nodiscard]] std::optional<Window> menu() const;
+    [[nodiscard]] static std::optional<Window> settingsWindow();
 
     // A person's hands.
 
     void click(int x, int y) const;
     void press(const std::string& key) const;
+    void type(const std::string& text) const;
     void move(const Window& window, int x, int y) const;
     /// Clicks the item and waits for its menu.
     void openMenu() const;
@@ -66,7 +74,7 @@ public:
 
 private:
     [[nodiscard]] static std::string xdotool(std::vector<std::string> arguments);
-    [[nodiscard]] static std::vector<Window> windows();
+    [[nodiscard]] static std::vector<Window> windows(const std::string& name = ".*");
 
     std::unique_ptr<ChildProcess> m_app;
 };

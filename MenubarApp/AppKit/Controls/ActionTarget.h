@@ -37,8 +37,9 @@ template <class Content, class NativeView> class ActionAdapter : public AdapterF
         : AdapterFor<Content, NativeView>(owned),
           m_target(ObjCPointer<MenubarActionTarget>::adopt([[MenubarActionTarget alloc]
               initWithReporter:reporter
-                        report:[report = std::move(report)](const Reporter& to, id sender) {
-                            report(to, static_cast<NativeView*>(sender));
+                        report:[report = std::move(report), view = this->native()](const Reporter& to, id) {
+                            // Not the sender: GNUstep names none before the control has been drawn.
+                            report(to, view);
                         }])) {
         [this->native() setTarget:m_target.get()];
         [this->native() setAction:@selector(act:)];

@@ -7,6 +7,7 @@
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/GNUstep/ChildSignal.h"
+#include "MenubarApp/AppKit/GNUstep/PasteboardServer.h"
 #include "MenubarApp/AppKit/GNUstep/TerminationSignals.h"
 #include "MenubarApp/AppKit/GNUstep/ThreadPool.h"
 #include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
@@ -117,6 +118,7 @@ VisibilityProbe readVisibility(NSStatusItem* item) {
 }
 
 ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
+    PasteboardServer::start();
     const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
                              NSWindowStyleMaskResizable;
     return ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]

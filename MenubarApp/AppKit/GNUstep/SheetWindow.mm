@@ -74,6 +74,38 @@
     }
 }
 
+/// That of the text with the insertion point: the main menu's undo and redo ask the window. GNUstep's window would name
+/// one of its own, which knows of nothing to do again.
+- (NSUndoManager*)undoManager {
+    NSResponder* responder = [self firstResponder];
+    if ([responder isKindOfClass:[NSTextView class]]) {
+        NSTextView* text = static_cast<NSTextView*>(responder);
+        id delegate = [text delegate];
+        if ([delegate respondsToSelector:@selector(undoManagerForTextView:)]) {
+            return [delegate undoManagerForTextView:text];
+        }
+    }
+    return [super undoManager];
+}
+
+- (void)undo:(id)sender {
+    [[self undoManager] undo];
+}
+
+- (void)redo:(id)sender {
+    [[self undoManager] redo];
+}
+
+- (BOOL)validateMenuItem:(id<NSMenuItem>)item {
+    if (sel_isEqual([item action], @selector(undo:))) {
+        return [[self undoManager] canUndo];
+    }
+    if (sel_isEqual([item action], @selector(redo:))) {
+        return [[self undoManager] canRedo];
+    }
+    return [super validateMenuItem:item];
+}
+
 - (BOOL)performKeyEquivalent:(NSEvent*)event {
     if (_sheet) {
         return [_sheet.get() performKeyEquivalent:event];
@@ -81,25 +113,25 @@
     return [super performKeyEquivalent:event] || [self performShiftedKeyEquivalent:event];
 }
 
-/// The main menu names a key and Shift apart, as macOS does; GNUstep's menus compare the name with the character that
-/// both give together.
+/// The main menu names a key and Shift apart, as macOS does. GNUstep's menus compare the name with the character that
+/// both give together, and take an item without Shift for one with it.
 - (BOOL)performShiftedKeyEquivalent:(NSEvent*)event {
     constexpr NSUInteger both = NSEventModifierFlagCommand | NSEventModifierFlagShift;
-    NSString* key = [[event charactersIgnoringModifiers] lowercaseString];
-    if (([event modifierFlags] & both) != both || [key isEqualToString:[event charactersIgnoringModifiers]]) {
+    if (([event modifierFlags] & both) != both) {
         return NO;
     }
-    NSEvent* unshifted = [NSEvent keyEventWithType:[event type]
-                                          location:[event locationInWindow]
-                                     modifierFlags:[event modifierFlags]
-                                         timestamp:[event timestamp]
-                                      windowNumber:[event windowNumber]
-                                           context:[event context]
-                                        characters:key
-                       charactersIgnoringModifiers:key
-                                         isARepeat:[event isARepeat]
-                                           keyCode:[event keyCode]];
-    return [[NSApp mainMenu] performKeyEquivalent:unshifted];
+    NSString* key = [[event charactersIgnoringModifiers] lowercaseString];
+    for (NSMenuItem* top in [[NSApp mainMenu] itemArray]) {
+        NSMenu* menu = [top submenu];
+        [menu update];
+        for (NSMenuItem* item in [menu itemArray]) {
+            if ([item keyEquivalentModifierMask] == both && [[item keyEquivalent] isEqualToString:key]) {
+                [menu performActionForItemAtIndex:[menu indexOfItem:item]];
+                return YES;
+            }
+        }
+    }
+    return NO;
 }
 
 /// Beneath the sheet views draw without regard to it.

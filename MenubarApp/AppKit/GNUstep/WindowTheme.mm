@@ -90,6 +90,13 @@ constexpr CGFloat titleFontSize = 13.0;
     return buttonPadding;
 }
 
+/// The main menu is there for its keys; it takes no room in a window.
+- (void)setMenu:(NSMenu*)menu forWindow:(NSWindow*)window {
+}
+
+- (void)updateAllWindowsWithMenu:(NSMenu*)menu {
+}
+
 - (NSButton*)standardWindowButton:(NSWindowButton)kind forStyleMask:(NSUInteger)mask {
     NSButton* button = [[[TitleBarButton alloc] initWithKind:kind] autorelease];
     [button setAction:kind == NSWindowCloseButton ? @selector(performClose:) : @selector(performMiniaturize:)];
