@@ -1,5 +1,7 @@
 #import "MenubarApp/AppKit/AppKitWindow.h"
 
+#import <GNUstepGUI/GSTheme.h>
+
 #import "MenubarApp/AppKit/GNUstep/AlertView.h"
 #import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
 
@@ -193,6 +195,17 @@ TEST_F(WindowTest, mayBeDestroyedRightAfterItClosed) {
     ASSERT_TRUE(destroyer->isClosing);
     window.reset();
     pump(std::chrono::milliseconds(50));
+}
+
+TEST_F(WindowTest, keepsItsLookWhenTheUserDefaultsChange) {
+    m_window->bringForward();
+    GSTheme* const look = [GSTheme theme];
+    ASSERT_NE([look class], [GSTheme class]);
+    [[NSNotificationCenter defaultCenter] postNotificationName:NSUserDefaultsDidChangeNotification
+                                                        object:[NSUserDefaults standardUserDefaults]];
+    pump(std::chrono::milliseconds(20));
+    EXPECT_EQ([GSTheme theme], look);
+    EXPECT_TRUE([native() isVisible]);
 }
 
 // Alerts

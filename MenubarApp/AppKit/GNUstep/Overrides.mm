@@ -2,6 +2,7 @@
 // of GNUstep's own class.
 #import <AppKit/AppKit.h>
 #import <GNUstepGUI/GSServicesManager.h>
+#import <GNUstepGUI/GSTheme.h>
 
 /// Distributed notifications need the daemon gdnc, which AppKit starts at launch. Nobody here listens to other
 /// processes.
@@ -38,6 +39,15 @@
 @implementation NSTextView (MenubarSelectionOverride)
 
 - (void)copySelection {
+}
+
+@end
+
+/// The theme that the app has chosen stays: with every change of the user defaults, of which reading them anew is one,
+/// GNUstep would go back to the one that they name, and make all windows again for it.
+@implementation GSTheme (MenubarOverride)
+
++ (void)defaultsDidChange:(NSNotification*)notification {
 }
 
 @end
