@@ -2,12 +2,12 @@
 
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
+#include "MenubarApp/Platform/StandardDescriptors.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SystemLoginItem.h"
 #include "MenubarCtl/Terminal.h"
 
-#include <csignal>
 #include <string>
 #include <utility>
 
@@ -73,8 +73,7 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
 } // namespace
 
 int run(std::span<const std::string> arguments, const Environment& environment, const SystemTools& tools) {
-    // A reader that goes away is an error of the write, not the end of the process in the middle of a screen.
-    std::signal(SIGPIPE, SIG_IGN);
+    secureStandardDescriptors();
     auto line = parseCommandLine(arguments);
     if (!line) {
         complain(line.error().message);

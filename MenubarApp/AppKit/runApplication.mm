@@ -3,6 +3,7 @@
 #import "MenubarApp/AppKit/AppDelegate.h"
 
 #include "MenubarApp/AppKit/Desktop.h"
+#include "MenubarApp/Platform/StandardDescriptors.h"
 
 namespace menubar {
 
@@ -15,6 +16,7 @@ AppDelegate* delegate = nil;
 } // namespace
 
 int runApplication(const SystemTools& tools) {
+    secureStandardDescriptors();
     @autoreleasepool {
         Desktop::prepareProcess();
         application = [NSApplication sharedApplication];

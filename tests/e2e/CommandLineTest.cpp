@@ -95,6 +95,27 @@ TEST(Menubarctl, outputThatCannotBeWrittenIsAFailure) {
     EXPECT_EQ(result.errors, "ostrel-menubarctl: cannot write the output: No space left on device\n");
 }
 
+TEST(Menubarctl, aClosedStandardDescriptorIsNoPlaceForAnythingElse) {
+    const ScratchHome home;
+    const auto run = [&](const std::string& command) {
+        auto options = home.menubarctl({"-c", "exec \"$0\" " + command, MENUBARCTL_PROGRAM});
+        options.program = "/bin/sh";
+        return ScratchHome::run(options);
+    };
+    const std::string complaint = "ostrel-menubarctl: cannot write the output: Bad file descriptor\n";
+    for (const std::string command :
+         {"status >&-", "menu --json <&- >&-", "menu --watch >&-", "menu --watch <&- >&-"}) {
+        const auto result = run(command);
+        EXPECT_EQ(result.status, 1) << command;
+        EXPECT_EQ(result.errors, complaint) << command;
+    }
+    EXPECT_EQ(run("menu --watch <&- >&- 2>&-").status, 1);
+    EXPECT_EQ(run("nonsense 2>&-").status, 2);
+    const auto silent = run("status --verbose 2>&-");
+    EXPECT_EQ(silent.status, 0);
+    EXPECT_THAT(silent.output, StartsWith("Daemon not running\n"));
+}
+
 TEST(Demo, saysThatItIsAStandIn) {
     const ScratchHome home;
     const auto help = ScratchHome::run(home.demo({"--help"}));

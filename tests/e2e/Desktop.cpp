@@ -46,9 +46,12 @@ Desktop::Desktop() {
     }
 }
 
-void Desktop::start() {
+void Desktop::start(const std::string& redirections, ChildProcess::Output output) {
     m_app = std::make_unique<ChildProcess>(
-        ChildProcess::Options{.program = DEMO_MENUBAR_PROGRAM, .arguments = {}, .environment = home.environment});
+        ChildProcess::Options{.program = "/bin/sh",
+                              .arguments = {"-c", "exec \"$0\" " + redirections, DEMO_MENUBAR_PROGRAM},
+                              .environment = home.environment,
+                              .output = output});
     ASSERT_TRUE(eventually([&] { return strip().has_value(); }));
 }
 

@@ -26,8 +26,9 @@ public:
 
     Desktop();
 
-    /// Starts the app and waits until its item is on the screen; fails the test otherwise.
-    void start();
+    /// Starts the app and waits until its item is on the screen; fails the test otherwise. The redirections are the
+    /// shell's; standard output is what `output` says, standard error a pipe that is read.
+    void start(const std::string& redirections = "", ChildProcess::Output output = ChildProcess::Output::pipe);
 
     /// Sends SIGTERM and gives what the app wrote to standard error.
     [[nodiscard]] std::string stop();

@@ -8,6 +8,9 @@
 #include "tests/support/PropertyLists.h"
 
 #include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <thread>
@@ -16,10 +19,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace menubar;
 using namespace std::chrono_literals;
+using menubar::e2e::ChildProcess;
 using menubar::e2e::Desktop;
 using menubar::e2e::ScratchHome;
 using testing::ElementsAre;
@@ -111,6 +116,46 @@ TEST(DesktopApp, withoutCmuxAClickSaysSo) {
     desktop.choose("Down", 1);
     EXPECT_THAT(desktop.stop(), HasSubstr("\nostrel-menubar: cmux not found in [] or PATH\n"));
     EXPECT_THAT(desktop.calls(), IsEmpty());
+}
+
+TEST(DesktopApp, aCommandThatNeverEndsHoldsNeitherTheMenuNorTheEnd) {
+    Desktop desktop;
+    const std::string cmux = desktop.home.write("bin/cmux", "#!/bin/sh\necho $$ > '" + (desktop.home / "id.part") +
+                                                                "'\nmv '" + (desktop.home / "id.part") + "' '" +
+                                                                (desktop.home / "id") + "'\nexec sleep 100\n");
+    ASSERT_EQ(::chmod(cmux.c_str(), 0755), 0);
+    desktop.home.environment["PATH"] = (desktop.home / "bin") + ":/usr/bin:/bin";
+    desktop.home.writeStatus(oneSession);
+    desktop.start();
+    desktop.choose("Down", 1);
+    EXPECT_TRUE(Desktop::eventually([&] { return std::filesystem::exists(desktop.home / "id"); }));
+    pid_t command = 0;
+    std::ifstream(desktop.home / "id") >> command;
+    ASSERT_GT(command, 1);
+    desktop.choose("Up", 1); // "Quit"
+    EXPECT_TRUE(desktop.ends());
+    EXPECT_EQ(::kill(command, SIGKILL), 0) << "it is the person's, and is left alone";
+}
+
+TEST(DesktopApp, worksWithoutItsStandardDescriptors) {
+    for (const std::string redirections : {"2>&-", "<&- >&- 2>&-"}) {
+        Desktop desktop;
+        desktop.home.writeStatus(oneSession);
+        desktop.start(redirections);
+        desktop.choose("Down", 1);
+        EXPECT_TRUE(desktop.waitForCalls(2)) << redirections;
+        EXPECT_EQ(desktop.calls(), focusCalls);
+        EXPECT_EQ(desktop.stop(), "");
+    }
+}
+
+TEST(DesktopApp, worksWhenNobodyReadsItsDiagnosticLines) {
+    Desktop desktop;
+    desktop.home.writeStatus(oneSession);
+    desktop.start("2>&1", ChildProcess::Output::closedPipe);
+    desktop.choose("Down", 1);
+    EXPECT_TRUE(desktop.waitForCalls(2));
+    EXPECT_EQ(desktop.stop(), "");
 }
 
 TEST(DesktopApp, aHiddenItemIsAnnouncedExactlyOnceInEachSpell) {
