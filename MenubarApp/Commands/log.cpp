@@ -1,5 +1,8 @@
 #include "MenubarApp/Commands/log.h"
 
+#include "MenubarCore/Text/CodePoints.h"
+#include "MenubarCore/Text/DisplayText.h"
+
 #include <cerrno>
 #include <string>
 
@@ -7,19 +10,29 @@
 
 namespace menubar {
 
-void log(std::string_view message) {
-    std::string line = "ostrel-menubar: ";
-    line.reserve(line.size() + message.size() + 1);
+namespace {
+
+std::string withoutLineBreaks(std::string_view message) {
+    std::string text;
+    text.reserve(message.size());
     for (const char c : message) {
         if (c == '\n') {
-            line += "\\n";
+            text += "\\n";
         } else if (c == '\r') {
-            line += "\\r";
+            text += "\\r";
         } else {
-            line += c;
+            text += c;
         }
     }
-    line += '\n';
+    return text;
+}
+
+} // namespace
+
+void log(std::string_view message) {
+    const std::string text = withoutLineBreaks(message);
+    const bool isShown = ::isatty(STDERR_FILENO) == 1;
+    const std::string line = "ostrel-menubar: " + (isShown ? displayText(text) : wellFormed(text)) + "\n";
     // One call writes the whole line. What a full pipe leaves over follows; any other failure has nobody to tell.
     std::string_view rest = line;
     while (!rest.empty()) {

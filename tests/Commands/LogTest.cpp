@@ -33,6 +33,11 @@ TEST(Log, aMessageCannotLookLikeTwoLines) {
               "ostrel-menubar: one\\nostrel-menubar: two\\r\\n\n");
 }
 
+TEST(Log, isAlwaysUtf8) {
+    EXPECT_EQ(standardErrorOf([] { log("a\xFF\xC3"); }), "ostrel-menubar: a\uFFFD\uFFFD\n");
+    EXPECT_EQ(standardErrorOf([] { log("M\u00FCnchen\t\x1B[1m"); }), "ostrel-menubar: M\u00FCnchen\t\x1B[1m\n");
+}
+
 TEST(Log, linesOfManyThreadsStayWhole) {
     const std::string written = standardErrorOf([] {
         std::vector<std::thread> threads;

@@ -104,6 +104,17 @@ TEST(OnATerminal, jsonHoldsNothingThatTheTerminalObeys) {
     EXPECT_THAT(json, Not(HasSubstr("\u009B")));
 }
 
+TEST(OnATerminal, diagnosticLinesHoldNothingThatTheTerminalObeys) {
+    const ScratchHome home;
+    auto options = home.menubarctl(
+        {"-c", R"(exec "$0" status --verbose --status-file "$1" 2>&1)", MENUBARCTL_PROGRAM, "/no/\x1b[31m\u202Esuch"});
+    options.program = "/bin/sh";
+    options.output = ChildProcess::Output::terminal;
+    const auto result = ScratchHome::run(options);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("ostrel-menubar: watching /no/\uFFFD[31m\uFFFDsuch\r\n"));
+}
+
 TEST(AwayFromATerminal, thereAreNoEscapesAndEightyColumns) {
     const ScratchHome home;
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"critical","contextPct":93,"dirName":")" +
