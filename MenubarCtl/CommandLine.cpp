@@ -46,8 +46,9 @@ std::unexpected<UsageError> wrong(const std::string& message) {
     return std::unexpected(UsageError{displayText(message)});
 }
 
+/// Cut like a title: nobody reads the whole of an argument that is not understood.
 std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
+    return "\"" + displayTitle(text) + "\"";
 }
 
 class Parser {

@@ -1,5 +1,6 @@
 #include "MenubarApp/Commands/Cmux.h"
 #include "MenubarApp/Commands/SystemTools.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SessionMatch.h"
 
@@ -32,7 +33,7 @@ ExitStatus runFocus(const Context& context, const CommandContext& commands) {
     }
     const std::string workspace = (*session)->workspaceId.value_or("");
     if (workspace.empty()) {
-        return fail("the session \"" + context.line().name + "\" is in no cmux workspace");
+        return fail("the session \"" + displayTitle(context.line().name) + "\" is in no cmux workspace");
     }
     const auto cmux = Cmux::path(commands);
     if (!cmux) {

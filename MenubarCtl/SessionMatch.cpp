@@ -1,8 +1,20 @@
 #include "MenubarCtl/SessionMatch.h"
 
+#include "MenubarCore/Text/DisplayText.h"
+
+#include <cstddef>
+#include <ranges>
+
 namespace menubar::ctl {
 
 namespace {
+
+/// Of sessions that cannot be told apart; the rest is counted.
+constexpr std::size_t maximumListed = 10;
+
+std::string quoted(std::string_view name) {
+    return "\"" + displayTitle(name) + "\"";
+}
 
 using Sessions = std::vector<const SessionStatus*>;
 
@@ -30,13 +42,16 @@ Sessions matching(const std::vector<SessionStatus>& sessions, std::string_view n
 }
 
 std::string ambiguity(const Sessions& found, std::string_view name) {
-    std::string text = "several sessions are called \"" + std::string(name) + "\": ";
+    std::string text = "several sessions are called " + quoted(name) + ": ";
     std::string_view separator;
-    for (const SessionStatus* session : found) {
+    for (const SessionStatus* session : found | std::views::take(maximumListed)) {
         text += separator;
-        text += session->displayName();
-        text += " (" + session->sessionId.value_or("no session id") + ")";
+        text += displayTitle(session->displayName());
+        text += " (" + displayTitle(session->sessionId.value_or("no session id")) + ")";
         separator = ", ";
+    }
+    if (found.size() > maximumListed) {
+        text += " and " + std::to_string(found.size() - maximumListed) + " more";
     }
     return text;
 }
@@ -47,7 +62,7 @@ std::expected<const SessionStatus*, std::string> findSession(const std::vector<S
                                                              std::string_view name) {
     const Sessions found = matching(sessions, name);
     if (found.empty()) {
-        return std::unexpected("no session is called \"" + std::string(name) + "\"");
+        return std::unexpected("no session is called " + quoted(name));
     }
     if (found.size() > 1) {
         return std::unexpected(ambiguity(found, name));

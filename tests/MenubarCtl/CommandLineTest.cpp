@@ -179,6 +179,13 @@ TEST(CommandLine, aMessageNeverRepeatsControlCharacters) {
     EXPECT_EQ(errorOf({"status", "--now", "a\u202Eb\nc"}), "--now is not an ISO 8601 time stamp: \"a\uFFFDb\uFFFDc\"");
 }
 
+TEST(CommandLine, aMessageRepeatsNoMoreOfAnArgumentThanFitsIt) {
+    EXPECT_EQ(errorOf({std::string(200, 'a')}), "unknown command \"" + std::string(200, 'a') + "\"");
+    EXPECT_EQ(errorOf({std::string(100'000, 'a')}), "unknown command \"" + std::string(199, 'a') + "…\"");
+    EXPECT_EQ(errorOf({"status", "--time-zone", std::string(100'000, 'a')}),
+              "--time-zone is not the name of a time zone: \"" + std::string(199, 'a') + "…\"");
+}
+
 TEST(CommandLine, theSynopsisNamesEveryCommandAndTheHelpEveryOption) {
     for (const char* word : {"status", "menu", "list", "get", "set NAME VALUE...", "reset", "focus",
                              "start|stop|restart", "--help", "--version"}) {

@@ -51,6 +51,26 @@ TEST(SessionMatch, severalOfOneRuleAreListed) {
     EXPECT_EQ(found(twins, "same"), "several sessions are called \"same\": api (same), web (same)");
 }
 
+TEST(SessionMatch, ofManyTheFirstTenAreListedAndTheRestIsCounted) {
+    std::vector<SessionStatus> sessions;
+    std::string listed = "several sessions are called \"api\": ";
+    for (int i = 1; i <= 10; ++i) {
+        sessions.push_back(session(std::to_string(i), std::nullopt, "api"));
+        listed += (i == 1 ? "api (" : ", api (") + std::to_string(i) + ")";
+    }
+    EXPECT_EQ(found(sessions, "api"), listed);
+    sessions.resize(10'000, session("x", std::nullopt, "api"));
+    EXPECT_EQ(found(sessions, "api"), listed + " and 9990 more");
+}
+
+TEST(SessionMatch, aLongNameIsCut) {
+    const std::string name(100'000, 'a');
+    EXPECT_EQ(found({}, name), "no session is called \"" + std::string(199, 'a') + "…\"");
+    const std::vector<SessionStatus> sessions{session("id-1", name, "api"), session("id-2", name, "web")};
+    EXPECT_EQ(found(sessions, name),
+              "several sessions are called \"" + std::string(199, 'a') + "…\": api (id-1), web (id-2)");
+}
+
 TEST(SessionMatch, namesAreCompletedByNothing) {
     const std::vector<SessionStatus> sessions{session("id-1", "s1", "api")};
     for (const char* name : {"ap", "API", "api ", "id", "", "session"}) {
