@@ -154,7 +154,7 @@ std::expected<void, int> MenuWatch::suspend() {
 } // namespace
 
 ExitStatus runMenuWatch(const Context& context) {
-    std::vector signals{SIGINT, SIGTERM, SIGWINCH, SIGTSTP};
+    std::vector signals{SIGINT, SIGQUIT, SIGTERM, SIGWINCH, SIGTSTP};
     struct sigaction hangup{};
     if (::sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN) {
         signals.push_back(SIGHUP); // unless nohup(1) said to live on without the terminal

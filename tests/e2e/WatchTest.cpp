@@ -38,7 +38,7 @@ std::string lastFrame(const std::string& output) {
 } // namespace
 
 TEST(MenuWatch, takesTheTerminalOverAndGivesItBackOnInterrupt) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
         const ScratchHome home;
         ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
         ASSERT_TRUE(watch.readUntil(contains("Quit")));
