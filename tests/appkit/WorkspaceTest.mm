@@ -14,8 +14,10 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace menubar {
 namespace {
@@ -52,6 +54,32 @@ TEST(AppKitWorkspace, opensAPathAsItIs) {
     AppKitWorkspace workspace(std::make_unique<XdgOpener>(program.program()));
     workspace.open("/home/ann/a b $(x) 'q'.md");
     EXPECT_EQ(program.arguments(), "/home/ann/a b $(x) 'q'.md|");
+}
+
+TEST(AppKitWorkspace, aNameIsNeitherAnOptionNorAnAddress) {
+    for (const std::string name : {"--help", "https://example.invalid", "plan.md"}) {
+        const OpenerProgram program;
+        AppKitWorkspace workspace(std::make_unique<XdgOpener>(program.program()));
+        workspace.open(name);
+        EXPECT_EQ(program.arguments(), "./" + name + "|");
+    }
+}
+
+TEST(AppKitWorkspace, theOpenerGetsNothingThatIsOpenHere) {
+    const int inheritable = ::fcntl(STDERR_FILENO, F_DUPFD, 100); // beyond what a shell opens for itself
+    ASSERT_GE(inheritable, 100);
+    const TemporaryDirectory directory;
+    const std::string seen = directory / "seen";
+    const OpenerProgram program("if [ -e /proc/$$/fd/" + std::to_string(inheritable) +
+                                " ]; then echo open; else echo closed; fi > '" + seen + ".part'; mv '" + seen +
+                                ".part' '" + seen + "'");
+    AppKitWorkspace workspace(std::make_unique<XdgOpener>(program.program()));
+    workspace.open("/a");
+    EXPECT_TRUE(driver::pumpUntil([&] { return std::filesystem::exists(seen); }));
+    std::string word;
+    std::ifstream(seen) >> word;
+    EXPECT_EQ(word, "closed");
+    ::close(inheritable);
 }
 
 TEST(AppKitWorkspace, revealsByOpeningTheDirectoryAround) {

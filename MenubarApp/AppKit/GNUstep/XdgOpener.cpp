@@ -12,7 +12,8 @@ XdgOpener::XdgOpener(std::string program) : m_program(std::move(program)) {}
 
 void XdgOpener::open(const std::string& path) {
     collectFinished();
-    const pid_t child = spawnDetached(m_program, {path});
+    // A name must be taken neither for an option nor for the address of a page.
+    const pid_t child = spawnDetached(m_program, {path.starts_with('/') ? path : "./" + path});
     if (child < 0) {
         log("cannot open " + path + ": " + m_program + ": " + std::strerror(-child));
         return;

@@ -19,6 +19,7 @@ pid_t spawnDetached(const std::string& program, const std::vector<std::string>& 
     ::posix_spawnattr_init(&attributes);
     ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1); // it may outlive this process
     sigset_t none;
     sigset_t all;
     ::sigemptyset(&none);
