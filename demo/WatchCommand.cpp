@@ -13,7 +13,6 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
-#include <cstdint>
 #include <cstdio>
 #include <expected>
 #include <filesystem>
@@ -59,17 +58,18 @@ int stopRequests() {
     return ends[0];
 }
 
-/// Waits until `deadline`; false when the process is asked to stop before. Looks once even when the deadline is over:
-/// polls that take longer than their interval must not keep the process from ending.
+/// Waits until `deadline`; false when the process is asked to stop before.
 bool sleepUntil(Steady::time_point deadline, int stopDescriptorToRead) {
-    do {
+    for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Steady::now());
+        if (left.count() <= 0) {
+            return true;
+        }
         pollfd descriptor{.fd = stopDescriptorToRead, .events = POLLIN, .revents = 0};
-        if (::poll(&descriptor, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0))) > 0) {
+        if (::poll(&descriptor, 1, static_cast<int>(left.count())) > 0) {
             return false;
         }
-    } while (Steady::now() < deadline);
-    return true;
+    }
 }
 
 Date now() {

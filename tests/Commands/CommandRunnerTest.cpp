@@ -69,7 +69,7 @@ TEST(CommandRunner, reportsEveryExitStatus) {
 }
 
 TEST(CommandRunner, reportsASignalByItsNumber) {
-    for (const int number : {SIGKILL, SIGTERM, SIGINT, SIGPIPE, SIGUSR1}) {
+    for (const int number : {SIGKILL, SIGTERM, SIGINT, SIGPIPE, SIGUSR1, SIGQUIT, SIGABRT}) {
         const LoggedRun ran = run(child, {"out", "so far", "raise", std::to_string(number)});
         EXPECT_EQ(ran.result.status, number);
         EXPECT_EQ(ran.result.stdout_, "so far");

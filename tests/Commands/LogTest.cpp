@@ -41,6 +41,7 @@ TEST(Log, isAlwaysUtf8) {
 TEST(Log, linesOfManyThreadsStayWhole) {
     const std::string written = standardErrorOf([] {
         std::vector<std::thread> threads;
+        threads.reserve(8);
         for (int i = 0; i < 8; ++i) {
             threads.emplace_back([i] {
                 for (int n = 0; n < 200; ++n) {

@@ -271,10 +271,16 @@ TEST(StatusMenuController, terminationStopsThePolling) {
 TEST(StatusMenuController, aCompletionAfterItsEndDoesNothing) {
     StatusMenuHarness shell;
     shell.files.files[StatusMenuHarness::plistPath] = "";
+    shell.item.visibility.onscreen = false;
     shell.start();
     ASSERT_TRUE(shell.choose("Start daemon"));
+    shell.writeRunningStatus(twoSessions);
+    shell.tick();
+    ASSERT_TRUE(shell.choose("Stop daemon"));
+    ASSERT_TRUE(shell.choose("api"));
+    ASSERT_EQ(shell.commands.log.size(), 4U) << "and the notification of the hidden item";
     shell.controller.reset();
     shell.commands.complete();
-    EXPECT_EQ(shell.item.menuBuilds, 1);
+    EXPECT_EQ(shell.item.menuBuilds, 2);
     EXPECT_EQ(shell.mainLoop.runningTimers(), 0U);
 }
