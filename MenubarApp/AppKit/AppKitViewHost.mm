@@ -196,6 +196,7 @@ void AppKitViewHost::update(ControlId id, const Control& now, const Control& bef
 void AppKitViewHost::place(ControlId id, const Rect& frame) {
     const EventSink::Silence silence(m_sink);
     NSView* view = nativeView(id);
+    [[view superview] setNeedsDisplayInRect:[view frame]]; // GNUstep leaves what it showed there
     [view setFrame:[view frameForAlignmentRect:toNSRect(frame)]];
     [view setNeedsDisplay:YES];
 }

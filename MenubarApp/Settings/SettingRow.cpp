@@ -18,6 +18,9 @@ using Kind = SettingControl::Kind;
 constexpr double rowSpacing = 6.0;
 constexpr double checkboxSpacing = 4.0;
 constexpr double numberWidth = 140.0;
+/// By this much a small button is higher than its line of text, above and below, or a little more. It reaches out of
+/// the line: when it comes with the first keystroke, the field under the person's hands stays where it is.
+constexpr Insets resetPadding = Insets::symmetric(-3.0, 0.0);
 
 View caption(std::string text, TextColor color = TextColor::secondary) {
     return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
@@ -79,7 +82,8 @@ View SettingRow::titleLine() const {
             view(Button{.title = "Reset to default", .style = ButtonStyle::small, .onPress = std::move(reset)})
                 .withHelp(defaultText ? "Remove the key from the file; the daemon then uses " + *defaultText
                                       : "Remove the key from the file")
-                .withAccessibility("Reset " + field.spec.label() + " to default"));
+                .withAccessibility("Reset " + field.spec.label() + " to default")
+                .withPadding(resetPadding));
     }
     return viewOf(HStack{.alignment = VerticalAlignment::firstBaseline}, std::move(parts)).withId("title");
 }

@@ -79,7 +79,9 @@ struct Sizing {
     std::optional<double> maxHeight{}; ///< of a ScrollView, which is then as high as its content up to this
     bool fillWidth = false;
     bool fillHeight = false;
-    Insets padding{}; ///< inside the edges of what holds views, around everything else
+    /// Inside the edges of what holds views, around everything else. A control with negative padding reaches that far
+    /// into what is around its place.
+    Insets padding{};
 
     bool operator==(const Sizing&) const = default;
 };

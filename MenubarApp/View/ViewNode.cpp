@@ -145,7 +145,9 @@ struct NodeMaker {
         if (!section.title.empty()) {
             node.children.push_back(makeControl(Text{.text = std::move(section.title), .font = Font::headline}));
         }
-        node.children.push_back(makeBox(view.children));
+        if (!view.children.empty()) { // a box around nothing is only a smudge
+            node.children.push_back(makeBox(view.children));
+        }
         return node;
     }
 

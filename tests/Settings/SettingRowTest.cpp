@@ -92,18 +92,20 @@ TEST_F(SettingRowTest, aDefaultValueHasItsLabelAndBadgeAndNothingToReset) {
 
 TEST_F(SettingRowTest, aValueOfTheFileSaysSoAndCanBeReset) {
     use({.name = "a", .control = Kind::toggle, .defaultValue = JSONValue(true)}, R"({"a":false})");
-    EXPECT_EQ(titleLine(),
-              "HStack spacing=8 baseline #title\n"
-              "  Text \"A\"\n"
-              "  Text \"from file\" caption secondary #source\n"
-              "  Spacer\n"
-              "  Button \"Reset to default\" small help=\"Remove the key from the file; the daemon then uses "
-              "true\" label=\"Reset A to default\"\n");
+    EXPECT_EQ(titleLine(), "HStack spacing=8 baseline #title\n"
+                           "  Text \"A\"\n"
+                           "  Text \"from file\" caption secondary #source\n"
+                           "  Spacer\n"
+                           "  Button \"Reset to default\" small padding=-3,0,-3,0 help=\"Remove the key from the file; "
+                           "the daemon then uses "
+                           "true\" label=\"Reset A to default\"\n");
 }
 
 TEST_F(SettingRowTest, withoutADefaultTheResetOnlyRemovesTheKey) {
     use({.name = "a", .control = Kind::text}, R"({"a":"x"})");
-    EXPECT_THAT(titleLine(), HasSubstr("Button \"Reset to default\" small help=\"Remove the key from the file\" "));
+    EXPECT_THAT(
+        titleLine(),
+        HasSubstr("Button \"Reset to default\" small padding=-3,0,-3,0 help=\"Remove the key from the file\" "));
 }
 
 TEST_F(SettingRowTest, anEditIsMarkedUntilItIsTakenBack) {

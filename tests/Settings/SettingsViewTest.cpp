@@ -383,6 +383,26 @@ TEST_F(SettingsViewTest, aLabelOfTwoHundredCharactersLeavesTheResetButtonInItsRo
     EXPECT_GE(reset.x, 12);
 }
 
+TEST_F(SettingsViewTest, theResetButtonThatTheFirstKeystrokeBringsMovesNothing) {
+    load({{.name = "name", .control = Kind::text}, {.name = "other", .control = Kind::toggle}});
+    RecordingViewHost host;
+    LaterQueue later;
+    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
+    const Rect label = host.frame(host.find("Text \"Name\""));
+    const Rect field = host.frame(host.find("TextField"));
+    const Rect toggle = host.frame(host.find("Toggle"));
+    m_form->set("name", std::string("a"));
+    presenter->setNeedsRender();
+    later.run();
+    const Rect reset = host.frame(host.find("Button \"Reset to default\""));
+    EXPECT_GT(reset.height, label.height) << "it stands out of its line";
+    EXPECT_EQ(host.frame(host.find("Text \"Name\"")), label);
+    EXPECT_EQ(host.frame(host.find("TextField")), field);
+    EXPECT_EQ(host.frame(host.find("Toggle")), toggle);
+    EXPECT_GE(reset.y, 0.0);
+    EXPECT_LE(reset.y + reset.height, field.y);
+}
+
 TEST_F(SettingsViewTest, anEnumerationOfAHundredValuesAndATextOfTenThousandLinesAreShownWhole) {
     std::vector<std::string> values;
     for (int i = 0; i < 100; ++i) {

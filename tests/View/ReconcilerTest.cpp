@@ -162,8 +162,8 @@ TEST_F(ReconcilerTest, equalIdentitiesAreToldApartByTheirOrder) {
 
 TEST_F(ReconcilerTest, whatMovesBetweenContainersIsMadeAnew) {
     show(view(VStack{}, view(Section{}, view(TextField{}).withId("a"))));
-    show(view(VStack{}, view(TextField{}).withId("a"), view(Section{})));
-    EXPECT_EQ(m_host.outline(), "TextField \"\"\nBox\n");
+    show(view(VStack{}, view(TextField{}).withId("a"), view(Section{}, text("b"))));
+    EXPECT_EQ(m_host.outline(), "TextField \"\"\nBox\n  Text \"b\"\n");
 }
 
 TEST_F(ReconcilerTest, theTabOrderFollowsTheRowsAndHoldsOnlyWhatTakesKeys) {

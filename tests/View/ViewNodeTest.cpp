@@ -42,8 +42,9 @@ TEST(ViewNode, aSectionWithoutTitleIsOnlyItsBox) {
     EXPECT_EQ(outline(makeNode(view(Section{}, view(Text{.text = "a"})))), "|\n  Box\n    Text \"a\"\n");
 }
 
-TEST(ViewNode, aSectionWithoutRowsKeepsItsBox) {
-    EXPECT_EQ(outline(makeNode(view(Section{.title = "Cache"}))), "|\n  Text \"Cache\" headline\n  Box\n");
+TEST(ViewNode, aSectionWithoutRowsIsOnlyItsTitle) {
+    EXPECT_EQ(outline(makeNode(view(Section{.title = "Cache"}))), "|\n  Text \"Cache\" headline\n");
+    EXPECT_EQ(outline(makeNode(view(Section{}))), "|\n");
 }
 
 TEST(ViewNode, aLabelIsASymbolAndATextThatCarriesHelpAndAccessibility) {
@@ -110,7 +111,6 @@ TEST(ViewNode, replacesWhatMustNotBeDrawnInEveryTextButTheEditedOnes) {
                                  "    Text \"" +
                                  good +
                                  "\" headline\n"
-                                 "    Box\n"
                                  "  TextField \"" +
                                  bad + "\" prompt=\"" + good +
                                  "\"\n"

@@ -32,10 +32,16 @@ class ViewHostInAWindow : public driver::ControlsInAWindow {
         return host().measure(shown, {.content = content}, width);
     }
 
-    /// The view's pixels as they are drawn now.
+    /// The view's pixels, all drawn anew.
     std::string picture(NSView* view) {
+        [view display];
+        return shownPicture(view);
+    }
+
+    /// The view's pixels as a person sees them: what is said to be out of date has been drawn.
+    std::string shownPicture(NSView* view) {
         @autoreleasepool {
-            [view display];
+            [[view window] displayIfNeeded];
             [view lockFocus];
             NSBitmapImageRep* rep = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[view bounds]] autorelease];
             [view unlockFocus];
@@ -44,6 +50,25 @@ class ViewHostInAWindow : public driver::ControlsInAWindow {
         }
     }
 };
+
+TEST_F(ViewHostInAWindow, whatMovesLeavesNothingWhereItWas) {
+    const ControlId scroll = add(ScrollView{});
+    host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 300});
+    host().setContentSize(scroll, {.width = 300, .height = 300});
+    const ControlId box = add(Box{}, scroll);
+    const ControlId text = add(Text{.text = "Span"}, box);
+    const ControlId loose = add(Button{.title = "loose"});
+    host().place(box, {.x = 20, .y = 100, .width = 260, .height = 120});
+    host().place(text, {.x = 10, .y = 90, .width = 100, .height = 20});
+    host().place(loose, {.x = 350, .y = 200, .width = 100, .height = 24});
+    const std::string before = shownPicture(m_content.get());
+    host().place(box, {.x = 20, .y = 20, .width = 260, .height = 100});
+    host().place(text, {.x = 10, .y = 10, .width = 80, .height = 20});
+    host().place(loose, {.x = 350, .y = 20, .width = 80, .height = 24});
+    const std::string after = shownPicture(m_content.get());
+    EXPECT_NE(after, before);
+    EXPECT_TRUE(after == picture(m_content.get())) << "something of the past is still to be seen";
+}
 
 // Texts
 
