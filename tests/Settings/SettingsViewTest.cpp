@@ -151,6 +151,29 @@ TEST_F(SettingsViewTest, aSectionForEachGroupInOrderWithARowForEachField) {
     EXPECT_THAT(lines, ElementsAre("First", "setting a", "setting b", "Second", "Third", "setting c"));
 }
 
+TEST_F(SettingsViewTest, groupsOfOneIdStayApartAndOneWithoutSettingsIsOnlyItsTitle) {
+    SettingsSchema schema;
+    schema.groups = {{.id = "one", .title = "First", .settings = {sample::spec(Kind::text, "a")}},
+                     {.id = "one", .title = "Second", .settings = {}},
+                     {.id = "one", .title = "Third", .settings = {sample::spec(Kind::text, "b")}}};
+    SettingsForm form(schema, {});
+    m_state.phase = SettingsModel::Loaded{};
+    m_state.form = &form;
+    RecordingViewHost host;
+    LaterQueue later;
+    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
+    const std::string before = host.outline();
+    EXPECT_THAT(before, HasSubstr("Text \"Second\" headline\n  Text \"Third\" headline\n  Box\n"));
+    host.log.clear();
+    form.set("b", std::string("x"));
+    presenter->setNeedsRender();
+    later.run();
+    EXPECT_THAT(host.faults, IsEmpty());
+    for (const std::string& call : host.log) {
+        EXPECT_FALSE(call.starts_with("destroy")) << call;
+    }
+}
+
 TEST_F(SettingsViewTest, aSettingListedTwiceHasTwoRowsThatStayApart) {
     load({sample::spec(Kind::list, "a"), sample::spec(Kind::list, "a")}, R"({"a":["x"]})");
     RecordingViewHost host;
