@@ -33,10 +33,10 @@ double steppedNumber(double value, const SettingSpec& spec, StepDirection direct
 }
 
 std::optional<double> leadingNumber(std::string_view duration) {
-    const std::size_t digits = digitCount(duration);
+    const std::string_view digits = duration.substr(0, digitCount(duration));
     std::int64_t number = 0;
-    if (digits == 0 || digits > mostDigits ||
-        std::from_chars(duration.data(), duration.data() + digits, number).ec != std::errc()) {
+    if (digits.empty() || digits.size() > mostDigits ||
+        std::from_chars(digits.data(), digits.data() + digits.size(), number).ec != std::errc()) {
         return std::nullopt;
     }
     return static_cast<double>(number);
