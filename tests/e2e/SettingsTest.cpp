@@ -483,6 +483,12 @@ TEST_F(SettingsTest, aConfigFileThatMayNotBeReadIsNamed) {
     ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
     auto options = home.menubarctl({"settings", "list"});
     options.user = 65534;
+    // Where the programs were built is perhaps nowhere that another user may look.
+    const fs::path programs = home.path();
+    fs::copy_file(options.program, programs / "ostrel-menubarctl");
+    fs::copy_file(DEMO_PROGRAM, programs / "ostrel");
+    options.program = programs / "ostrel-menubarctl";
+    options.environment["OSTREL_CLI"] = programs / "ostrel";
     const Result result = ScratchHome::run(options);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors, "The config file could not be read\n" + configPath() + "\nThe file \"" + configPath() +
