@@ -3,8 +3,8 @@
 
 #include "MenubarCore/Status/StatusFields.h"
 
-#include <fstream>
-#include <iterator>
+#include "tests/support/FuzzDictionary.h"
+
 #include <set>
 #include <string>
 
@@ -12,37 +12,9 @@
 
 using namespace menubar;
 
-namespace {
-
-void collect(const Shape& shape, std::set<std::string>& texts) {
-    texts.insert(shape.texts.begin(), shape.texts.end());
-    if (shape.element != nullptr) {
-        collect(*shape.element, texts);
-    }
-    if (shape.record != nullptr) {
-        for (const FieldRow& row : shape.record->rows) {
-            texts.emplace(row.key);
-            collect(*row.shape, texts);
-        }
-    }
-}
-
-/// One entry a line: each text as a JSON string.
-std::string dictionary() {
-    std::set<std::string> texts;
-    collect(shapeOf<StatusFile>, texts);
-    std::string result = "# Every key and every enumeration text of the status file, as JSON strings.\n";
-    for (const std::string& text : texts) {
-        result += "\"\\\"" + text + "\\\"\"\n";
-    }
-    return result;
-}
-
-} // namespace
-
 TEST(StatusDictionary, holdsEveryKeyAndEveryEnumerationText) {
-    std::ifstream file(MENUBAR_FUZZ_DICTIONARY);
-    ASSERT_TRUE(file.is_open()) << MENUBAR_FUZZ_DICTIONARY;
-    const std::string contents(std::istreambuf_iterator<char>(file), {});
-    EXPECT_EQ(contents, dictionary()) << "replace " << MENUBAR_FUZZ_DICTIONARY << " by the second of these texts";
+    std::set<std::string> texts;
+    testing_support::collectTexts(shapeOf<StatusFile>, texts);
+    testing_support::expectDictionary(
+        MENUBAR_FUZZ_DICTIONARY, "Every key and every enumeration text of the status file, as JSON strings.", texts);
 }
