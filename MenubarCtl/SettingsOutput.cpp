@@ -1,8 +1,10 @@
 #include "MenubarCtl/SettingsOutput.h"
 
+#include "MenubarApp/Settings/SettingRow.h"
 #include "MenubarCore/Text/CodePoints.h"
 #include "MenubarCore/Text/DisplayColumns.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Join.h"
 
 #include <algorithm>
 #include <optional>
@@ -76,17 +78,6 @@ JSONValue groupValue(const SettingsGroup& group) {
     return JSONValue::Object{{"id", text(group.id)}, {"settings", std::move(names)}, {"title", text(group.title)}};
 }
 
-std::string joined(const std::vector<std::string>& items, std::string_view separator) {
-    std::string result;
-    for (const std::string& item : items) {
-        result += item;
-        if (&item != &items.back()) {
-            result += separator;
-        }
-    }
-    return result;
-}
-
 std::string shownValue(const SettingField& field) {
     if (field.unreadableFileValue) {
         return displayTitle(field.unreadableFileValue->compactText());
@@ -94,13 +85,6 @@ std::string shownValue(const SettingField& field) {
     const SettingValue::List* list = field.value.list();
     const std::string value = list != nullptr ? joined(*list, ", ") : valueText(field);
     return value.empty() ? "-" : displayTitle(value.ends_with('\n') ? value.substr(0, value.size() - 1) : value);
-}
-
-std::string_view badge(const SettingField& field) {
-    if (field.isLockedByFlag) {
-        return "set by a flag";
-    }
-    return field.source == ValueSource::file ? "from file" : "default";
 }
 
 std::string padded(std::string text, std::size_t columns) {
@@ -111,7 +95,7 @@ std::string padded(std::string text, std::size_t columns) {
 std::string fieldLines(const SettingField& field, const std::optional<std::string>& live, std::size_t nameColumns,
                        std::size_t valueColumns) {
     std::string line = "  " + padded(displayTitle(field.name()), nameColumns) + "  " +
-                       padded(shownValue(field), valueColumns) + "  " + std::string(badge(field));
+                       padded(shownValue(field), valueColumns) + "  " + SettingRow::sourceBadge(field);
     if (live) {
         line += ", daemon is running with: " + displayTitle(*live);
     }

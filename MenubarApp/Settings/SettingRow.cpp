@@ -26,17 +26,6 @@ View caption(std::string text, TextColor color = TextColor::secondary) {
     return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
 }
 
-std::string sourceBadge(const SettingField& field) {
-    if (field.isLockedByFlag) {
-        return "set by a flag";
-    }
-    switch (field.source) {
-    case ValueSource::default_: return "default";
-    case ValueSource::file: return "from file";
-    }
-    return {};
-}
-
 } // namespace
 
 View SettingRow::body() const {
@@ -63,6 +52,17 @@ View SettingRow::body() const {
 
 std::string SettingRow::identity(std::string_view name) {
     return "setting " + std::string(name);
+}
+
+std::string SettingRow::sourceBadge(const SettingField& field) {
+    if (field.isLockedByFlag) {
+        return "set by a flag";
+    }
+    switch (field.source) {
+    case ValueSource::default_: return "default";
+    case ValueSource::file: return "from file";
+    }
+    return {};
 }
 
 View SettingRow::titleLine() const {

@@ -35,6 +35,9 @@ struct SettingRow {
     /// Of the row of the setting with this name; no other view in the window has it.
     [[nodiscard]] static std::string identity(std::string_view name);
 
+    /// Where the field's value comes from, in a few words.
+    [[nodiscard]] static std::string sourceBadge(const SettingField& field);
+
 private:
     [[nodiscard]] View titleLine() const;
     [[nodiscard]] View control() const;

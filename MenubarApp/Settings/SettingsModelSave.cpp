@@ -5,7 +5,9 @@
 #include "MenubarApp/Settings/SettingsModel.h"
 #include "MenubarApp/Settings/SettingsModelChange.h"
 #include "MenubarCore/Settings/DebugText.h"
+#include "MenubarCore/Text/Join.h"
 
+#include <ranges>
 #include <utility>
 
 namespace menubar {
@@ -13,11 +15,10 @@ namespace menubar {
 namespace {
 
 std::string rejectionMessage(const SaveOutcome::Rejected& rejected) {
-    std::string names;
-    for (const auto& [name, message] : rejected.fields) {
-        names += (names.empty() ? "" : ", ") + name;
+    if (rejected.fields.empty()) {
+        return "The daemon rejected the file.";
     }
-    return names.empty() ? "The daemon rejected the file." : "The daemon rejected the file; see " + names + ".";
+    return "The daemon rejected the file; see " + joined(std::views::keys(rejected.fields), ", ") + ".";
 }
 
 /// Of the messages about a written form, those about fields that still hold what was written.

@@ -1,6 +1,7 @@
 #include "MenubarApp/Settings/SettingsView.h"
 
 #include "MenubarCore/Menu/Formatting.h"
+#include "MenubarCore/Text/Join.h"
 
 #include <map>
 #include <utility>
@@ -31,15 +32,6 @@ View headline(std::string symbol, std::string symbolDescription, TextColor color
                       .font = Font::headline,
                       .symbolColor = color,
                       .selectable = true});
-}
-
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-    std::string result;
-    for (const std::string& text : texts) {
-        result += result.empty() ? "" : separator;
-        result += text;
-    }
-    return result;
 }
 
 View errorBanner(const ConfigNotice::Error& error) {

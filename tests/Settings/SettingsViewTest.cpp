@@ -248,6 +248,11 @@ TEST_F(SettingsViewTest, unknownKeysAreNamed) {
                           "exclamationmark.triangle"));
 }
 
+TEST_F(SettingsViewTest, anUnknownKeyWithoutANameIsListedToo) {
+    load({}, R"({"":1,"alpha":2})");
+    EXPECT_THAT(content(), HasSubstr("the daemon does not know: , alpha. They are kept"));
+}
+
 TEST_F(SettingsViewTest, aFileThatAnotherProgramChangedOffersBothWaysOut) {
     load({});
     m_state.fileChangedOnDisk = true;
