@@ -19,7 +19,7 @@ else()
   target_compile_definitions(
     menubar_objc INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:_NATIVE_OBJC_EXCEPTIONS> GNUSTEP GNUSTEP_BASE_LIBRARY=1
                            GNU_GUI_LIBRARY=1 GNU_RUNTIME=1)
-  target_include_directories(menubar_objc SYSTEM INTERFACE ${PROJECT_SOURCE_DIR}/MenubarApp/AppKit/GNUstep/shim
+  target_include_directories(menubar_objc SYSTEM INTERFACE ${PROJECT_SOURCE_DIR}/compat/gnustep/shim
                                                            /usr/include/GNUstep)
   target_link_libraries(menubar_objc INTERFACE gnustep-gui gnustep-base objc BlocksRuntime Threads::Threads)
 endif()

@@ -16,8 +16,8 @@
 
 namespace menubar {
 
-/// What the two desktops do differently. The build links the functions of Cocoa/ on macOS and those of GNUstep/
-/// elsewhere; no source asks which it is. Main thread.
+/// What the two desktops do differently. The build links the functions of Cocoa/ on macOS and those of
+/// compat/ elsewhere; no source asks which it is. Main thread.
 namespace Desktop {
 
 /// Before anything else of Foundation or AppKit is touched.

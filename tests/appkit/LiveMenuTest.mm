@@ -2,7 +2,7 @@
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
 
-#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+#import "compat/gnustep/desktop/StatusStripItem.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

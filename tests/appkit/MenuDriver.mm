@@ -1,7 +1,7 @@
 #import "tests/appkit/MenuDriver.h"
 
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
-#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
+#import "compat/gnustep/desktop/MenuView.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"

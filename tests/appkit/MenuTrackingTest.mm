@@ -1,6 +1,6 @@
-#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
-#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
+#import "compat/gnustep/desktop/MenuView.h"
+#import "compat/gnustep/look/HintWindow.h"
 
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/AppKit/Conversions.h"

@@ -1,6 +1,6 @@
 #import "tests/appkit/SettingsScreen.h"
 
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

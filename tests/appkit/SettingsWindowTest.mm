@@ -1,6 +1,6 @@
 // The whole settings window on real widgets: what a person sees and does there, and what becomes of the config file.
 
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"

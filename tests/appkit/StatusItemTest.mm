@@ -1,6 +1,6 @@
-#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
-#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
-#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
+#import "compat/gnustep/desktop/StatusStripItem.h"
+#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/SymbolImage.h"
 
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/AppKit/Conversions.h"

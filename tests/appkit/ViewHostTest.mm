@@ -5,7 +5,7 @@
 #import "MenubarApp/AppKit/Controls/KeyControls.h"
 #import "MenubarApp/AppKit/Controls/TextEditor.h"
 #import "MenubarApp/AppKit/Controls/TextField.h"
-#import "MenubarApp/AppKit/GNUstep/TextCells.h"
+#import "compat/gnustep/look/TextCells.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

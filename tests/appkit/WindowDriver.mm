@@ -1,7 +1,7 @@
 #import "tests/appkit/WindowDriver.h"
 
-#import "MenubarApp/AppKit/GNUstep/AlertView.h"
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
+#import "compat/gnustep/desktop/AlertView.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

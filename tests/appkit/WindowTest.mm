@@ -2,8 +2,8 @@
 
 #import <GNUstepGUI/GSTheme.h>
 
-#import "MenubarApp/AppKit/GNUstep/AlertView.h"
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
+#import "compat/gnustep/desktop/AlertView.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

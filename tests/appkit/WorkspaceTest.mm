@@ -1,7 +1,7 @@
 #import <AppKit/AppKit.h>
 
 #include "MenubarApp/AppKit/AppKitWorkspace.h"
-#include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
+#include "compat/gnustep/desktop/XdgOpener.h"
 
 #include "tests/appkit/Driver.h"
 #include "tests/support/TemporaryDirectory.h"

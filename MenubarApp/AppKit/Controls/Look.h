@@ -27,7 +27,7 @@ namespace Look {
 } // namespace Look
 
 /// What the two desktops do differently about controls. The build links the functions of Cocoa/ on macOS and those of
-/// GNUstep/ elsewhere. Main thread.
+/// compat/ elsewhere. Main thread.
 namespace NativeLook {
 
 // Each gives a fresh control the look that it does not have by itself.

@@ -1,4 +1,4 @@
-#include "MenubarApp/AppKit/GNUstep/SymbolDrawings.h"
+#include "compat/gnustep/look/SymbolDrawings.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
-#include "MenubarApp/AppKit/GNUstep/PasteboardServer.h"
+#include "compat/gnustep/shim/PasteboardServer.h"
 
 #import <AppKit/AppKit.h>
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/AppKit/GNUstep/spawnDetached.h"
 #include "MenubarApp/Commands/log.h"
+#include "compat/gnustep/desktop/spawnDetached.h"
 
 #include <chrono>
 #include <cstring>

@@ -1,10 +1,10 @@
 // The part of macOS's controls that GNUstep's do not have.
 #import <AppKit/AppKit.h>
 
-#import "MenubarApp/AppKit/GNUstep/TextCells.h"
+#import "compat/gnustep/look/TextCells.h"
 
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "MenubarApp/AppKit/GNUstep/ChildSignal.h"
+#include "compat/gnustep/shim/ChildSignal.h"
 
 #import <Foundation/Foundation.h>
 

@@ -1,4 +1,4 @@
-#import "MenubarApp/AppKit/GNUstep/TerminationSignals.h"
+#import "compat/gnustep/shim/TerminationSignals.h"
 
 #import <AppKit/AppKit.h>
 

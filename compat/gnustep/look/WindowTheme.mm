@@ -1,9 +1,9 @@
-#import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
+#import "compat/gnustep/look/ControlTheme.h"
 
 #import <GNUstepGUI/GSWindowDecorationView.h>
 
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 

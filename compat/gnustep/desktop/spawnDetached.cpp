@@ -1,4 +1,4 @@
-#include "MenubarApp/AppKit/GNUstep/spawnDetached.h"
+#include "compat/gnustep/desktop/spawnDetached.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,8 +1,8 @@
 // Implements what shim/AppKit/AppKit.h declares, apart from what belongs to one class of ours.
 #import <AppKit/AppKit.h>
 
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
-#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
+#import "compat/gnustep/look/SymbolImage.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
+#import "compat/gnustep/look/SymbolImage.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
-#include "MenubarApp/AppKit/GNUstep/SymbolDrawings.h"
+#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/SymbolDrawings.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#import "MenubarApp/AppKit/GNUstep/WindowShape.h"
+#import "compat/gnustep/look/WindowShape.h"
 
 #import <GNUstepGUI/GSDisplayServer.h>
 

@@ -1,17 +1,17 @@
 #include "MenubarApp/AppKit/Desktop.h"
 
-#import "MenubarApp/AppKit/GNUstep/AlertView.h"
-#import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
-#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+#import "compat/gnustep/desktop/AlertView.h"
+#import "compat/gnustep/desktop/StatusStripItem.h"
+#import "compat/gnustep/look/ControlTheme.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/AppKit/GNUstep/ChildSignal.h"
-#include "MenubarApp/AppKit/GNUstep/PasteboardServer.h"
-#include "MenubarApp/AppKit/GNUstep/TerminationSignals.h"
-#include "MenubarApp/AppKit/GNUstep/ThreadPool.h"
-#include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
+#include "compat/gnustep/desktop/XdgOpener.h"
+#include "compat/gnustep/shim/ChildSignal.h"
+#include "compat/gnustep/shim/PasteboardServer.h"
+#include "compat/gnustep/shim/TerminationSignals.h"
+#include "compat/gnustep/shim/ThreadPool.h"
 
 #include <utility>
 

@@ -1,13 +1,13 @@
 #include "MenubarApp/AppKit/Controls/Look.h"
 
-#import "MenubarApp/AppKit/GNUstep/OverlayScrollView.h"
-#import "MenubarApp/AppKit/GNUstep/PickerCell.h"
-#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
-#import "MenubarApp/AppKit/GNUstep/TextCells.h"
+#import "compat/gnustep/look/PickerCell.h"
+#import "compat/gnustep/look/SymbolImage.h"
+#import "compat/gnustep/look/TextCells.h"
+#import "compat/gnustep/shim/OverlayScrollView.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 

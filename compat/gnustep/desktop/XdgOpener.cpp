@@ -1,7 +1,8 @@
-#include "MenubarApp/AppKit/GNUstep/XdgOpener.h"
+#include "compat/gnustep/desktop/XdgOpener.h"
 
-#include "MenubarApp/AppKit/GNUstep/spawnDetached.h"
 #include "MenubarApp/Commands/log.h"
+
+#include "compat/gnustep/desktop/spawnDetached.h"
 
 #include <cstring>
 #include <utility>

@@ -1,6 +1,6 @@
-#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
+#import "compat/gnustep/look/HintWindow.h"
 
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
-#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+#import "compat/gnustep/desktop/MenuView.h"
 
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
-#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#import "MenubarApp/AppKit/GNUstep/OverlayScrollView.h"
+#import "compat/gnustep/shim/OverlayScrollView.h"
 
 @implementation OverlayScrollView
 

@@ -1,4 +1,4 @@
-#include "MenubarApp/AppKit/GNUstep/ThreadPool.h"
+#include "compat/gnustep/shim/ThreadPool.h"
 
 #include <utility>
 

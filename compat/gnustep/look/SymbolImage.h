@@ -2,8 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
-#include "MenubarApp/AppKit/GNUstep/SymbolDrawings.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
+#include "compat/gnustep/look/SymbolDrawings.h"
 
 /// One of the app's drawn symbols: lines of one colour, at any size. Main thread.
 @interface SymbolImage : NSImage {

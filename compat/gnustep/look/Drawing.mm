@@ -1,6 +1,6 @@
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
+#include "compat/gnustep/look/Drawing.h"
 
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
-#import "MenubarApp/AppKit/GNUstep/ControlTheme.h"
+#import "compat/gnustep/look/ControlTheme.h"
 
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#import "MenubarApp/AppKit/GNUstep/SheetWindow.h"
+#import "compat/gnustep/shim/SheetWindow.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
-#import "MenubarApp/AppKit/GNUstep/StatusStripItem.h"
+#import "compat/gnustep/desktop/StatusStripItem.h"
 
-#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
-#import "MenubarApp/AppKit/GNUstep/SymbolImage.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
+#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/SymbolImage.h"
 
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
-#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
 
-#import "MenubarApp/AppKit/GNUstep/HintWindow.h"
-#import "MenubarApp/AppKit/GNUstep/MenuView.h"
+#import "compat/gnustep/desktop/MenuView.h"
+#import "compat/gnustep/look/HintWindow.h"
 
 #import <GNUstepGUI/GSDisplayServer.h>
 
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
-#include "MenubarApp/AppKit/GNUstep/WindowShape.h"
+#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 

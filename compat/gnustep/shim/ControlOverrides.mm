@@ -1,10 +1,10 @@
 // What GNUstep's controls do wrong. Each category replaces methods of GNUstep's own class.
-#import "MenubarApp/AppKit/GNUstep/MenuPanel.h"
+#import "compat/gnustep/desktop/MenuPanel.h"
 
 #import <GNUstepGUI/GSTheme.h>
 
-#include "MenubarApp/AppKit/GNUstep/Drawing.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 

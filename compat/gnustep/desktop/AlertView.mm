@@ -1,8 +1,8 @@
-#import "MenubarApp/AppKit/GNUstep/AlertView.h"
+#import "compat/gnustep/desktop/AlertView.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "MenubarApp/AppKit/GNUstep/Palette.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>
