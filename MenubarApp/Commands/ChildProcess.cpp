@@ -292,11 +292,20 @@ void drain(Child& child, Stream& output, Stream& errors) {
     }
 }
 
-/// An ignored SIGCHLD, which a careless parent hands down, makes the system forget how children ended.
+/// A SIGCHLD that is ignored, as a careless parent hands it down, or that comes with SA_NOCLDWAIT, makes the system
+/// forget how children ended.
 void rememberHowChildrenEnd() {
     struct sigaction current{};
-    if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) {
-        ::signal(SIGCHLD, SIG_DFL);
+    if (::sigaction(SIGCHLD, nullptr, &current) != 0) {
+        return;
+    }
+    const bool isIgnored = (current.sa_flags & SA_SIGINFO) == 0 && current.sa_handler == SIG_IGN;
+    if (isIgnored || (current.sa_flags & SA_NOCLDWAIT) != 0) {
+        current.sa_flags &= ~SA_NOCLDWAIT;
+        if (isIgnored) {
+            current.sa_handler = SIG_DFL;
+        }
+        ::sigaction(SIGCHLD, &current, nullptr);
     }
 }
 

@@ -30,7 +30,7 @@ Environment processEnvironment() {
     Environment result;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
         const std::string_view text = *entry;
-        if (const auto equals = text.find('='); equals != std::string_view::npos) {
+        if (const auto equals = text.find('='); equals != std::string_view::npos && equals > 0) {
             // The first of several entries is the one that getenv finds.
             result.emplace(text.substr(0, equals), text.substr(equals + 1));
         }

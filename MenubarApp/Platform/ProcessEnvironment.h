@@ -6,7 +6,8 @@
 
 namespace menubar {
 
-/// The process's environment variables; entries without "=" are left out. Not while another thread changes them.
+/// The process's environment variables; entries without a name or without "=" are left out. Not while another thread
+/// changes them.
 [[nodiscard]] Environment processEnvironment();
 
 /// The home directory: `HOME` where it is set and not empty, otherwise the account's.

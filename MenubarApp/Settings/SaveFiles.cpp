@@ -7,15 +7,18 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <memory>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -85,9 +88,41 @@ std::string directoryOf(const std::string& path) {
     return slash == std::string::npos ? "." : path.substr(0, std::max<std::size_t>(slash, 1));
 }
 
-int flushDirectory(const std::string& path) {
-    const FileDescriptor directory = open(path, O_RDONLY | O_DIRECTORY);
-    return directory.isOpen() ? flushToDisk(directory.get()) : errno;
+/// A directory whose entries are about to change: open beforehand, since a directory that may be written to need not be
+/// one that may be opened.
+class ChangingDirectory {
+public:
+    explicit ChangingDirectory(std::string path)
+        : m_path(std::move(path)), m_descriptor(open(m_path, O_RDONLY | O_DIRECTORY)), m_openError(errno) {}
+
+    /// Waits until no other process of ours is at the same point; until this object goes none will be. A lock that is
+    /// not to be had (some network volumes have none, and another program may hold it) is done without.
+    void lock() const {
+        const auto end = std::chrono::steady_clock::now() + longestWait;
+        while (m_descriptor.isOpen() && ::flock(m_descriptor.get(), LOCK_EX | LOCK_NB) != 0 &&
+               (errno == EWOULDBLOCK || errno == EINTR) && std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    /// The entries have changed, which no failure to flush them takes back: that is only logged.
+    void flush(const Log& log) const {
+        if (const int error = m_descriptor.isOpen() ? flushToDisk(m_descriptor.get()) : m_openError; error != 0) {
+            log("could not flush the directory " + m_path + ": " + reason(error));
+        }
+    }
+
+private:
+    static constexpr std::chrono::seconds longestWait{5};
+
+    std::string m_path;
+    FileDescriptor m_descriptor;
+    int m_openError;
+};
+
+bool isLink(const std::string& path) {
+    struct stat info{};
+    return ::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
 }
 
 bool isDirectory(const std::string& path) {
@@ -96,21 +131,43 @@ bool isDirectory(const std::string& path) {
 }
 
 /// Creates the directory, parents first. 0 or the error number.
-int createDirectories(const std::string& path) {
+int createDirectories(const std::string& path, const Log& log) {
     if (path.empty() || isDirectory(path)) {
         return 0;
     }
     const std::string parent = directoryOf(path.substr(0, path.find_last_not_of('/') + 1));
-    if (const int error = createDirectories(parent); error != 0) {
+    if (const int error = createDirectories(parent, log); error != 0) {
         return error;
     }
+    const ChangingDirectory changing(parent);
     if (::mkdir(path.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) != 0) {
         if (errno != EEXIST) {
             return errno;
         }
         return isDirectory(path) ? 0 : ENOTDIR; // another process was faster, or something else is in the way
     }
-    return flushDirectory(parent);
+    changing.flush(log);
+    return 0;
+}
+
+/// Gives the candidate the existing file's owner, and its group where that may be given. Whether the group is the same;
+/// or the system's error number.
+std::expected<bool, int> takeOverOwner(const struct stat& from, const struct stat& to, int candidate) {
+    if (from.st_uid != to.st_uid) {
+        return ::fchown(candidate, from.st_uid, from.st_gid) == 0 ? std::expected<bool, int>(true)
+                                                                  : std::unexpected(errno);
+    }
+    constexpr auto same = static_cast<uid_t>(-1);
+    if (from.st_gid == to.st_gid || ::fchown(candidate, same, from.st_gid) == 0) {
+        return true;
+    }
+    return errno == EPERM ? std::expected<bool, int>(false) : std::unexpected(errno);
+}
+
+/// A mode for a file whose group is another one: that group may do what everybody may.
+mode_t withoutGroup(mode_t mode) {
+    const mode_t everybodys = (mode & S_IRWXO) << 3;
+    return (mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | (mode & S_IRWXG & everybodys);
 }
 
 /// Gives the candidate what the existing file has besides its content.
@@ -120,16 +177,17 @@ Result takeOverAttributes(int existing, int candidate) {
     if (::fstat(existing, &from) != 0 || ::fstat(candidate, &to) != 0) {
         return failure("could not read the file's attributes", errno);
     }
-    const bool sameOwner = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
-    if (!sameOwner && ::fchown(candidate, from.st_uid, from.st_gid) != 0) {
-        return failure("could not keep the file's owner and group", errno);
+    const auto sameGroup = takeOverOwner(from, to, candidate);
+    if (!sameGroup) {
+        return failure("could not keep the file's owner and group", sameGroup.error());
     }
     if (const int error = copyExtendedAttributes(existing, candidate); error != 0) {
         return failure("could not keep the file's extended attributes", error);
     }
     // Last, for until here nobody else may read the candidate, and because a change of owner clears some bits.
     constexpr mode_t permissions = 07777;
-    if (::fchmod(candidate, from.st_mode & permissions) != 0) {
+    const mode_t mode = from.st_mode & permissions;
+    if (::fchmod(candidate, *sameGroup ? mode : withoutGroup(mode)) != 0) {
         return failure("could not keep the file's mode", errno);
     }
     return {};
@@ -210,15 +268,15 @@ std::expected<std::string, SaveError> followLinks(const std::string& path) {
     return failure("could not follow the symbolic link " + path, ELOOP);
 }
 
-SaveFiles::SaveFiles(std::string path, std::optional<std::string> loaded)
-    : m_path(std::move(path)), m_loaded(std::move(loaded)) {}
+SaveFiles::SaveFiles(std::string path, std::optional<std::string> loaded, Log log)
+    : m_path(std::move(path)), m_loaded(std::move(loaded)), m_log(std::move(log)) {}
 
 SaveEnvironment SaveFiles::environment(std::function<CommandOutcome(const std::string&)> runValidate) {
     return {
         .runValidate = std::move(runValidate),
         .writeFile = [this](const std::string& path, std::string_view bytes) { return write(path, bytes); },
-        .createDirectory = [](const std::string& path) -> Result {
-            const int error = createDirectories(path);
+        .createDirectory = [this](const std::string& path) -> Result {
+            const int error = createDirectories(path, m_log);
             return error == 0 ? Result() : failure("could not create the directory " + path, error);
         },
         .rename = [this](const std::string& from, const std::string& to) { return place(from, to); },
@@ -241,11 +299,15 @@ SaveFiles::Result SaveFiles::write(const std::string& candidate, std::string_vie
 
 SaveFiles::Result SaveFiles::place(const std::string& candidate, const std::string& path) {
     const Existing presence = m_loaded ? Existing::required : Existing::optional;
+    const ChangingDirectory directory(directoryOf(path));
+    directory.lock();
     if (auto prepared = prepareToReplace(candidate, path, presence); !prepared) {
-        return prepared;
+        // A file that has gone, or a link in its place, cannot be opened either; then that is what there is to say.
+        auto unchanged = checkUnchanged();
+        return m_foundChange ? unchanged : prepared;
     }
-    // As late as can be. Between this look and the rename another program's change can still be lost: no system offers
-    // a rename that depends on content.
+    // As late as can be. Between this look and the rename the change of a program that takes no lock can still be lost:
+    // no system offers a rename that depends on content.
     if (auto unchanged = checkUnchanged(); !unchanged) {
         return unchanged;
     }
@@ -253,9 +315,7 @@ SaveFiles::Result SaveFiles::place(const std::string& candidate, const std::stri
         return std::unexpected(SaveError::rename(reason(errno)));
     }
     m_placed = std::move(m_written);
-    if (const int error = flushDirectory(directoryOf(path)); error != 0) {
-        return failure("the new file is in place, but may not survive a power failure", error);
-    }
+    directory.flush(m_log);
     return {};
 }
 
@@ -269,11 +329,12 @@ SaveFiles::Result SaveFiles::checkUnchanged() {
         }
         now = *std::move(contents);
     }
-    if (now == m_loaded) {
+    const bool isReplaced = m_loaded && isLink(m_path);
+    if (now == m_loaded && !isReplaced) {
         return {};
     }
     m_foundChange = true;
-    const std::string_view what = !now ? "removed" : !m_loaded ? "created" : "changed";
+    const std::string_view what = isReplaced ? "replaced" : !now ? "removed" : !m_loaded ? "created" : "changed";
     return std::unexpected(SaveError{"the file was " + std::string(what) +
                                      " by another program after it was loaded, so it was left as it is"});
 }

@@ -109,7 +109,7 @@ void SettingsModel::save(std::function<void(const SaveOutcome&)> completion) {
                                       command = *m_command, form = std::make_shared<const SettingsForm>(*m_form),
                                       path = m_configPath, loaded = m_fileContent,
                                       completion = std::move(completion)]() mutable {
-        auto report = saveSettings(ports.run, command, *form, path, std::move(loaded));
+        auto report = saveSettings(ports.run, command, *form, path, std::move(loaded), ports.log);
         ports.mainLoop.post([weak, generation, form, report = std::move(report), completion = std::move(completion)] {
             if (const auto self = weak.lock()) {
                 self->finishSave(*form, generation, report);

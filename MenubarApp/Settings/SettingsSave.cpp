@@ -9,12 +9,12 @@
 namespace menubar {
 
 SaveReport saveSettings(const RunCommand& run, const LaunchAgentCommand& command, const SettingsForm& form,
-                        const std::string& path, std::optional<std::string> loaded) {
+                        const std::string& path, std::optional<std::string> loaded, const Log& log) {
     auto target = followLinks(path);
     if (!target) {
         return {.outcome = SaveOutcome::WriteFailed{std::move(target.error().message)}, .path = path};
     }
-    SaveFiles files(*target, std::move(loaded));
+    SaveFiles files(*target, std::move(loaded), log);
     const auto validate = [&](const std::string& candidate) -> CommandOutcome {
         CommandResult result = run(command.executable, command.arguments({"config", "validate", candidate, "--json"}));
         return {.status = result.status, .stdout_ = std::move(result.stdout_), .stderr_ = std::move(result.stderr_)};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Commands/log.h"
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 #include "MenubarCore/Settings/SavePipeline.h"
 #include "MenubarCore/Settings/SettingsForm.h"
@@ -29,6 +30,6 @@ struct SaveReport {
 /// of a file at a time.
 [[nodiscard]] SaveReport saveSettings(const RunCommand& run, const LaunchAgentCommand& command,
                                       const SettingsForm& form, const std::string& path,
-                                      std::optional<std::string> loaded);
+                                      std::optional<std::string> loaded, const Log& log);
 
 } // namespace menubar

@@ -17,6 +17,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,6 +44,31 @@ void endLeftProcess(const std::string& printed) {
 bool hasChild() {
     return ::waitpid(-1, nullptr, WNOHANG) != -1 || errno != ECHILD;
 }
+
+/// While it exists, a signal interrupts this process a thousand times a second.
+class Interruptions {
+public:
+    Interruptions() {
+        struct sigaction action{};
+        action.sa_handler = [](int) {};
+        EXPECT_EQ(::sigaction(SIGALRM, &action, &m_before), 0);
+        constexpr itimerval often{.it_interval = {.tv_sec = 0, .tv_usec = 1000},
+                                  .it_value = {.tv_sec = 0, .tv_usec = 1000}};
+        EXPECT_EQ(::setitimer(ITIMER_REAL, &often, nullptr), 0);
+    }
+
+    Interruptions(const Interruptions&) = delete;
+    Interruptions& operator=(const Interruptions&) = delete;
+
+    ~Interruptions() {
+        constexpr itimerval never{};
+        ::setitimer(ITIMER_REAL, &never, nullptr);
+        ::sigaction(SIGALRM, &m_before, nullptr);
+    }
+
+private:
+    struct sigaction m_before{};
+};
 
 } // namespace
 
@@ -182,6 +208,15 @@ TEST(ChildProcess, sixtyFourAtOnceKeepTheirOutputsApart) {
     EXPECT_FALSE(hasChild());
 }
 
+TEST(ChildProcess, signalsThatInterruptTheWaitDoNotEndIt) {
+    const Interruptions interruptions;
+    // The first is waited for at its pipes, the second, which has closed them, by its end.
+    EXPECT_EQ(runChild({"sleep", "100", "out", "late", "exit", "3"}),
+              (CommandResult{.status = 3, .stdout_ = "late", .stderr_ = ""}));
+    EXPECT_EQ(runChild({"out", "early", "close", "sleep", "100", "exit", "7"}),
+              (CommandResult{.status = 7, .stdout_ = "early", .stderr_ = ""}));
+}
+
 // What concerns the whole process is tried in a process of its own.
 
 TEST(ChildProcess, worksWithTheStandardDescriptorsClosed) {
@@ -201,6 +236,18 @@ TEST(ChildProcess, knowsTheStatusThoughTheParentIgnoredEndingChildren) {
     EXPECT_EXIT(
         {
             ::signal(SIGCHLD, SIG_IGN);
+            ::_exit(runChild({"exit", "5"}).status == 5 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(ChildProcess, knowsItThoughThisProcessAskedNotToBeTold) {
+    EXPECT_EXIT(
+        {
+            struct sigaction unwilling{};
+            unwilling.sa_handler = [](int) {};
+            unwilling.sa_flags = SA_NOCLDWAIT;
+            ::sigaction(SIGCHLD, &unwilling, nullptr);
             ::_exit(runChild({"exit", "5"}).status == 5 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");

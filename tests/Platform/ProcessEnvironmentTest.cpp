@@ -1,10 +1,13 @@
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 using namespace menubar;
+
+extern "C" char** environ; // not every system's headers declare it
 
 TEST(ProcessEnvironment, holdsEachVariableWithItsWholeValue) {
     ASSERT_EQ(::setenv("MENUBAR_TEST_VARIABLE", "a=b c", 1), 0);
@@ -14,6 +17,16 @@ TEST(ProcessEnvironment, holdsEachVariableWithItsWholeValue) {
     EXPECT_EQ(environment.at("MENUBAR_TEST_EMPTY"), "");
     ASSERT_EQ(::unsetenv("MENUBAR_TEST_VARIABLE"), 0);
     EXPECT_FALSE(processEnvironment().contains("MENUBAR_TEST_VARIABLE"));
+}
+
+TEST(ProcessEnvironment, leavesOutAnEntryWithoutAName) {
+    char nameless[] = "=C:=x";
+    char named[] = "MENUBAR_TEST_VARIABLE=y";
+    char* entries[] = {nameless, named, nullptr};
+    char** const before = std::exchange(environ, entries);
+    const Environment environment = processEnvironment();
+    environ = before;
+    EXPECT_EQ(environment, (Environment{{"MENUBAR_TEST_VARIABLE", "y"}}));
 }
 
 TEST(ProcessEnvironment, theHomeDirectoryIsTheVariableAsItStands) {

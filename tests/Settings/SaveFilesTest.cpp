@@ -3,14 +3,19 @@
 #include "tests/Settings/SampleSettings.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
@@ -77,6 +82,7 @@ struct Saving {
     SaveOutcome outcome;
     bool foundChange;
     std::optional<std::string> placed;
+    std::vector<std::string> lines; ///< that were logged
 };
 
 /// Saves to where `path` leads; `during` is called with the candidate's path while the daemon validates.
@@ -84,7 +90,8 @@ Saving save(const std::string& path, std::optional<std::string> loaded,
             const std::function<void(const std::string&)>& during = {}) {
     const auto target = followLinks(path);
     EXPECT_TRUE(target) << path;
-    SaveFiles files(target.value_or(path), std::move(loaded));
+    std::vector<std::string> lines;
+    SaveFiles files(target.value_or(path), std::move(loaded), [&](std::string_view line) { lines.emplace_back(line); });
     const auto validate = [&](const std::string& candidate) {
         if (during) {
             during(candidate);
@@ -92,12 +99,26 @@ Saving save(const std::string& path, std::optional<std::string> loaded,
         return CommandOutcome{.status = 0, .stdout_ = accepted, .stderr_ = ""};
     };
     SaveOutcome outcome = SavePipeline::save(edited(), target.value_or(path), files.environment(validate), ::getpid());
-    return {std::move(outcome), files.foundChange(), files.placed()};
+    return {std::move(outcome), files.foundChange(), files.placed(), std::move(lines)};
 }
 
 std::string failureOf(const Saving& saving) {
     const auto* failed = std::get_if<SaveOutcome::WriteFailed>(&saving.outcome.storage());
     return failed == nullptr ? describe(saving.outcome) : failed->message;
+}
+
+constexpr uid_t nobody = 65534;
+
+/// What `body` says as the user nobody, who is in no group but their own. Only for root.
+bool asNobody(const std::function<bool()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool isNobody = ::setgroups(0, nullptr) == 0 && ::setgid(nobody) == 0 && ::setuid(nobody) == 0;
+        ::_exit(isNobody && body() ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status == 0;
 }
 
 /// While it exists, new files are not given these bits of the mode that is asked for.
@@ -187,6 +208,66 @@ TEST(SaveFiles, anExistingFileKeepsItsOwnerAndGroup) {
     EXPECT_EQ(info.st_mode & 07777, 04640) << "though a change of owner clears that bit";
 }
 
+TEST(SaveFiles, anExistingFileKeepsItsGroupThoughItsOwnerIsThePersonAnyway) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root is sure to have another group to give";
+    }
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    ASSERT_EQ(::chown(path.c_str(), 0, 23456), 0);
+    EXPECT_EQ(save(path, "old").outcome, SaveOutcome::Saved{});
+    struct stat info{};
+    ASSERT_EQ(::stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_gid, 23456);
+}
+
+TEST(SaveFiles, aGroupThatThePersonIsNotInGivesWayToTheirsWithNoMoreRightsThanEverybody) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can set this up";
+    }
+
+    const struct {
+        mode_t before;
+        mode_t after;
+    } modes[] = {{0660, 0600}, {0664, 0644}, {02674, 0644}, {0666, 0666}, {0606, 0606}};
+
+    for (const auto& mode : modes) {
+        const TemporaryDirectory directory;
+        const std::string path = directory.write("config.json", "old");
+        ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
+        ASSERT_EQ(::chown(path.c_str(), nobody, 23456), 0);
+        ASSERT_EQ(::chmod(path.c_str(), mode.before), 0);
+        EXPECT_TRUE(asNobody([&] { return save(path, "old").outcome == SaveOutcome::Saved{}; }));
+        struct stat info{};
+        ASSERT_EQ(::stat(path.c_str(), &info), 0);
+        EXPECT_EQ(info.st_uid, nobody);
+        EXPECT_EQ(info.st_gid, nobody);
+        EXPECT_EQ(info.st_mode & 07777, mode.after);
+        EXPECT_EQ(read(path), newBytes);
+    }
+}
+
+TEST(SaveFiles, aDirectoryThatCannotBeOpenedToFlushItStopsNoSave) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can set this up";
+    }
+    const TemporaryDirectory directory;
+    fs::create_directory(directory / "dropbox");
+    ASSERT_EQ(::chmod(directory.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chown((directory / "dropbox").c_str(), nobody, nobody), 0);
+    ASSERT_EQ(::chmod((directory / "dropbox").c_str(), 0300), 0);
+    EXPECT_TRUE(asNobody([&] {
+        const Saving saving = save(directory / "dropbox/deep/config.json", std::nullopt);
+        const Saving again = save(directory / "dropbox/config.json", std::nullopt);
+        const std::vector<std::string> lines{"could not flush the directory " + (directory / "dropbox") +
+                                             ": Permission denied"};
+        return saving.outcome == SaveOutcome::Saved{} && saving.lines == lines &&
+               again.outcome == SaveOutcome::Saved{} && again.lines == lines && again.placed == newBytes;
+    }));
+    EXPECT_EQ(read(directory / "dropbox/deep/config.json"), newBytes);
+    EXPECT_EQ(read(directory / "dropbox/config.json"), newBytes);
+}
+
 TEST(SaveFiles, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
     if (::getuid() != 0) {
         GTEST_SKIP() << "only root can set this up";
@@ -195,17 +276,9 @@ TEST(SaveFiles, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
     const std::string path = directory.write("config.json", "old");
     ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
     ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool isNobody = ::setgid(65534) == 0 && ::setuid(65534) == 0;
-        const Saving saving = save(path, "old");
-        const bool isRefused =
-            failureOf(saving) == "could not keep the file's owner and group: Operation not permitted";
-        ::_exit(isNobody && isRefused ? 0 : 1);
-    }
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(asNobody([&] {
+        return failureOf(save(path, "old")) == "could not keep the file's owner and group: Operation not permitted";
+    }));
     EXPECT_EQ(read(path), "old");
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
@@ -319,6 +392,19 @@ TEST(SaveFiles, candidatesOfProcessesThatHaveEndedAreRemoved) {
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
 
+TEST(SaveFiles, theCandidateOfALivingProcessOfAnotherUserIsLeftAlone) {
+    if (::getuid() != 0) {
+        GTEST_SKIP() << "only root can set this up";
+    }
+    const TemporaryDirectory directory;
+    ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
+    const std::string name = candidateName(::getpid());
+    directory.write(name, "theirs");
+    EXPECT_TRUE(
+        asNobody([&] { return save(directory / "config.json", std::nullopt).outcome == SaveOutcome::Saved{}; }));
+    EXPECT_EQ(listing(directory.path()), "config.json " + name);
+}
+
 TEST(SaveFiles, everythingElseInTheDirectoryIsLeftAlone) {
     const TemporaryDirectory directory;
     const std::string dead = std::to_string(deadProcess());
@@ -365,6 +451,51 @@ TEST(SaveFiles, soIsOneThatIsChangedWhileTheDaemonValidates) {
     EXPECT_TRUE(saving.foundChange);
     EXPECT_EQ(read(path), "theirs");
     EXPECT_EQ(listing(directory.path()), "config.json");
+}
+
+TEST(SaveFiles, soIsOneThatIsRemovedOrReplacedByALinkWhileTheDaemonValidates) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    const Saving removed = save(path, "old", [&](const std::string&) { fs::remove(path); });
+    EXPECT_EQ(failureOf(removed),
+              "the file was removed by another program after it was loaded, so it was left as it is");
+    EXPECT_TRUE(removed.foundChange);
+    EXPECT_EQ(listing(directory.path()), "");
+
+    directory.write("config.json", "old");
+    const Saving replaced = save(path, "old", [&](const std::string&) {
+        fs::rename(path, directory / "moved.json"); // the same content, behind a link
+        fs::create_symlink("moved.json", path);
+    });
+    EXPECT_EQ(failureOf(replaced),
+              "the file was replaced by another program after it was loaded, so it was left as it is");
+    EXPECT_TRUE(replaced.foundChange);
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(read(path), "old");
+}
+
+TEST(SaveFiles, aSaveTakesItsTurnBehindAnotherThatIsAtTheSamePoint) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("config.json", "old");
+    const int turn = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(::flock(turn, LOCK_EX), 0);
+    const pid_t other = ::fork();
+    if (other == 0) {
+        ::close(turn);
+        const Saving saving = save(path, "old");
+        ::_exit(saving.foundChange && saving.placed == std::nullopt ? 0 : 1);
+    }
+    // Long enough for a save that does not wait; one that waits does so for as long as this takes.
+    for (int i = 0; i < 50 && read(path) == "old"; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(read(path), "old");
+    directory.write("config.json", "theirs");
+    ::close(turn);
+    int status = -1;
+    ::waitpid(other, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(read(path), "theirs");
 }
 
 TEST(SaveFiles, soIsOneThatWasCreatedOrRemoved) {

@@ -43,7 +43,7 @@ bool mountSmall(const std::string& directory, int bytes) {
 SaveOutcome save(const std::string& path, std::size_t size) {
     SettingsForm edited = form({spec(SettingControl::Kind::text)}, oldBytes);
     edited.set("a", std::string(size, 'n'));
-    SaveFiles files(path, oldBytes);
+    SaveFiles files(path, oldBytes, [](std::string_view) {});
     const auto validate = [](const std::string&) {
         return CommandOutcome{.status = 0, .stdout_ = R"({"ok":true})", .stderr_ = ""};
     };
