@@ -171,7 +171,7 @@ TEST(SaveFaults, theParentOfADirectoryThatWasCreatedIsFlushedBeforeAnythingIsWri
     const Watch watch(Plan{.index = 0, .fault = Fault::none, .error = 0});
     ASSERT_TRUE(files.environment({}).createDirectory(directory / "new"));
     const auto mkdir = std::ranges::find(watch.calls(), "mkdir");
-    ASSERT_NE(mkdir, watch.calls().end());
+    ASSERT_GT(watch.calls().end() - mkdir, 1);
     EXPECT_EQ(*(mkdir + 1), "fsync");
 }
 
