@@ -1,7 +1,7 @@
+#include "MenubarApp/Platform/SignalPipe.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/Screen.h"
-#include "MenubarCtl/SignalPipe.h"
 #include "MenubarCtl/Terminal.h"
 #include "MenubarCtl/TextOutput.h"
 

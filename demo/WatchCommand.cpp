@@ -1,6 +1,7 @@
 #include "demo/WatchCommand.h"
 
 #include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarApp/Platform/SignalPipe.h"
 
 #include "demo/AtomicFile.h"
 #include "demo/ConfigValidation.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
@@ -18,8 +18,6 @@
 #include <filesystem>
 #include <utility>
 
-#include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 namespace menubar::demo {
@@ -28,49 +26,6 @@ namespace {
 
 using Steady = std::chrono::steady_clock;
 using Outcome = std::expected<void, std::string>;
-
-/// The write end of the pipe that wakes the main loop; only a handler writes to it.
-volatile std::sig_atomic_t stopDescriptor = -1;
-
-extern "C" void requestStop(int) {
-    const int savedError = errno;
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(stopDescriptor, &byte, 1);
-    errno = savedError;
-}
-
-/// The read end of a pipe that becomes readable when the process is asked to stop; -1 when there are no descriptors.
-int stopRequests() {
-    std::array<int, 2> ends{};
-    if (::pipe(ends.data()) != 0) {
-        return -1;
-    }
-    for (const int end : ends) {
-        ::fcntl(end, F_SETFD, FD_CLOEXEC);
-        ::fcntl(end, F_SETFL, O_NONBLOCK);
-    }
-    stopDescriptor = ends[1];
-    struct sigaction action{};
-    action.sa_handler = requestStop;
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        ::sigaction(signal, &action, nullptr);
-    }
-    return ends[0];
-}
-
-/// Waits until `deadline`; false when the process is asked to stop before.
-bool sleepUntil(Steady::time_point deadline, int stopDescriptorToRead) {
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Steady::now());
-        if (left.count() <= 0) {
-            return true;
-        }
-        pollfd descriptor{.fd = stopDescriptorToRead, .events = POLLIN, .revents = 0};
-        if (::poll(&descriptor, 1, static_cast<int>(left.count())) > 0) {
-            return false;
-        }
-    }
-}
 
 Date now() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
@@ -173,8 +128,9 @@ int failed(const std::string& message) {
 } // namespace
 
 int watch(const WatchOptions& options) {
-    const int stop = stopRequests();
-    if (stop < 0) {
+    constexpr std::array signals{SIGTERM, SIGINT, SIGHUP};
+    const auto stop = SignalPipe::create(signals);
+    if (!stop) {
         return failed("cannot create a pipe");
     }
     Writer writer(options);
@@ -188,7 +144,7 @@ int watch(const WatchOptions& options) {
         }
         // A machine that slept does not catch up on the polls that it missed.
         deadline = std::max(deadline + writer.interval(), Steady::now());
-    } while (sleepUntil(deadline, stop));
+    } while (!stop->waitUntil(deadline));
     const Outcome outcome = writer.stop();
     return outcome ? 0 : failed(outcome.error());
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include <signal.h>
 
-namespace menubar::ctl {
+namespace menubar {
 
 /// Turns signals into bytes on a pipe, so that a loop can wait for them together with other things. One at a time in a
 /// process; destroying it restores what the signals did before. Main thread.
@@ -25,6 +26,10 @@ public:
     /// The next signal that has come; absent when there is none.
     [[nodiscard]] std::optional<int> next() const;
 
+    /// Waits for a signal until `deadline`; false when none came. One that has come is seen even when the deadline has
+    /// passed before the call.
+    [[nodiscard]] bool waitUntil(std::chrono::steady_clock::time_point deadline) const;
+
 private:
     struct Previous {
         int signal;
@@ -38,4 +43,4 @@ private:
     std::vector<Previous> m_previous;
 };
 
-} // namespace menubar::ctl
+} // namespace menubar

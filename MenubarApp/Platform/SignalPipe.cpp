@@ -1,14 +1,16 @@
-#include "MenubarCtl/SignalPipe.h"
+#include "MenubarApp/Platform/SignalPipe.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
-namespace menubar::ctl {
+namespace menubar {
 
 namespace {
 
@@ -69,4 +71,19 @@ std::optional<int> SignalPipe::next() const {
     return ::read(m_readEnd, &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
 }
 
-} // namespace menubar::ctl
+bool SignalPipe::waitUntil(std::chrono::steady_clock::time_point deadline) const {
+    using std::chrono::milliseconds;
+    constexpr milliseconds longestWait = std::chrono::hours(1); // `poll` takes an int
+    for (;;) {
+        const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+        pollfd descriptor{.fd = m_readEnd, .events = POLLIN, .revents = 0};
+        if (::poll(&descriptor, 1, static_cast<int>(std::clamp(left, milliseconds(0), longestWait).count())) > 0) {
+            return true;
+        }
+        if (left.count() <= 0) {
+            return false;
+        }
+    }
+}
+
+} // namespace menubar
