@@ -49,13 +49,13 @@ public:
         m_referenceSize = number(m_bytes, trailer + 7, 1).value_or(0);
         m_objectCount = number(m_bytes, trailer + 8, 8).value_or(0);
         m_offsetTable = number(m_bytes, trailer + 24, 8).value_or(0);
-        return top && m_offsetTable <= m_bytes.size() && visit(*top, 0);
+        return top && m_offsetTable <= m_bytes.size() && visit(*top);
     }
 
 private:
     /// Follows every reference below an object.
-    bool visit(std::uint64_t object, std::size_t depth) {
-        if (m_budget == 0 || depth > maximumDepth || object >= m_objectCount || object > m_bytes.size()) {
+    bool visit(std::uint64_t object) {
+        if (m_budget == 0 || object >= m_objectCount || object > m_bytes.size()) {
             return false;
         }
         --m_budget;
@@ -66,7 +66,7 @@ private:
         }
         for (std::uint64_t i = 0; i < references->count; ++i) {
             const auto child = number(m_bytes, references->at + (i * m_referenceSize), m_referenceSize);
-            if (!child || !visit(*child, depth + 1)) {
+            if (!child || !visit(*child)) {
                 return false;
             }
         }

@@ -11,11 +11,8 @@ namespace BinaryPropertyList {
 
 [[nodiscard]] bool hasSignature(std::string_view bytes);
 
-/// Towers higher than this are refused.
-inline constexpr std::size_t maximumDepth = 512;
-
-/// Whether the list is a tree of at most `maximumValues` values once every reference is followed (keys count), no
-/// deeper than `maximumDepth`, and all that is looked at lies within the bytes. Costs no more than that many steps.
+/// Whether the list is a tree of at most `maximumValues` values once every reference is followed (keys count), and all
+/// that is looked at lies within the bytes. Costs no more than that many steps, and at most as deep a stack.
 [[nodiscard]] bool unfoldsWithin(std::string_view bytes, std::size_t maximumValues);
 
 } // namespace BinaryPropertyList

@@ -1,50 +1,82 @@
 #include "MenubarCore/Daemon/PropertyList.h"
 
 #include "MenubarCore/Daemon/BinaryPropertyList.h"
-#include "MenubarCore/Text/CodePoints.h"
 
 #include <cstdint>
 
 #include <plist/plist.h>
+#include <unicode/ucnv.h>
+#include <unicode/ustring.h>
 
 namespace menubar {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+using Failure = std::unexpected<PropertyListError>;
 
-/// How many elements open. A closing tag, a declaration and an instruction are none; an element in a comment counts,
-/// which only makes the limit stricter.
-std::size_t openingTags(std::string_view xml) {
-    std::size_t count = 0;
-    for (std::size_t at = xml.find('<'); at != std::string_view::npos; at = xml.find('<', at + 1)) {
-        const char next = at + 1 < xml.size() ? xml[at + 1] : '/';
-        count += next != '/' && next != '!' && next != '?' ? 1 : 0;
+struct CloseConverter {
+    void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+
+/// What the XML declaration says; XML without one is UTF-8.
+std::string declaredEncoding(std::string_view xml) {
+    const std::string_view declaration = xml.substr(0, xml.starts_with("<?xml") ? xml.find("?>") : 0);
+    const std::size_t word = declaration.find("encoding");
+    const std::size_t open = word == std::string_view::npos ? word : declaration.find_first_of("\"'", word);
+    if (open == std::string_view::npos) {
+        return "UTF-8";
     }
-    return count;
+    const std::string_view rest = declaration.substr(open + 1);
+    return std::string(rest.substr(0, rest.find(declaration[open])));
 }
 
-std::unexpected<PropertyListError> failure(std::string_view message) {
-    return std::unexpected(PropertyListError{std::string(message)});
+/// The text in UTF-8; absent for an encoding that is unknown, and unless every byte is right in it.
+std::optional<std::string> decoded(std::string_view bytes, const std::string& encoding) {
+    if (encoding.empty()) {
+        return std::nullopt; // which would stand for the machine's own
+    }
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, CloseConverter> converter(ucnv_open(encoding.c_str(), &error));
+    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+    std::u16string units(2 * bytes.size(), u'\0'); // as much as any encoding needs
+    const std::int32_t count = ucnv_toUChars(converter.get(), units.data(), static_cast<std::int32_t>(units.size()),
+                                             bytes.data(), static_cast<std::int32_t>(bytes.size()), &error);
+    std::string text(3 * units.size(), '\0');
+    std::int32_t length = 0;
+    u_strToUTF8(text.data(), static_cast<std::int32_t>(text.size()), &length, units.data(), count, &error);
+    if (U_FAILURE(error)) {
+        return std::nullopt;
+    }
+    text.resize(static_cast<std::size_t>(length));
+    return text;
 }
 
-/// What the library must not be given; it recurses, and unfolds shared objects, without limits of its own.
-std::optional<std::string_view> objection(std::string_view bytes) {
-    if (bytes.size() > PropertyList::maximumSize) {
-        return "the property list is larger than 1 MB";
+/// XML in UTF-8, whatever it was in: the library heeds neither byte-order mark nor declaration.
+std::expected<std::string, PropertyListError> xmlInUTF8(std::string_view bytes) {
+    std::int32_t markSize = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    const char* const marked =
+        ucnv_detectUnicodeSignature(bytes.data(), static_cast<std::int32_t>(bytes.size()), &markSize, &error);
+    const std::string encoding = marked != nullptr ? marked : declaredEncoding(bytes);
+    auto text = decoded(bytes.substr(static_cast<std::size_t>(markSize)), encoding);
+    if (!text) {
+        return Failure(PropertyListError{"the property list is not text in its encoding"});
     }
-    if (BinaryPropertyList::hasSignature(bytes)) {
-        return BinaryPropertyList::unfoldsWithin(bytes, PropertyList::maximumValues)
-                   ? std::nullopt
-                   : std::optional("the binary property list is malformed or unfolds to too many values");
-    }
-    if (openingTags(bytes) > PropertyList::maximumValues) {
-        return "the property list has too many elements";
-    }
-    if (wellFormed(bytes) != bytes) {
-        return "the property list is not UTF-8";
-    }
-    return std::nullopt;
+    return *std::move(text);
+}
+
+/// Null when the library finds no property list.
+plist_t readBinary(std::string_view bytes) {
+    plist_t root = nullptr;
+    // What these return differs between versions of the library; the handle says the same in all of them.
+    plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+    return root;
+}
+
+plist_t readXML(std::string_view text) {
+    plist_t root = nullptr;
+    plist_from_xml(text.data(), static_cast<std::uint32_t>(text.size()), &root);
+    return root;
 }
 
 } // namespace
@@ -54,23 +86,22 @@ void PropertyList::Free::operator()(void* node) const {
 }
 
 std::expected<PropertyList, PropertyListError> PropertyList::read(std::string_view bytes) {
-    if (bytes.starts_with(byteOrderMark)) {
-        bytes.remove_prefix(byteOrderMark.size());
+    if (bytes.size() > maximumSize) {
+        return Failure(PropertyListError{"the property list is larger than 64 KB"});
     }
-    if (const auto reason = objection(bytes)) {
-        return failure(*reason);
-    }
-    plist_t root = nullptr;
-    const char* const data = bytes.data();
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    // What these return differs between versions of the library; the handle says the same in all of them.
     if (BinaryPropertyList::hasSignature(bytes)) {
-        plist_from_bin(data, size, &root);
-    } else {
-        plist_from_xml(data, size, &root);
+        plist_t root = BinaryPropertyList::unfoldsWithin(bytes, maximumValues) ? readBinary(bytes) : nullptr;
+        return root != nullptr
+                   ? std::expected<PropertyList, PropertyListError>(PropertyList(root))
+                   : Failure(PropertyListError{"the binary property list is malformed or unfolds to too many values"});
     }
+    const auto text = xmlInUTF8(bytes);
+    if (!text) {
+        return Failure(text.error());
+    }
+    plist_t root = readXML(*text);
     if (root == nullptr) {
-        return failure("the bytes are not a property list");
+        return Failure(PropertyListError{"the bytes are neither an XML nor a binary property list"});
     }
     return PropertyList(root);
 }

@@ -17,14 +17,14 @@ struct PropertyListError {
     bool operator==(const PropertyListError&) const = default;
 };
 
-/// A property list in XML or binary form, as far as a launch agent's one is looked into. Bytes from anywhere may be
-/// given: what is larger, or unfolds to more, than any launch agent's list is refused before it costs time, memory or
-/// stack. Any thread, one at a time.
+/// A property list in XML (in any encoding that its byte-order mark or declaration names) or binary form, as far as a
+/// launch agent's one is looked into. Bytes from anywhere may be given: what is larger, or unfolds to more, than any
+/// launch agent's list is refused before it costs time, memory or stack. Any thread, one at a time.
 class PropertyList {
 public:
-    static constexpr std::size_t maximumSize = std::size_t{1} << 20;
-    /// Values, in the list as it unfolds; in a binary list one object may stand in many places.
-    static constexpr std::size_t maximumValues = 4096;
+    static constexpr std::size_t maximumSize = std::size_t{1} << 16;
+    /// Values of a binary list as it unfolds, where one object may stand in many places.
+    static constexpr std::size_t maximumValues = 1024;
 
     [[nodiscard]] static std::expected<PropertyList, PropertyListError> read(std::string_view bytes);
 

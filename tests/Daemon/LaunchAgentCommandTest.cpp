@@ -184,7 +184,7 @@ TEST(LaunchAgentCommandParseFailure, bytesThatAreNoPropertyListGiveTheReadersOwn
     const auto parsed = LaunchAgentCommand::parse("hello");
     ASSERT_FALSE(parsed);
     EXPECT_TRUE(std::holds_alternative<PropertyListError>(parsed.error()));
-    EXPECT_EQ(description(parsed.error()), "the bytes are not a property list");
+    EXPECT_EQ(description(parsed.error()), "the bytes are neither an XML nor a binary property list");
 }
 
 TEST(LaunchAgentCommand, readsABinaryPropertyList) {
