@@ -1,6 +1,5 @@
 #include "MenubarCtl/CommandLine.h"
 
-#include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Timestamp.h"
@@ -150,8 +149,13 @@ Parser::Outcome Parser::setValueOption(std::string_view name, const std::string&
         m_line.now = parseTimestamp(value);
         return m_line.now ? Outcome() : wrong("--now is not an ISO 8601 time stamp: " + quoted(value));
     }
-    m_line.timeZone = ZoneDatabase::zone(value, PosixFileManager());
-    return m_line.timeZone ? Outcome() : wrong("--time-zone is not the name of a time zone: " + quoted(value));
+    if (!ZoneDatabase::holds(value)) {
+        const bool isThere = ZoneDatabase::holds("UTC");
+        return wrong("--time-zone is not the name of a time zone: " + quoted(value) +
+                     (isThere ? "" : "; there is no zone database in " + quoted(ZoneDatabase::directory())));
+    }
+    m_line.timeZone = value;
+    return {};
 }
 
 Parser::Outcome Parser::interpretWords() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "MenubarCore/Text/Date.h"
-#include "MenubarCore/Text/TimeZone.h"
 
 #include <expected>
 #include <optional>
@@ -34,7 +33,7 @@ enum class Command {
 /// The words that ask for it, "settings list"; "--help" and "--version" for those two.
 [[nodiscard]] std::string_view words(Command command);
 
-/// A command line that is right, as far as can be told without looking at any file but the system's zone files.
+/// A command line that is right, as far as can be told without looking at any file but the system's zone database.
 struct CommandLine {
     Command command = Command::help;
     std::string name;                ///< of the setting or the session; empty where the command takes none
@@ -44,7 +43,7 @@ struct CommandLine {
     bool verbose = false;
     std::optional<std::string> statusFile; ///< never empty
     std::optional<Date> now;
-    std::optional<TimeZone> timeZone;
+    std::optional<std::string> timeZone; ///< in the system's zone database
 };
 
 /// What is wrong with a command line: one line for people, safe to show.
@@ -58,7 +57,7 @@ struct UsageError {
 /// repeated one the last holds. "--" ends them. Where a VALUE is expected, an argument with a single leading "-" is
 /// one.
 /// "--help" and "--version" hold as soon as they are met. Pure, but that a zone is looked up in the system's zone
-/// files.
+/// database.
 [[nodiscard]] std::expected<CommandLine, UsageError> parseCommandLine(std::span<const std::string> arguments);
 
 /// The synopsis, several lines.

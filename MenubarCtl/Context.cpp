@@ -22,7 +22,7 @@ std::string statusFilePath(const CommandLine& line, Environment environment, con
 } // namespace
 
 Context::Context(CommandLine line, Environment environment)
-    : m_line(std::move(line)), m_environment(std::move(environment)), m_clock(m_line.now, m_line.timeZone) {
+    : m_line(std::move(line)), m_environment(std::move(environment)), m_clock(m_line.now) {
     const std::string home = homeDirectory(m_environment);
     m_paths = StatusPaths::under(home, statusFilePath(m_line, m_environment, home));
 }

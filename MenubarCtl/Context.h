@@ -10,19 +10,18 @@
 
 namespace menubar::ctl {
 
-/// The system's clock, but for what the command line fixes.
+/// The system's clock, but for the time that the command line fixes.
 class CtlClock final : public Clock {
 public:
-    CtlClock(std::optional<Date> now, std::optional<TimeZone> timeZone) : m_now(now), m_timeZone(std::move(timeZone)) {}
+    explicit CtlClock(std::optional<Date> now) : m_now(now) {}
 
     [[nodiscard]] Date now() const override { return m_now ? *m_now : m_system.now(); }
 
-    [[nodiscard]] TimeZone timeZone() const override { return m_timeZone ? *m_timeZone : m_system.timeZone(); }
+    [[nodiscard]] TimeZone timeZone() const override { return m_system.timeZone(); }
 
 private:
     SystemClock m_system;
     std::optional<Date> m_now;
-    std::optional<TimeZone> m_timeZone;
 };
 
 /// One look at the status file and what follows from it.

@@ -3,6 +3,7 @@
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/StandardDescriptors.h"
+#include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SystemLoginItem.h"
@@ -79,6 +80,9 @@ int run(std::span<const std::string> arguments, const Environment& environment, 
         complain(line.error().message);
         [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, usageText());
         return static_cast<int>(ExitStatus::wrongUsage);
+    }
+    if (line->timeZone) {
+        SystemClock::useZone(*line->timeZone);
     }
     return static_cast<int>(perform(std::move(*line), environment, tools));
 }

@@ -35,7 +35,7 @@ ExitStatus failWith(const std::string& lines) {
 class Settings {
 public:
     Settings(const Context& context, const CommandContext& commands)
-        : m_context(context), m_clock(context.line().now, context.line().timeZone), m_commands(m_loop, commands),
+        : m_context(context), m_clock(context.line().now), m_commands(m_loop, commands),
           m_model(SettingsModel::create(
               context.environment(), commands.home,
               {.mainLoop = m_loop,

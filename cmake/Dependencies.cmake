@@ -21,7 +21,7 @@ add_library(menubar_icu INTERFACE)
 if(APPLE)
   # The system's own ICU, whose symbols carry no version suffix. Its headers are not in the SDK: Homebrew's keg-only
   # icu4c supplies them, and nothing of it is linked.
-  find_path(ICU_INCLUDE_DIR unicode/ucal.h HINTS /opt/homebrew/opt/icu4c/include /usr/local/opt/icu4c/include REQUIRED)
+  find_path(ICU_INCLUDE_DIR unicode/uregex.h HINTS /opt/homebrew/opt/icu4c/include /usr/local/opt/icu4c/include REQUIRED)
   target_include_directories(menubar_icu SYSTEM INTERFACE ${ICU_INCLUDE_DIR})
   target_compile_definitions(menubar_icu INTERFACE U_DISABLE_RENAMING=1)
   target_link_libraries(menubar_icu INTERFACE icucore)

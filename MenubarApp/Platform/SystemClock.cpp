@@ -1,44 +1,20 @@
 #include "MenubarApp/Platform/SystemClock.h"
 
-#include "MenubarApp/Platform/PosixFileManager.h"
-#include "MenubarApp/Platform/ZoneDatabase.h"
-
-#include <array>
 #include <chrono>
-#include <cstdlib>
-#include <string_view>
+#include <ctime>
 
-#include <sys/stat.h>
-#include <unicode/ucal.h>
+#include <stdlib.h>
+#include <time.h>
 
 namespace menubar {
 
 namespace {
 
-/// Changes whenever the system's zone may have: the variable's value and the identity of the file it falls back to.
-std::string zoneKey() {
-    if (const char* variable = std::getenv("TZ"); variable != nullptr) { // NOLINT(concurrency-mt-unsafe): never set
-        return std::string("TZ=") + variable;
-    }
-    struct stat info{};
-    if (::lstat("/etc/localtime", &info) != 0) {
-        return "";
-    }
-    return std::to_string(info.st_ino) + ":" + std::to_string(info.st_mtime);
-}
-
-TimeZone hostZone() {
-    std::array<UChar, 256> name{};
-    UErrorCode status = U_ZERO_ERROR;
-    const int32_t length = ucal_getHostTimeZone(name.data(), static_cast<int32_t>(name.size()), &status);
-    if (U_FAILURE(status) != 0) {
-        return {};
-    }
-    std::string text; // zone names are ASCII
-    for (int32_t i = 0; i < length && static_cast<std::size_t>(i) < name.size(); ++i) {
-        text += static_cast<char>(name.at(static_cast<std::size_t>(i)));
-    }
-    return ZoneDatabase::zone(text, PosixFileManager()).value_or(TimeZone());
+ClockTime localClockTime(Date date) {
+    const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    return {.hour = local.tm_hour, .minute = local.tm_min};
 }
 
 } // namespace
@@ -48,12 +24,13 @@ Date SystemClock::now() const {
 }
 
 TimeZone SystemClock::timeZone() const {
-    std::string key = zoneKey();
-    if (!m_zone || key != m_zoneKey) {
-        m_zone = hostZone();
-        m_zoneKey = std::move(key);
-    }
-    return *m_zone;
+    ::tzset(); // localtime_r alone need not notice a change
+    return TimeZone(localClockTime);
+}
+
+void SystemClock::useZone(const std::string& name) {
+    ::setenv("TZ", name.c_str(), 1); // NOLINT(concurrency-mt-unsafe): the caller has no other thread
+    ::tzset();
 }
 
 } // namespace menubar

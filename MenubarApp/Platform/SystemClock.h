@@ -2,23 +2,23 @@
 
 #include "MenubarApp/Platform/Clock.h"
 
-#include <optional>
 #include <string>
 
 namespace menubar {
 
-/// The system's clock and time-zone setting. Main thread.
-///
-/// The zone is looked up again only when `TZ` or /etc/localtime changed, so that asking at every poll costs a system
-/// call and a traveller's clock is still right.
+/// The system's clock, and its zone as the C library reads it: from `TZ` in any of its forms, else from /etc/localtime.
+/// Main thread.
 class SystemClock final : public Clock {
 public:
     [[nodiscard]] Date now() const override;
+
+    /// Looks whether the setting changed, which costs a system call; any TimeZone from here follows it then, and may be
+    /// asked on any thread.
     [[nodiscard]] TimeZone timeZone() const override;
 
-private:
-    mutable std::string m_zoneKey;
-    mutable std::optional<TimeZone> m_zone;
+    /// Makes a zone of the zone database this process's own. Child processes see it as well, as if the person had set
+    /// `TZ`. Only while there is one thread.
+    static void useZone(const std::string& name);
 };
 
 } // namespace menubar

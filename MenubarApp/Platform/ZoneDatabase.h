@@ -1,18 +1,15 @@
 #pragma once
 
-#include "MenubarCore/Status/FileManager.h"
-#include "MenubarCore/Text/TimeZone.h"
-
-#include <optional>
+#include <string>
 #include <string_view>
 
+/// The compiled zone database that the C library reads. Any thread, not while another one changes the environment.
 namespace menubar::ZoneDatabase {
 
-/// Where systems keep the compiled zone database; macOS and Debian both update it as governments change their minds.
-inline constexpr std::string_view root = "/usr/share/zoneinfo/";
+/// `TZDIR` where it is set and not empty, else where systems keep it. It may hold nothing, or not exist.
+[[nodiscard]] std::string directory();
 
-/// The zone of an IANA name: the system's own, or ICU's where the system has none. Absent for a name that neither
-/// holds. Reads one small file.
-[[nodiscard]] std::optional<TimeZone> zone(std::string_view name, const FileManager& files);
+/// Whether it has a zone of exactly this IANA name. Reads the directories on the way and one small file.
+[[nodiscard]] bool holds(std::string_view name);
 
 } // namespace menubar::ZoneDatabase

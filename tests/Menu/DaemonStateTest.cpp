@@ -108,7 +108,7 @@ TEST(DaemonState, everyStateHasItsTitle) {
     EXPECT_EQ(title(DaemonState::Stale{-1}), "Daemon not responding (last poll 0s ago)");
     EXPECT_EQ(title(DaemonState::Stale{}), "Daemon not responding (no poll time in status file)");
     EXPECT_EQ(title(DaemonState::Stopped{now}), "Daemon stopped at 14:03");
-    EXPECT_EQ(DaemonState(DaemonState::Stopped{now}).title(zone("Australia/Eucla")), "Daemon stopped at 22:48");
+    EXPECT_EQ(DaemonState(DaemonState::Stopped{now}).title(kathmandu), "Daemon stopped at 19:48");
     EXPECT_EQ(title(DaemonState::Unreadable{"missing key message"}), "Status file unreadable");
     EXPECT_EQ(title(DaemonState::Missing{}), "Daemon not running");
 }

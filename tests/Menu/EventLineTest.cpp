@@ -52,7 +52,7 @@ TEST(EventLine, itTellsTimeLevelWhoAndWhat) {
 
 TEST(EventLine, theTimeFollowsTheZoneAndAMissingOneIsAPlaceholder) {
     OstrelEvent event = warning("x");
-    EXPECT_EQ(Formatting::eventLine(event, zone("Asia/Kathmandu")), "19:48 [warn] api: x");
+    EXPECT_EQ(Formatting::eventLine(event, kathmandu), "19:48 [warn] api: x");
     event.at.reset();
     EXPECT_EQ(line(event), "--:-- [warn] api: x");
 }

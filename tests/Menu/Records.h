@@ -27,9 +27,8 @@ inline Date secondsAhead(double seconds) {
     return secondsAgo(-seconds);
 }
 
-inline TimeZone zone(std::string_view name) {
-    return TimeZone::named(name).value();
-}
+/// A zone that is not a whole number of hours from UTC.
+inline const TimeZone kathmandu(std::chrono::minutes(345));
 
 /// A session that has nothing but a name, a percentage and a level.
 inline SessionStatus session(std::string name, std::optional<double> contextPct,

@@ -121,7 +121,7 @@ TEST(StatusItemPresentation, withoutADaemonCompactModeStillTellsOfMissingFigures
 }
 
 TEST(StatusItemPresentation, theTimeInTheTooltipFollowsTheZone) {
-    EXPECT_EQ(StatusItemPresentation::make(DaemonState::Stopped{now}, {}, {}, false, zone("Asia/Kathmandu")).tooltip,
+    EXPECT_EQ(StatusItemPresentation::make(DaemonState::Stopped{now}, {}, {}, false, kathmandu).tooltip,
               "Daemon stopped at 19:48");
 }
 

@@ -124,7 +124,7 @@ TEST(StatusMenu, timesFollowTheZone) {
     file.stoppedAt = now;
     file.events = {event(now, EventLevel::info, "x")};
     StatusMenuScene scene(file);
-    scene.timeZone = zone("Asia/Kathmandu");
+    scene.timeZone = kathmandu;
     scene.hiddenTracker.hiddenSince = now;
     const StatusMenu menu = scene.make();
     EXPECT_FALSE(itemTitled(menu, "Daemon stopped at 19:48").enabled);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -273,8 +274,27 @@ TEST(TimeZone, isTheLocalOneUnlessItIsNamed) {
     ScratchHome home;
     home.writeStatus(R"json({"stoppedAt":"2025-03-04T01:00:00Z"})json");
     EXPECT_THAT(ScratchHome::run(home.menubarctl({"status"})).output, HasSubstr("Daemon stopped at 01:00\n"));
-    home.environment["TZ"] = "America/St_Johns";
-    EXPECT_THAT(ScratchHome::run(home.menubarctl({"status"})).output, HasSubstr("Daemon stopped at 21:30\n"));
+    for (const auto& [zone, time] :
+         {std::pair("America/St_Johns", "21:30"), std::pair("JST-9", "10:00"), std::pair(":Asia/Kathmandu", "06:45")}) {
+        home.environment["TZ"] = zone;
+        EXPECT_THAT(ScratchHome::run(home.menubarctl({"status"})).output,
+                    HasSubstr(std::string("Daemon stopped at ") + time + "\n"));
+        EXPECT_THAT(ScratchHome::run(home.menubarctl({"status", "--time-zone=Asia/Kolkata"})).output,
+                    HasSubstr("Daemon stopped at 06:30\n"));
+    }
+}
+
+TEST(TimeZone, withoutAZoneDatabaseARuleIsStillRead) {
+    ScratchHome home;
+    home.writeStatus(R"json({"stoppedAt":"2025-03-04T01:00:00Z"})json");
+    home.environment["TZ"] = "JST-9";
+    home.environment["TZDIR"] = home / "none";
+    EXPECT_THAT(ScratchHome::run(home.menubarctl({"status"})).output, HasSubstr("Daemon stopped at 10:00\n"));
+    const auto named = ScratchHome::run(home.menubarctl({"status", "--time-zone=UTC"}));
+    EXPECT_EQ(named.status, 2);
+    EXPECT_THAT(named.errors,
+                HasSubstr("--time-zone is not the name of a time zone: \"UTC\"; there is no zone database in \"" +
+                          (home / "none") + "\"\n"));
 }
 
 #if !defined(__APPLE__)

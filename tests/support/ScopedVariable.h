@@ -9,25 +9,28 @@ namespace menubar::testing_support {
 /// A variable of this process for as long as this object lives; what it was before is put back. One thread.
 class ScopedVariable {
 public:
-    ScopedVariable(std::string name, const std::string& value) : m_name(std::move(name)) {
+    /// Without a value there is no such variable.
+    ScopedVariable(std::string name, const std::optional<std::string>& value) : m_name(std::move(name)) {
         if (const char* before = std::getenv(m_name.c_str())) {
             m_before = before;
         }
-        ::setenv(m_name.c_str(), value.c_str(), 1);
+        set(value);
     }
 
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
 
-    ~ScopedVariable() {
-        if (m_before) {
-            ::setenv(m_name.c_str(), m_before->c_str(), 1);
+    ~ScopedVariable() { set(m_before); }
+
+private:
+    void set(const std::optional<std::string>& value) const {
+        if (value) {
+            ::setenv(m_name.c_str(), value->c_str(), 1);
         } else {
             ::unsetenv(m_name.c_str());
         }
     }
 
-private:
     std::string m_name;
     std::optional<std::string> m_before;
 };
