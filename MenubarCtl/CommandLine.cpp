@@ -3,6 +3,7 @@
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Quoted.h"
 #include "MenubarCore/Text/Timestamp.h"
 
 #include <array>
@@ -44,11 +45,6 @@ constexpr std::array commands{
 
 std::unexpected<UsageError> wrong(const std::string& message) {
     return std::unexpected(UsageError{displayText(message)});
-}
-
-/// Cut like a title: nobody reads the whole of an argument that is not understood.
-std::string quoted(std::string_view text) {
-    return "\"" + displayTitle(text) + "\"";
 }
 
 class Parser {
