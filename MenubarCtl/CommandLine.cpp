@@ -2,6 +2,7 @@
 
 #include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Quoted.h"
 #include "MenubarCore/Text/Timestamp.h"
 
 #include <array>
@@ -43,11 +44,6 @@ constexpr std::array commands{
 
 std::unexpected<UsageError> wrong(const std::string& message) {
     return std::unexpected(UsageError{displayText(message)});
-}
-
-/// Cut like a title: nobody reads the whole of an argument that is not understood.
-std::string quoted(std::string_view text) {
-    return "\"" + displayTitle(text) + "\"";
 }
 
 class Parser {

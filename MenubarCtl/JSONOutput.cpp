@@ -14,15 +14,6 @@ namespace menubar::ctl {
 
 namespace {
 
-/// File names need not be UTF-8; a document must be.
-JSONValue text(std::string_view value) {
-    return wellFormed(value);
-}
-
-JSONValue textOrNull(const std::optional<std::string>& value) {
-    return value ? text(std::string_view(*value)) : JSONValue();
-}
-
 std::string_view rawText(DaemonState::Case kind) {
     switch (kind) {
     case DaemonState::Case::running: return "running";
@@ -50,7 +41,7 @@ JSONValue noticesValue(const StatusPoll& poll) {
     JSONValue::Array notices;
     for (const ConfigNotice& notice : ConfigNotices::notices(poll.snapshot.file(), poll.state)) {
         notices.emplace_back(JSONValue::Object{
-            {"kind", notice.configError() != nullptr ? "configError" : "restartNeeded"},
+            {"kind", notice.configError ? "configError" : "restartNeeded"},
             {"line", text(notice.menuLine())},
         });
     }
@@ -82,6 +73,14 @@ void appendEscape(std::string& out, std::int32_t codePoint) {
 }
 
 } // namespace
+
+JSONValue text(std::string_view value) {
+    return wellFormed(value);
+}
+
+JSONValue textOrNull(const std::optional<std::string>& value) {
+    return value ? text(*value) : JSONValue();
+}
 
 JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone) {
     return JSONValue::Object{

@@ -6,6 +6,7 @@
 #include "MenubarCore/Text/TimeZone.h"
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ namespace menubar::ctl {
 
 /// What `menu --json` prints.
 [[nodiscard]] JSONValue menuDocument(const Menu& menu);
+
+/// A document is UTF-8; file names, and what was typed, need not be.
+[[nodiscard]] JSONValue text(std::string_view value);
+[[nodiscard]] JSONValue textOrNull(const std::optional<std::string>& value);
 
 /// The document in one line, with its line feed.
 [[nodiscard]] std::expected<std::string, EncodingError> documentText(const JSONValue& document);

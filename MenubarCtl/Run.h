@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <span>
 #include <string>

@@ -1,6 +1,7 @@
 #include "MenubarCtl/SessionMatch.h"
 
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Quoted.h"
 
 #include <cstddef>
 #include <ranges>
@@ -11,10 +12,6 @@ namespace {
 
 /// Of sessions that cannot be told apart; the rest is counted.
 constexpr std::size_t maximumListed = 10;
-
-std::string quoted(std::string_view name) {
-    return "\"" + displayTitle(name) + "\"";
-}
 
 using Sessions = std::vector<const SessionStatus*>;
 

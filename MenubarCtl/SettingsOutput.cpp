@@ -1,10 +1,10 @@
 #include "MenubarCtl/SettingsOutput.h"
 
 #include "MenubarApp/Settings/SettingRow.h"
-#include "MenubarCore/Text/CodePoints.h"
 #include "MenubarCore/Text/DisplayColumns.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Join.h"
+#include "MenubarCtl/JSONOutput.h"
 
 #include <algorithm>
 #include <optional>
@@ -15,15 +15,6 @@
 namespace menubar::ctl {
 
 namespace {
-
-/// Paths and what was typed need not be UTF-8; a document must be.
-JSONValue text(std::string_view value) {
-    return wellFormed(value);
-}
-
-JSONValue textOrNull(const std::optional<std::string>& value) {
-    return value ? text(*value) : JSONValue();
-}
 
 JSONValue texts(const std::vector<std::string>& values) {
     JSONValue::Array array;

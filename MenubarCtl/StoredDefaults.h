@@ -1,6 +1,7 @@
 #pragma once
 
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
+#include "MenubarCore/System/FileManager.h"
 
 #include <optional>
 #include <string_view>

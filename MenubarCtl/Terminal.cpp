@@ -24,15 +24,10 @@ TerminalSize terminalSize(int descriptor) {
 }
 
 Styling stylingFor(bool isTerminal, const Environment& environment) {
-    const auto is = [&environment](std::string_view name, auto&& test) {
-        const auto found = environment.find(name);
-        return found != environment.end() && test(found->second);
-    };
-    if (!isTerminal || is("TERM", [](const std::string& value) { return value == "dumb"; })) {
+    if (!isTerminal || variable(environment, "TERM") == "dumb") {
         return Styling::plain;
     }
-    const bool isColourless = is("NO_COLOR", [](const std::string& value) { return !value.empty(); });
-    return isColourless ? Styling::weights : Styling::colours;
+    return variable(environment, "NO_COLOR").empty() ? Styling::colours : Styling::weights;
 }
 
 std::expected<void, int> writeAll(int descriptor, std::string_view bytes) {

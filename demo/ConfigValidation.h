@@ -2,7 +2,7 @@
 
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Settings/ValidateOutput.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/FileManager.h"
 
 #include <expected>
 #include <string>

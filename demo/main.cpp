@@ -81,9 +81,8 @@ bool setOption(WatchOptions& options, std::string_view name, const std::string& 
 }
 
 std::string configPath(const Environment& environment, const std::string& home) {
-    const auto variable = environment.find("OSTREL_CONFIG_FILE");
-    return variable != environment.end() && !variable->second.empty() ? expandTilde(variable->second, home)
-                                                                      : home + "/.config/ostrel/config.json";
+    const std::string_view named = variable(environment, configFileKey);
+    return named.empty() ? home + "/.config/ostrel/config.json" : expandTilde(named, home);
 }
 
 std::expected<WatchOptions, std::string> watchOptions(std::span<const std::string> arguments) {

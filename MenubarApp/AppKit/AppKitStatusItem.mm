@@ -5,7 +5,6 @@
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/Desktop.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"
-#include "MenubarApp/StatusMenu/AccessibilityLabel.h"
 #include "MenubarCore/Text/DisplayText.h"
 
 #include <utility>
@@ -93,7 +92,7 @@ void AppKitStatusItem::apply(const StatusItemPresentation& presentation) {
         [button setToolTip:toNSString(displayText(presentation.tooltip, LineFeeds::keep))];
     }
     if (m_shown != presentation) {
-        [button setAccessibilityLabel:toNSString(displayText(accessibilityLabel(presentation)))];
+        [button setAccessibilityLabel:toNSString(displayText(presentation.accessibilityLabel()))];
     }
     m_shown = presentation;
 }
@@ -102,12 +101,12 @@ void AppKitStatusItem::setMenu(const Menu& menu) {
     if (menu == m_shownMenu) {
         return;
     }
+    m_shownMenu = menu; // first, for GNUstep asks for an update at every item that comes
     @autoreleasepool {
         // All new items exist before the old ones go: the menu is never empty when it opens.
         NSMutableArray* items = [NSMutableArray arrayWithArray:makeMenuItems(menu, m_target.get())];
         [m_menu.get() setItemArray:items];
     }
-    m_shownMenu = menu;
 }
 
 VisibilityProbe AppKitStatusItem::readVisibility() {

@@ -4,7 +4,7 @@
 
 #include "MenubarApp/AppKit/AlertSheet.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
-#include "MenubarApp/Platform/Window.h"
+#include "MenubarApp/View/Window.h"
 
 #include <memory>
 

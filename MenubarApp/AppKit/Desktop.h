@@ -6,8 +6,8 @@
 #include "MenubarApp/AppKit/BackgroundQueue.h"
 #include "MenubarApp/AppKit/FileOpener.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
-#include "MenubarApp/Platform/Window.h"
-#include "MenubarApp/StatusMenu/VisibilityProbe.h"
+#include "MenubarApp/Platform/VisibilityProbe.h"
+#include "MenubarApp/View/Window.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,17 +1,14 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <string>
 
 namespace menubar {
 
 /// Hands files to the desktop. Returns at once, whatever the desktop does with them. Main thread.
-class FileOpener {
+class FileOpener : public Interface {
 public:
-    FileOpener() = default;
-    FileOpener(const FileOpener&) = delete;
-    FileOpener& operator=(const FileOpener&) = delete;
-    virtual ~FileOpener() = default;
-
     /// A file in its default application, a directory in the file viewer.
     virtual void open(const std::string& path) = 0;
 

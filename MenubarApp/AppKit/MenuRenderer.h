@@ -8,8 +8,8 @@ namespace menubar {
 
 /// Turns a menu as a value into native items, and decides nothing. Main thread.
 ///
-/// `target` answers the actions that are the app's own (the status menu's and `show:`); the editing and window actions
-/// of the main menu have no target and travel along the responder chain. A hand-off's item represents its file URL.
+/// `target` gets the messages that it answers; those of the main menu that it does not answer have no target and travel
+/// along the responder chain. A hand-off's item represents its file URL.
 [[nodiscard]] NSArray<NSMenuItem*>* makeMenuItems(const Menu& menu, id target);
 
 /// Gives the application its main menu. It is seldom seen, but its key equivalents count in every window.

@@ -6,6 +6,16 @@
 
 #include <memory>
 
+/// A menu item that carries what choosing it asks for.
+@interface ActionItem : NSMenuItem {
+    menubar::MenuAction _menuAction;
+}
+
+- (menubar::MenuAction)menuAction;
+- (void)setMenuAction:(menubar::MenuAction)action;
+
+@end
+
 /// The status menu's delegate and the target of its items: passes on what happens and does nothing else. Once the
 /// receiver of the events is gone, nothing happens. Main thread.
 @interface StatusMenuTarget : NSObject <NSMenuDelegate> {
@@ -14,15 +24,7 @@
 
 - (void)setEvents:(std::weak_ptr<menubar::StatusMenuEvents>)events;
 
-- (void)focusSession:(NSMenuItem*)sender;
-- (void)openHandoff:(NSMenuItem*)sender;
-- (void)refreshClicked:(NSMenuItem*)sender;
-- (void)openSettings:(NSMenuItem*)sender;
-- (void)toggleCompact:(NSMenuItem*)sender;
-- (void)startDaemon:(NSMenuItem*)sender;
-- (void)stopDaemon:(NSMenuItem*)sender;
-- (void)openLogs:(NSMenuItem*)sender;
-- (void)openStatusFile:(NSMenuItem*)sender;
-- (void)quit:(NSMenuItem*)sender;
+/// Every item's message.
+- (void)choose:(ActionItem*)sender;
 
 @end

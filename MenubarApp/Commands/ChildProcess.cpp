@@ -278,7 +278,7 @@ void drain(Child& child, Stream& output, Stream& errors) {
         if (ready > 0 && requests[1].revents != 0) {
             errors.read();
         }
-        // A round that read comes between the child's end and this test: all that the child wrote fits into it.
+        // The outputs were read after the child's end and before this: one read takes all that a pipe can hold.
         const auto now = Clock::now();
         if (graceEnd && now >= *graceEnd) {
             return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <chrono>
 #include <cstddef>

@@ -5,8 +5,10 @@
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarCore/Daemon/ExecutableLocator.h"
+#include "MenubarCore/Text/Join.h"
+#include "MenubarCore/Text/Quoted.h"
 
-#include <string_view>
+#include <ranges>
 #include <utility>
 
 namespace menubar::Cmux {
@@ -16,23 +18,12 @@ Environment quietEnvironment() {
 }
 
 std::optional<std::string> path(const CommandContext& context) {
-    const auto variable = context.environment.find("PATH");
-    const auto directories =
-        variable == context.environment.end() ? std::nullopt : std::optional<std::string_view>(variable->second);
-    return ExecutableLocator::resolve("cmux", context.tools.cmux, directories, PosixFileManager::isExecutableFile);
+    return ExecutableLocator::resolve("cmux", context.tools.cmux, variable(context.environment, "PATH"),
+                                      PosixFileManager::isExecutableFile);
 }
 
 std::string notFound(const SystemTools& tools) {
-    std::string text = "cmux not found in [";
-    std::string_view separator;
-    for (const std::string_view candidate : tools.cmux) {
-        text += separator;
-        text += '"';
-        text += candidate;
-        text += '"';
-        separator = ", ";
-    }
-    return text + "] or PATH";
+    return "cmux not found in [" + joined(tools.cmux | std::views::transform(quoted), ", ") + "] or PATH";
 }
 
 CommandResult focusSync(const CommandContext& context, const std::string& cmux, const std::string& workspaceId,
@@ -56,13 +47,11 @@ void focus(MainLoop& mainLoop, const CommandContext& context, std::string worksp
         }
         return;
     }
-    mainLoop.runInBackground([&mainLoop, context, cmux = *std::move(cmux), workspaceId = std::move(workspaceId),
-                              surfaceId = std::move(surfaceId), completion = std::move(completion)] {
-        focusSync(context, cmux, workspaceId, surfaceId);
-        if (completion) {
-            mainLoop.post(completion);
-        }
-    });
+    mainLoop.runInBackgroundThen(
+        [context, cmux = *std::move(cmux), workspaceId = std::move(workspaceId), surfaceId = std::move(surfaceId)] {
+            focusSync(context, cmux, workspaceId, surfaceId);
+        },
+        std::move(completion));
 }
 
 } // namespace menubar::Cmux

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Commands/CommandResult.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <functional>
 #include <optional>

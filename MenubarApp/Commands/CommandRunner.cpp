@@ -5,6 +5,7 @@
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCore/Text/Case.h"
 #include "MenubarCore/Text/CodePoints.h"
+#include "MenubarCore/Text/Join.h"
 
 #include <string_view>
 #include <system_error>
@@ -18,15 +19,6 @@ namespace {
 std::string decoded(std::string_view bytes) {
     const std::string_view text = trimmed(bytes);
     return isAscii(text) ? std::string(text) : wellFormed(text);
-}
-
-std::string commandLine(const std::string& executable, const std::vector<std::string>& arguments) {
-    std::string line = executable;
-    for (const std::string& argument : arguments) {
-        line += ' ';
-        line += argument;
-    }
-    return line;
 }
 
 std::string logLine(const CommandResult& result, const std::string& commandLine) {

@@ -2,7 +2,7 @@
 
 #include "MenubarApp/Commands/CommandResult.h"
 #include "MenubarApp/Commands/log.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <string>
 #include <vector>

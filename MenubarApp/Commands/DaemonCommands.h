@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,14 +11,9 @@ namespace menubar {
 /// The programs that the menu starts: the terminal's, the notifier's and the daemon's. Every function returns at once;
 /// the work is done in the background and `completion` runs once, on the main thread. `focus` may run it before it
 /// returns, when there is nothing to do. Main thread.
-class DaemonCommands {
+class DaemonCommands : public Interface {
 public:
     using Completion = std::function<void()>;
-
-    DaemonCommands() = default;
-    DaemonCommands(const DaemonCommands&) = delete;
-    DaemonCommands& operator=(const DaemonCommands&) = delete;
-    virtual ~DaemonCommands() = default;
 
     /// Brings a session's terminal workspace, and the surface in it when given, to the front.
     virtual void focus(const std::string& workspaceId, const std::optional<std::string>& surfaceId,

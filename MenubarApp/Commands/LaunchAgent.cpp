@@ -26,16 +26,6 @@ CommandResult launchctl(const CommandContext& context, const std::vector<std::st
     return CommandRunner::runSync(context.tools.launchctl, arguments, {}, context.log);
 }
 
-void inBackground(MainLoop& mainLoop, const CommandContext& context, CommandResult (*command)(const CommandContext&),
-                  std::function<void()> completion) {
-    mainLoop.runInBackground([&mainLoop, context, command, completion = std::move(completion)] {
-        command(context);
-        if (completion) {
-            mainLoop.post(completion);
-        }
-    });
-}
-
 } // namespace
 
 CommandResult startSync(const CommandContext& context) {
@@ -52,11 +42,11 @@ CommandResult stopSync(const CommandContext& context) {
 }
 
 void start(MainLoop& mainLoop, const CommandContext& context, std::function<void()> completion) {
-    inBackground(mainLoop, context, startSync, std::move(completion));
+    mainLoop.runInBackgroundThen([context] { startSync(context); }, std::move(completion));
 }
 
 void stop(MainLoop& mainLoop, const CommandContext& context, std::function<void()> completion) {
-    inBackground(mainLoop, context, stopSync, std::move(completion));
+    mainLoop.runInBackgroundThen([context] { stopSync(context); }, std::move(completion));
 }
 
 } // namespace menubar::LaunchAgent

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Commands/log.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <array>
 #include <span>

@@ -1,18 +1,14 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
 #include "MenubarCore/Text/Date.h"
 #include "MenubarCore/Text/TimeZone.h"
 
 namespace menubar {
 
 /// The time and the place. Main thread.
-class Clock {
+class Clock : public Interface {
 public:
-    Clock() = default;
-    Clock(const Clock&) = delete;
-    Clock& operator=(const Clock&) = delete;
-    virtual ~Clock() = default;
-
     [[nodiscard]] virtual Date now() const = 0;
 
     /// The zone that the person's clock shows now; it follows a change of the system's setting.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <expected>
 #include <string>
 
@@ -21,13 +23,8 @@ struct LoginItemError {
 
 /// The app among the things that the system starts at login. The system keeps the state, and the person may change it
 /// in the system's settings at any time, so it is asked for anew each time. Main thread.
-class LoginItem {
+class LoginItem : public Interface {
 public:
-    LoginItem() = default;
-    LoginItem(const LoginItem&) = delete;
-    LoginItem& operator=(const LoginItem&) = delete;
-    virtual ~LoginItem() = default;
-
     [[nodiscard]] virtual LoginItemState state() const = 0;
 
     /// Each gives the state that it led to. What is so already is no error.

@@ -1,35 +1,38 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace menubar {
 
 /// A running timer. Destroying it stops it; its action never runs afterwards. Main thread.
-class RepeatingTimer {
-public:
-    RepeatingTimer() = default;
-    RepeatingTimer(const RepeatingTimer&) = delete;
-    RepeatingTimer& operator=(const RepeatingTimer&) = delete;
-    virtual ~RepeatingTimer() = default;
-};
+class RepeatingTimer : public Interface {};
 
 /// The main thread's event loop and the pool for work that blocks.
-class MainLoop {
+class MainLoop : public Interface {
 public:
     using Action = std::function<void()>;
-
-    MainLoop() = default;
-    MainLoop(const MainLoop&) = delete;
-    MainLoop& operator=(const MainLoop&) = delete;
-    virtual ~MainLoop() = default;
 
     /// Runs `action` on the main thread, later and in the order of posting, also while a menu is tracked. Any thread.
     virtual void post(Action action) = 0;
 
     /// Runs `action` on a background thread at user-initiated priority. Any thread.
     virtual void runInBackground(Action action) = 0;
+
+    /// Runs `work` in the background, then `completion`, unless it is empty, on the main thread. This loop outlives
+    /// both. Any thread.
+    void runInBackgroundThen(Action work, Action completion) {
+        runInBackground([this, work = std::move(work), completion = std::move(completion)] {
+            work();
+            if (completion) {
+                post(completion);
+            }
+        });
+    }
 
     /// Runs `action` on the main thread every `interval`, at most `tolerance` late, but not while a menu is tracked.
     /// The first run is one interval from now. Main thread.

@@ -39,8 +39,8 @@ Environment processEnvironment() {
 }
 
 std::string homeDirectory(const Environment& environment) {
-    const auto home = environment.find("HOME");
-    return home != environment.end() && !home->second.empty() ? home->second : accountHome();
+    const std::string_view home = variable(environment, "HOME");
+    return home.empty() ? accountHome() : std::string(home);
 }
 
 } // namespace menubar

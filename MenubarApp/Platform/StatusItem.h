@@ -1,19 +1,15 @@
 #pragma once
 
-#include "MenubarApp/StatusMenu/VisibilityProbe.h"
+#include "MenubarApp/Platform/VisibilityProbe.h"
 #include "MenubarCore/Menu/MenuItem.h"
 #include "MenubarCore/Menu/StatusItemPresentation.h"
+#include "MenubarCore/System/Interface.h"
 
 namespace menubar {
 
 /// The menu-bar item and its menu, alive as long as the process. Main thread.
-class StatusItem {
+class StatusItem : public Interface {
 public:
-    StatusItem() = default;
-    StatusItem(const StatusItem&) = delete;
-    StatusItem& operator=(const StatusItem&) = delete;
-    virtual ~StatusItem() = default;
-
     /// Shows the presentation. Touches only what differs from the one before, for every change is drawn again on each
     /// display.
     virtual void apply(const StatusItemPresentation& presentation) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,15 +9,10 @@
 namespace menubar {
 
 /// The app's stored preferences, in the domain "ostrel-menubar". Main thread.
-class UserDefaults {
+class UserDefaults : public Interface {
 public:
     /// Whatever the bundle's identifier is, the preferences are found under this name.
     static constexpr std::string_view domain = "ostrel-menubar";
-
-    UserDefaults() = default;
-    UserDefaults(const UserDefaults&) = delete;
-    UserDefaults& operator=(const UserDefaults&) = delete;
-    virtual ~UserDefaults() = default;
 
     /// The stored value when it is a bool; absent when there is none or it is something else. Sees what another
     /// process has written.

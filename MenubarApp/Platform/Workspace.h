@@ -1,17 +1,14 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <string>
 
 namespace menubar {
 
 /// The desktop around the app. Main thread.
-class Workspace {
+class Workspace : public Interface {
 public:
-    Workspace() = default;
-    Workspace(const Workspace&) = delete;
-    Workspace& operator=(const Workspace&) = delete;
-    virtual ~Workspace() = default;
-
     /// Opens a file with its default application, or a directory in the file viewer.
     virtual void open(const std::string& path) = 0;
 

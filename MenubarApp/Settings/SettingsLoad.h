@@ -3,7 +3,7 @@
 #include "MenubarApp/Commands/CommandResult.h"
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 #include "MenubarCore/Settings/SettingsForm.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/FileManager.h"
 
 #include <expected>
 #include <optional>

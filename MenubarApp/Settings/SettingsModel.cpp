@@ -14,8 +14,6 @@ namespace menubar {
 
 namespace {
 
-constexpr std::string_view configFileKey = "OSTREL_CONFIG_FILE";
-
 std::vector<std::string> schemaArguments() {
     return {"config", "schema"};
 }
@@ -34,9 +32,8 @@ std::set<std::string> lockedNames(const SettingsForm& form) {
 
 std::string SettingsModel::defaultConfigPath(const StatusFile* status, const Environment& environment,
                                              const std::string& home) {
-    const auto variable = environment.find(configFileKey);
-    if (variable != environment.end() && !variable->second.empty()) {
-        return expandTilde(variable->second, home);
+    if (const std::string_view named = variable(environment, configFileKey); !named.empty()) {
+        return expandTilde(named, home);
     }
     if (status != nullptr && status->configFile) {
         if (const auto& loaded = status->configFile->path; loaded && !loaded->empty()) {

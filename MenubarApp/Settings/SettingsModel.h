@@ -8,8 +8,9 @@
 #include "MenubarCore/Menu/ConfigNotices.h"
 #include "MenubarCore/Menu/DaemonState.h"
 #include "MenubarCore/Settings/SettingsForm.h"
-#include "MenubarCore/Status/FileManager.h"
 #include "MenubarCore/Status/StatusFile.h"
+#include "MenubarCore/System/Environment.h"
+#include "MenubarCore/System/FileManager.h"
 #include "MenubarCore/Text/Date.h"
 
 #include <cstdint>
@@ -123,7 +124,7 @@ public:
     void setAfterLoad(std::function<void()> action) { m_afterLoad = std::move(action); }
 
     /// `callback` is called after each change of what follows, once for all that changed together.
-    Subscription onChange(std::function<void()> callback) { return m_observers.add(std::move(callback)); }
+    [[nodiscard]] Subscription onChange(std::function<void()> callback) { return m_observers.add(std::move(callback)); }
 
     // State for the shell
 

@@ -12,14 +12,8 @@ namespace menubar {
 
 namespace {
 
-constexpr std::string_view configFileKey = "OSTREL_CONFIG_FILE";
 constexpr std::string_view savedOnOpenSetting = "warn-context";
 constexpr int savedOnOpenValue = 45;
-
-bool isSet(const Environment& environment, std::string_view key) {
-    const auto found = environment.find(key);
-    return found != environment.end() && !found->second.empty();
-}
 
 /// What an answer to an alert means: the index of its button.
 constexpr std::size_t restartButton = 0;
@@ -197,11 +191,10 @@ void SettingsWindowController::choosePath(const SettingSpec& spec) {
 // Saving on open
 
 void SettingsWindowController::installSaveOnOpenHook() {
-    const auto found = m_environment.find(saveOnOpenKey);
-    if (found == m_environment.end() || found->second != "1") {
+    if (variable(m_environment, saveOnOpenKey) != "1") {
         return;
     }
-    if (!isSet(m_environment, configFileKey)) {
+    if (variable(m_environment, configFileKey).empty()) {
         m_ports.log("OSTREL_MENUBAR_SAVE_ON_OPEN ignored: set OSTREL_CONFIG_FILE to a scratch file first");
         return;
     }

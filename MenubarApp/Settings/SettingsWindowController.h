@@ -2,10 +2,10 @@
 
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/Observers.h"
-#include "MenubarApp/Platform/Window.h"
 #include "MenubarApp/Settings/SettingsView.h"
 #include "MenubarApp/Settings/SettingsWindow.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarApp/View/Window.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <memory>
 #include <string>

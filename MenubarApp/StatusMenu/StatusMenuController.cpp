@@ -28,6 +28,15 @@ void StatusMenuController::start() {
     m_timer = m_ports.mainLoop.repeat(pollInterval, pollTolerance, refreshLater());
 }
 
+void StatusMenuController::menuNeedsUpdate() {
+    if (!m_menuIsOutdated) {
+        return;
+    }
+    m_menuIsOutdated = false; // first, for a desktop may ask again at every item that changes
+    m_menu = m_poll.menu(m_paths, m_hiddenTracker, m_ports.fileManager, m_ports.clock.now(), m_ports.clock.timeZone());
+    m_ports.statusItem.setMenu(m_menu.items);
+}
+
 void StatusMenuController::menuWillOpen() {
     m_menuIsOpen = true;
     refresh();
@@ -53,18 +62,7 @@ void StatusMenuController::perform(MenuAction action, int tag, const std::option
     case MenuAction::openLogs: m_ports.workspace.open(m_paths.logsDirectory); return;
     case MenuAction::openStatusFile: m_ports.workspace.open(m_paths.statusFile); return;
     case MenuAction::quit: m_ports.workspace.terminate(); return;
-    // The main menu's actions travel along the responder chain and never come here.
-    case MenuAction::none:
-    case MenuAction::showSettings:
-    case MenuAction::terminate:
-    case MenuAction::undo:
-    case MenuAction::redo:
-    case MenuAction::cut:
-    case MenuAction::copy:
-    case MenuAction::paste:
-    case MenuAction::selectAll:
-    case MenuAction::performClose:
-    case MenuAction::performMiniaturize: return;
+    case MenuAction::none: return;
     }
 }
 
@@ -82,7 +80,10 @@ void StatusMenuController::refresh() {
         // An open menu changes the state of the item's window.
         probeVisibility(now);
     }
-    rebuildMenu(now, timeZone);
+    m_menuIsOutdated = true;
+    if (m_menuIsOpen) {
+        menuNeedsUpdate();
+    }
 }
 
 void StatusMenuController::probeVisibility(Date now) {
@@ -96,11 +97,6 @@ void StatusMenuController::probeVisibility(Date now) {
         return;
     case HiddenItemTracker::Transition::unchanged: return;
     }
-}
-
-void StatusMenuController::rebuildMenu(Date now, const TimeZone& timeZone) {
-    m_menu = m_poll.menu(m_paths, m_hiddenTracker, m_ports.fileManager, now, timeZone);
-    m_ports.statusItem.setMenu(m_menu.items);
 }
 
 void StatusMenuController::focusSession(int tag) {

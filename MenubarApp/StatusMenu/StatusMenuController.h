@@ -21,7 +21,8 @@ class UserDefaults;
 class Workspace;
 
 /// Keeps the status item and its menu true: every 3 seconds, and whenever the menu opens, it reads the status file,
-/// restyles the item, checks that it is on screen and makes the menu anew.
+/// restyles the item and checks that it is on screen. The menu is made anew each time it is open, and otherwise when
+/// somebody looks at it: a closed menu costs nothing.
 ///
 /// One lives for the whole process. Everything is on the main thread. What outlives a call (timer, completions) holds
 /// the controller weakly and does nothing once it is gone.
@@ -50,25 +51,14 @@ public:
 
     /// Reads the file once and starts polling. Called once.
     void start();
+    void menuNeedsUpdate() override;
     void menuWillOpen() override;
     void menuDidClose() override;
     void perform(MenuAction action, int tag, const std::optional<std::string>& path) override;
     /// Stops polling for good.
     void applicationWillTerminate();
 
-    // State for the shell
-
-    [[nodiscard]] const std::string& statusPath() const { return m_paths.statusFile; }
-
-    [[nodiscard]] const StatusSnapshot& snapshot() const { return m_poll.snapshot; }
-
-    [[nodiscard]] const DaemonState& state() const { return m_poll.state; }
-
-    [[nodiscard]] const CompactSetting& compact() const { return m_poll.compact; }
-
-    [[nodiscard]] const HiddenItemTracker& hiddenTracker() const { return m_hiddenTracker; }
-
-    [[nodiscard]] bool menuIsOpen() const { return m_menuIsOpen; }
+    // State for the shell: none; what there is to see goes out through the ports.
 
     // Calls to the shell: see Ports.
 
@@ -77,7 +67,6 @@ private:
 
     void refresh();
     void probeVisibility(Date now);
-    void rebuildMenu(Date now, const TimeZone& timeZone);
     void focusSession(int tag);
     void openHandoff(const std::optional<std::string>& path);
     void toggleCompact();
@@ -91,6 +80,7 @@ private:
     StatusPoll m_poll;
     HiddenItemTracker m_hiddenTracker;
     bool m_menuIsOpen = false;
+    bool m_menuIsOutdated = true; // what it was made from has been read again since
     std::optional<StatusItemPresentation> m_shown;
     StatusMenu m_menu;
     std::unique_ptr<RepeatingTimer> m_timer; // last: it stops before anything that its action uses is gone

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarCore/Menu/MenuItem.h"
+#include "MenubarCore/System/Interface.h"
 
 #include <optional>
 #include <string>
@@ -8,12 +9,10 @@
 namespace menubar {
 
 /// What a person does with the status item's menu. Main thread.
-class StatusMenuEvents {
+class StatusMenuEvents : public Interface {
 public:
-    StatusMenuEvents() = default;
-    StatusMenuEvents(const StatusMenuEvents&) = delete;
-    StatusMenuEvents& operator=(const StatusMenuEvents&) = delete;
-    virtual ~StatusMenuEvents() = default;
+    /// Somebody is about to look at the menu or its items; it may also have been asked for nothing.
+    virtual void menuNeedsUpdate() = 0;
 
     /// Before the menu is drawn; what it is set to now is what opens.
     virtual void menuWillOpen() = 0;

@@ -5,8 +5,9 @@
 #include "MenubarCore/Menu/HiddenItemTracker.h"
 #include "MenubarCore/Menu/StatusItemPresentation.h"
 #include "MenubarCore/Menu/StatusMenu.h"
-#include "MenubarCore/Status/FileManager.h"
 #include "MenubarCore/Status/StatusSnapshot.h"
+#include "MenubarCore/System/Environment.h"
+#include "MenubarCore/System/FileManager.h"
 
 #include <optional>
 #include <string>

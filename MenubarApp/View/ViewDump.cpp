@@ -1,5 +1,6 @@
 #include "MenubarApp/View/View.h"
 #include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCore/Text/Quoted.h"
 
 #include <cstddef>
 #include <string_view>
@@ -82,18 +83,7 @@ public:
 
     /// Line feeds and quotes stay visible, so that one view stays on one line.
     Line& quoted(std::string_view text, std::string_view label = {}) {
-        std::string result(label);
-        result += '"';
-        for (const char c : text) {
-            if (c == '\n') {
-                result += "\\n";
-            } else if (c == '"' || c == '\\') {
-                result += {'\\', c};
-            } else {
-                result += c;
-            }
-        }
-        return word(result + '"');
+        return word(std::string(label) + literal(text));
     }
 
     Line& text(std::string_view label, std::string_view text) { return text.empty() ? *this : quoted(text, label); }

@@ -1,5 +1,6 @@
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 
+#include "MenubarCore/Text/Join.h"
 #include "MenubarCore/Text/Tilde.h"
 
 #include <algorithm>
@@ -8,14 +9,9 @@ namespace menubar {
 
 namespace {
 
-std::optional<std::string_view> variable(const Environment& environment, std::string_view name) {
-    const auto found = environment.find(name);
-    return found == environment.end() ? std::nullopt : std::optional<std::string_view>(found->second);
-}
-
 std::optional<LaunchAgentCommand> fromEnvironment(const Environment& environment, std::string_view home,
                                                   const ExecutableLocator::Exists& exists) {
-    const auto value = variable(environment, LaunchAgentCommand::environmentKey).value_or("");
+    const std::string_view value = variable(environment, LaunchAgentCommand::environmentKey);
     if (value.empty()) {
         return std::nullopt;
     }
@@ -91,12 +87,7 @@ std::vector<std::string> LaunchAgentCommand::arguments(const std::vector<std::st
 }
 
 std::string LaunchAgentCommand::describe(const std::vector<std::string>& subcommand) const {
-    std::string line = executable;
-    for (const std::string& argument : arguments(subcommand)) {
-        line += ' ';
-        line += argument;
-    }
-    return line;
+    return commandLine(executable, arguments(subcommand));
 }
 
 std::string_view description(LaunchAgentCommand::ParseError error) {

@@ -2,7 +2,7 @@
 
 #include "MenubarCore/Daemon/ExecutableLocator.h"
 #include "MenubarCore/Daemon/PropertyList.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/Environment.h"
 
 #include <array>
 #include <expected>

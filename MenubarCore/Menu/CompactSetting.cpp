@@ -21,10 +21,8 @@ std::optional<bool> CompactSetting::parse(std::string_view text) {
 }
 
 CompactSetting CompactSetting::resolve(const Environment& environment, std::optional<bool> stored) {
-    if (const auto variable = environment.find(environmentKey); variable != environment.end()) {
-        if (const std::optional<bool> compact = parse(variable->second)) {
-            return {.compact = *compact, .source = Source::environment};
-        }
+    if (const std::optional<bool> compact = parse(variable(environment, environmentKey))) {
+        return {.compact = *compact, .source = Source::environment};
     }
     return stored ? CompactSetting{.compact = *stored, .source = Source::defaults} : CompactSetting{};
 }

@@ -5,8 +5,7 @@
 namespace menubar {
 
 std::string ConfigNotice::menuLine() const {
-    const Error* const error = configError();
-    return error == nullptr ? std::string(ConfigNotices::restartNeededLine) : "Config file ignored: " + error->message;
+    return configError ? "Config file ignored: " + configError->message : std::string(ConfigNotices::restartNeededLine);
 }
 
 namespace ConfigNotices {
@@ -18,26 +17,21 @@ std::vector<ConfigNotice> notices(const StatusFile* status, const DaemonState& s
     }
     std::vector<ConfigNotice> result;
     if (const auto& error = status->configError; error && error->message && !error->message->empty()) {
-        result.emplace_back(ConfigNotice::Error{.message = *error->message, .path = error->path});
+        result.push_back({ConfigNotice::Error{.message = *error->message, .path = error->path}});
     }
     if (state.isRunning() && status->configChangedSinceLoad()) {
-        result.emplace_back(ConfigNotice::RestartNeeded{});
+        result.emplace_back();
     }
     return result;
 }
 
 bool restartNeeded(const StatusFile* status, const DaemonState& state) {
-    return std::ranges::any_of(notices(status, state),
-                               [](const ConfigNotice& notice) { return notice.configError() == nullptr; });
+    return std::ranges::count(notices(status, state), ConfigNotice()) > 0;
 }
 
 std::optional<ConfigNotice::Error> configError(const StatusFile* status, const DaemonState& state) {
-    for (const ConfigNotice& notice : notices(status, state)) {
-        if (const ConfigNotice::Error* const error = notice.configError()) {
-            return *error;
-        }
-    }
-    return std::nullopt;
+    const std::vector<ConfigNotice> all = notices(status, state);
+    return all.empty() ? std::nullopt : all.front().configError;
 }
 
 } // namespace ConfigNotices

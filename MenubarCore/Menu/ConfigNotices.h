@@ -6,44 +6,24 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace menubar {
 
-/// Something the person should know about the daemon's config file.
-class ConfigNotice {
-public:
+/// Something the person should know about the daemon's config file: an error in it, or else that the daemon runs on an
+/// older reading of it and needs a restart.
+struct ConfigNotice {
     struct Error {
         std::string message;
         std::optional<std::string> path;
         bool operator==(const Error&) const = default;
     };
 
-    /// The daemon runs on an older reading of the file.
-    struct RestartNeeded {
-        bool operator==(const RestartNeeded&) const = default;
-    };
-
-    using Storage = std::variant<Error, RestartNeeded>;
-
-    ConfigNotice(Error error) : m_storage(std::move(error)) {}
-
-    ConfigNotice(RestartNeeded notice) : m_storage(notice) {}
-
-    [[nodiscard]] const Storage& storage() const& { return m_storage; }
-
-    /// The details of a config error, null for `restartNeeded`.
-    [[nodiscard]] const Error* configError() const& { return std::get_if<Error>(&m_storage); }
-
-    const Error* configError() && = delete;
+    std::optional<Error> configError; ///< absent for the need of a restart
 
     [[nodiscard]] std::string menuLine() const;
 
     bool operator==(const ConfigNotice&) const = default;
-
-private:
-    Storage m_storage;
 };
 
 namespace ConfigNotices {

@@ -18,57 +18,14 @@ std::string lastPoll(double pollAge) {
     return " (last poll " + Formatting::duration(std::max(pollAge, 0.0)) + " ago)";
 }
 
-struct StateOfSnapshot {
-    Date now;
-
-    DaemonState operator()(const StatusSnapshot::Unreadable& snapshot) const {
-        return DaemonState::Unreadable{snapshot.reason};
-    }
-
-    DaemonState operator()(const StatusSnapshot::Loaded& snapshot) const {
-        return DaemonState::from(snapshot.file, now);
-    }
-
-    DaemonState operator()(StatusSnapshot::Missing) const { return DaemonState::Missing{}; }
-};
-
-struct Title {
-    const TimeZone& timeZone;
-
-    std::string operator()(DaemonState::Running state) const { return "Daemon running" + lastPoll(state.pollAge); }
-
-    std::string operator()(DaemonState::Stale state) const {
-        return "Daemon not responding" +
-               (state.pollAge ? lastPoll(*state.pollAge) : std::string(" (no poll time in status file)"));
-    }
-
-    std::string operator()(DaemonState::Stopped state) const {
-        return "Daemon stopped at " + Formatting::clock(state.at, timeZone);
-    }
-
-    std::string operator()(const DaemonState::Unreadable&) const { return "Status file unreadable"; }
-
-    std::string operator()(DaemonState::Missing) const { return "Daemon not running"; }
-};
-
-struct Detail {
-    const OstrelConfig* config;
-
-    std::string operator()(DaemonState::Running) const { return Formatting::configSummary(config); }
-
-    std::string operator()(DaemonState::Stale) const { return Formatting::configSummary(config); }
-
-    std::string operator()(DaemonState::Stopped) const { return Formatting::configSummary(config); }
-
-    std::string operator()(const DaemonState::Unreadable& state) const { return state.reason; }
-
-    std::string operator()(DaemonState::Missing) const { return "Start it with: ostrel watch (or ostrel install)"; }
-};
-
 } // namespace
 
 DaemonState DaemonState::from(const StatusSnapshot& snapshot, Date now) {
-    return std::visit(StateOfSnapshot{now}, snapshot.storage());
+    if (const auto* broken = std::get_if<StatusSnapshot::Unreadable>(&snapshot.storage())) {
+        return Unreadable{broken->reason};
+    }
+    const StatusFile* const file = snapshot.file();
+    return file == nullptr ? DaemonState() : from(*file, now);
 }
 
 DaemonState DaemonState::from(const StatusFile& file, Date now) {
@@ -94,11 +51,26 @@ std::optional<double> DaemonState::pollAge() const {
 }
 
 std::string DaemonState::title(const TimeZone& timeZone) const {
-    return std::visit(Title{timeZone}, m_storage);
+    switch (kind()) {
+    case Case::running: return "Daemon running" + lastPoll(*pollAge());
+    case Case::stale:
+        return "Daemon not responding" + (pollAge() ? lastPoll(*pollAge()) : " (no poll time in status file)");
+    case Case::stopped: return "Daemon stopped at " + Formatting::clock(std::get<Stopped>(m_storage).at, timeZone);
+    case Case::unreadable: return "Status file unreadable";
+    case Case::missing: return "Daemon not running";
+    }
+    return {};
 }
 
 std::string DaemonState::detail(const OstrelConfig* config) const {
-    return std::visit(Detail{config}, m_storage);
+    switch (kind()) {
+    case Case::running:
+    case Case::stale:
+    case Case::stopped: return Formatting::configSummary(config);
+    case Case::unreadable: return std::get<Unreadable>(m_storage).reason;
+    case Case::missing: return "Start it with: ostrel watch (or ostrel install)";
+    }
+    return {};
 }
 
 } // namespace menubar

@@ -1,11 +1,14 @@
 #include "MenubarCore/Menu/Formatting.h"
 
 #include "MenubarCore/Text/Graphemes.h"
+#include "MenubarCore/Text/Join.h"
 
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <ranges>
 #include <variant>
+#include <vector>
 
 namespace menubar {
 
@@ -15,42 +18,8 @@ constexpr std::string_view placeholder = "--";
 constexpr std::string_view separator = " · ";
 
 std::string concat(std::initializer_list<std::string_view> parts) {
-    std::size_t size = 0;
-    for (const std::string_view part : parts) {
-        size += part.size();
-    }
-    std::string result;
-    result.reserve(size);
-    for (const std::string_view part : parts) {
-        result += part;
-    }
-    return result;
+    return joined(parts, "");
 }
-
-/// Parts with a separator between them; an empty part is a part.
-class Joined {
-public:
-    explicit Joined(std::string_view between) : m_between(between) {}
-
-    void add(std::initializer_list<std::string_view> part) {
-        if (m_hasParts) {
-            m_text += m_between;
-        }
-        m_hasParts = true;
-        for (const std::string_view piece : part) {
-            m_text += piece;
-        }
-    }
-
-    void add(std::string_view part) { add({part}); }
-
-    [[nodiscard]] std::string take() && { return std::move(m_text); }
-
-private:
-    std::string_view m_between;
-    std::string m_text;
-    bool m_hasParts = false;
-};
 
 /// One past the largest 64-bit integer; exactly a double.
 constexpr double beyondIntegers = 9223372036854775808.0;
@@ -87,15 +56,6 @@ std::string_view eventName(const OstrelEvent& event) {
     return event.shortId ? std::string_view(*event.shortId) : "session";
 }
 
-/// At most `Formatting::eventLineLimit` user-perceived characters, the last of them "…" where something was cut.
-std::string shortened(std::string line) {
-    if (graphemePrefix(line, Formatting::eventLineLimit).size() < line.size()) {
-        line.resize(graphemePrefix(line, Formatting::eventLineLimit - 1).size());
-        line += "…";
-    }
-    return line;
-}
-
 struct LiveText {
     const SettingSpec& spec;
 
@@ -114,11 +74,7 @@ struct LiveText {
     std::string operator()(const std::string& value) const { return value.empty() ? "empty" : value; }
 
     std::string operator()(const JSONValue::Array& values) const {
-        Joined elements(", ");
-        for (const JSONValue& value : values) {
-            elements.add(value.compactText());
-        }
-        return values.empty() ? "none" : std::move(elements).take();
+        return values.empty() ? "none" : joined(values | std::views::transform(&JSONValue::compactText), ", ");
     }
 
     std::string operator()(const JSONValue::Object& value) const { return JSONValue(value).compactText(); }
@@ -192,64 +148,62 @@ std::string Formatting::configSummary(const OstrelConfig* config) {
     if (config == nullptr) {
         return "No config in status file";
     }
-    Joined items(separator);
-    items.add({"warn ", percent(config->warnContextPct)});
-    items.add({"critical ", percent(config->criticalContextPct)});
-    items.add(config->messageAgents.value_or(false) ? "messaging on" : "messaging off");
+    std::vector<std::string> items = {"warn " + percent(config->warnContextPct),
+                                      "critical " + percent(config->criticalContextPct),
+                                      config->messageAgents.value_or(false) ? "messaging on" : "messaging off"};
     if (config->dryRun.value_or(false)) {
-        items.add("dry-run");
+        items.emplace_back("dry-run");
     }
-    return std::move(items).take();
+    return joined(items, separator);
 }
 
 std::string Formatting::sessionLine(const SessionStatus& session, Date now) {
-    Joined items(separator);
-    items.add(session.displayName());
+    std::vector<std::string> items = {std::string(session.displayName())};
     if (session.provider) {
-        items.add(*session.provider);
+        items.push_back(*session.provider);
     }
-    items.add(modelShort(session.model));
-    items.add(percent(session.contextPct));
-    items.add(label(session.lifecycle));
+    items.push_back(modelShort(session.model));
+    items.push_back(percent(session.contextPct));
+    items.emplace_back(label(session.lifecycle));
     if (session.cacheExpiresAt) {
-        items.add(cacheExpiry(*session.cacheExpiresAt, now));
+        items.push_back(cacheExpiry(*session.cacheExpiresAt, now));
     }
     if (session.handoff) {
-        items.add("handoff");
+        items.emplace_back("handoff");
     }
-    const std::string line = std::move(items).take();
+    const std::string line = joined(items, separator);
     return session.level == SessionLevel::ok ? line : concat({"[", rawText(session.level), "] ", line});
 }
 
 std::string Formatting::sessionDetail(const SessionStatus& session, Date now) {
-    Joined lines("\n");
+    std::vector<std::string> lines;
     if (session.contextTokens) {
         const std::string used = tokens(*session.contextTokens);
-        lines.add(session.contextWindow ? concat({used, " of ", tokens(*session.contextWindow), " tokens"})
-                                        : used + " tokens");
+        lines.push_back(session.contextWindow ? concat({used, " of ", tokens(*session.contextWindow), " tokens"})
+                                              : used + " tokens");
     }
     if (const std::string_view note = contextNote(session.contextSource); !note.empty()) {
-        lines.add(note);
+        lines.emplace_back(note);
     }
     if (session.cwd) {
-        lines.add(*session.cwd);
+        lines.push_back(*session.cwd);
     }
     if (session.modelProvider) {
-        lines.add({"model provider: ", *session.modelProvider});
+        lines.push_back("model provider: " + *session.modelProvider);
     }
     if (session.parentSessionId) {
-        lines.add({"parent session: ", *session.parentSessionId});
+        lines.push_back("parent session: " + *session.parentSessionId);
     }
     if (session.capabilities && session.capabilities->reason) {
-        lines.add({"messaging: ", *session.capabilities->reason});
+        lines.push_back("messaging: " + *session.capabilities->reason);
     }
     if (const auto& identifier = session.sessionId ? session.sessionId : session.shortId) {
-        lines.add(*identifier);
+        lines.push_back(*identifier);
     }
     if (session.handoff) {
-        lines.add(handoffDetail(*session.handoff, now));
+        lines.push_back(handoffDetail(*session.handoff, now));
     }
-    return std::move(lines).take();
+    return joined(lines, "\n");
 }
 
 std::string Formatting::handoffLine(const SessionStatus& session, Date now, bool exists) {
@@ -284,7 +238,7 @@ std::string Formatting::eventLine(const OstrelEvent& event, const TimeZone& time
             shownBody.remove_prefix(prefix.size());
         }
     }
-    std::string line = shortened(concat({time, " [", tag, "] ", who, ": ", shownBody}));
+    std::string line = cutToGraphemes(concat({time, " [", tag, "] ", who, ": ", shownBody}), eventLineLimit);
     if (event.dryRun.value_or(false)) {
         line += " (dry-run)"; // after the cut, so that it always shows
     }

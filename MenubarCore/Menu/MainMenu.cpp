@@ -4,10 +4,10 @@ namespace menubar {
 
 namespace {
 
-MenuItem command(std::string title, MenuAction action, std::string key,
+MenuItem command(std::string title, std::string_view selector, std::string key,
                  KeyModifiers modifiers = KeyModifiers::command) {
     return {.title = std::move(title),
-            .action = action,
+            .selector = selector,
             .enabled = true,
             .keyEquivalent = std::move(key),
             .keyModifiers = modifiers};
@@ -27,24 +27,24 @@ Menu MainMenu::make() {
     return {
         topLevel("ostrel-menubar",
                  {
-                     command("Settings...", MenuAction::showSettings, ","),
+                     command("Settings...", "show:", ","),
                      separator(),
-                     command("Quit ostrel-menubar", MenuAction::terminate, "q"),
+                     command("Quit ostrel-menubar", "terminate:", "q"),
                  }),
         topLevel("Edit",
                  {
-                     command("Undo", MenuAction::undo, "z"),
-                     command("Redo", MenuAction::redo, "z", KeyModifiers::shiftCommand),
+                     command("Undo", "undo:", "z"),
+                     command("Redo", "redo:", "z", KeyModifiers::shiftCommand),
                      separator(),
-                     command("Cut", MenuAction::cut, "x"),
-                     command("Copy", MenuAction::copy, "c"),
-                     command("Paste", MenuAction::paste, "v"),
-                     command("Select All", MenuAction::selectAll, "a"),
+                     command("Cut", "cut:", "x"),
+                     command("Copy", "copy:", "c"),
+                     command("Paste", "paste:", "v"),
+                     command("Select All", "selectAll:", "a"),
                  }),
         topLevel("Window",
                  {
-                     command("Close", MenuAction::performClose, "w"),
-                     command("Minimize", MenuAction::performMiniaturize, "m"),
+                     command("Close", "performClose:", "w"),
+                     command("Minimize", "performMiniaturize:", "m"),
                  }),
     };
 }

@@ -7,7 +7,7 @@
 
 namespace menubar {
 
-/// What choosing an item asks for. The first block is the status menu's, the second the main menu's.
+/// What choosing an item of the status menu asks for.
 enum class MenuAction {
     none,
     focusSession,
@@ -20,17 +20,6 @@ enum class MenuAction {
     openLogs,
     openStatusFile,
     quit,
-
-    showSettings,
-    terminate,
-    undo,
-    redo,
-    cut,
-    copy,
-    paste,
-    selectAll,
-    performClose,
-    performMiniaturize,
 };
 
 /// The enumerator's name; empty for `none`.
@@ -47,6 +36,7 @@ struct MenuItem {
     std::string title = {};
     std::optional<std::string> tooltip = {}; ///< never empty
     MenuAction action = MenuAction::none;
+    std::string_view selector = {}; ///< of a main menu's item: the toolkit's own message, such as "undo:"
     bool enabled = false;
     bool checked = false;
     int tag = 0;         ///< 0 for none; sessions count from 1
@@ -60,9 +50,5 @@ struct MenuItem {
 };
 
 using Menu = std::vector<MenuItem>;
-
-/// A stable text of the whole menu, one line an item, for tests and debugging: marks for disabled, checked, tag,
-/// indentation, key, action, tooltip and path.
-[[nodiscard]] std::string dump(const Menu& menu);
 
 } // namespace menubar

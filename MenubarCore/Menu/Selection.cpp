@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace menubar {
 
@@ -31,16 +32,8 @@ struct SessionKey {
 
     /// Whether this one is listed before `other`. Comparing UTF-8 bytes is comparing scalar values.
     [[nodiscard]] bool comesBefore(const SessionKey& other) const {
-        if (contextPct != other.contextPct) {
-            return contextPct > other.contextPct;
-        }
-        if (levelRank != other.levelRank) {
-            return levelRank > other.levelRank;
-        }
-        if (name != other.name) {
-            return name < other.name;
-        }
-        return session < other.session;
+        return std::tie(other.contextPct, other.levelRank, name, session) <
+               std::tie(contextPct, levelRank, other.name, other.session);
     }
 };
 
@@ -53,13 +46,7 @@ struct HandoffKey {
         : session(&of), writtenAt(of.handoff->writtenAt.value_or(distantPast)), name(of.displayName()) {}
 
     [[nodiscard]] bool comesBefore(const HandoffKey& other) const {
-        if (writtenAt != other.writtenAt) {
-            return writtenAt > other.writtenAt;
-        }
-        if (name != other.name) {
-            return name < other.name;
-        }
-        return session < other.session;
+        return std::tie(other.writtenAt, name, session) < std::tie(writtenAt, other.name, other.session);
     }
 };
 
@@ -113,9 +100,7 @@ std::vector<OstrelEvent> Selection::recentEvents(std::span<const OstrelEvent> ev
     std::ranges::transform(events, newest.begin(), [](const OstrelEvent& event) { return &event; });
     const auto end = newest.begin() + static_cast<std::ptrdiff_t>(std::min(limit, newest.size()));
     std::ranges::partial_sort(newest, end, [](const OstrelEvent* a, const OstrelEvent* b) {
-        const Date dateOfA = a->at.value_or(distantPast);
-        const Date dateOfB = b->at.value_or(distantPast);
-        return dateOfA != dateOfB ? dateOfA > dateOfB : a < b;
+        return std::pair(b->at.value_or(distantPast), a) < std::pair(a->at.value_or(distantPast), b);
     });
     std::vector<OstrelEvent> result;
     for (auto event = newest.begin(); event != end; ++event) {

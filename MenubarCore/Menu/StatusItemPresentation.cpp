@@ -60,6 +60,15 @@ StatusItemPresentation StatusItemPresentation::make(const DaemonState& state, st
     };
 }
 
+std::string StatusItemPresentation::accessibilityLabel() const {
+    std::string label = "ostrel";
+    // "--" says that no percentage is known; read aloud it says nothing.
+    if (!title.empty() && title != "--") {
+        label += ", " + title;
+    }
+    return tooltip.empty() ? label : label + ", " + tooltip;
+}
+
 std::string_view rawText(StatusItemPresentation::Tone tone) {
     switch (tone) {
     case Tone::ok: return "ok";

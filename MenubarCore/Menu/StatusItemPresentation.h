@@ -22,6 +22,10 @@ struct StatusItemPresentation {
                                                      std::span<const ProviderFailure> providerFailures, bool compact,
                                                      const TimeZone& timeZone);
 
+    /// What a screen reader says: product, percentage when it is shown, state; for example
+    /// "ostrel, 72%, Daemon running (last poll 3s ago)".
+    [[nodiscard]] std::string accessibilityLabel() const;
+
     bool operator==(const StatusItemPresentation&) const = default;
 };
 

@@ -29,11 +29,8 @@ MenuItem separator() {
 }
 
 std::string tooltipOf(const ConfigNotice& notice) {
-    const ConfigNotice::Error* const error = notice.configError();
-    if (error == nullptr) {
-        return {};
-    }
-    return error->path ? error->message + "\n" + *error->path : error->message;
+    const auto& error = notice.configError;
+    return !error ? "" : error->path ? error->message + "\n" + *error->path : error->message;
 }
 
 /// Adds section after section to one menu.

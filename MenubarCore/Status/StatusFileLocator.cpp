@@ -6,11 +6,8 @@
 namespace menubar::StatusFileLocator {
 
 std::string path(const Environment& environment, std::string_view home) {
-    const auto variable = environment.find(environmentKey);
-    if (variable == environment.end() || variable->second.empty()) {
-        return std::string(home) + "/.local/state/ostrel/status.json";
-    }
-    return expandTilde(variable->second, home);
+    const std::string_view named = variable(environment, environmentKey);
+    return named.empty() ? std::string(home) + "/.local/state/ostrel/status.json" : expandTilde(named, home);
 }
 
 StatusSnapshot load(const std::string& path, const FileManager& fileManager) {

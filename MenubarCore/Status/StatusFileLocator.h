@@ -1,8 +1,9 @@
 #pragma once
 
 #include "MenubarCore/JSON/DecodingError.h"
-#include "MenubarCore/Status/FileManager.h"
 #include "MenubarCore/Status/StatusSnapshot.h"
+#include "MenubarCore/System/Environment.h"
+#include "MenubarCore/System/FileManager.h"
 
 #include <string>
 #include <string_view>

@@ -2,9 +2,9 @@
 
 #include "MenubarCore/Text/CodePoints.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include <unicode/ucasemap.h>
 #include <unicode/uchar.h>
@@ -26,38 +26,19 @@ const UCaseMap* rootCaseMap() {
 
 /// `text` as it stands where ICU cannot map it: no data, or beyond its 32-bit lengths.
 std::string mapped(std::string text, Mapping* mapping) {
-    constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max() / 4;
+    constexpr std::size_t growth = 3; // of no character more: one becomes three of the same length at most
     const UCaseMap* const map = rootCaseMap();
-    if (map == nullptr || text.size() > longest) {
+    std::string result(text.size() * growth, '\0');
+    if (map == nullptr || std::cmp_greater(result.size(), std::numeric_limits<std::int32_t>::max())) {
         return text;
     }
-    std::string result(text.size() + 16, '\0');
-    for (;;) {
-        UErrorCode error = U_ZERO_ERROR;
-        const std::int32_t length = mapping(map, result.data(), static_cast<std::int32_t>(result.size()), text.data(),
-                                            static_cast<std::int32_t>(text.size()), &error);
-        if (U_SUCCESS(error)) {
-            result.resize(static_cast<std::size_t>(length));
-            return result;
-        }
-        if (error != U_BUFFER_OVERFLOW_ERROR) {
-            return text;
-        }
-        result.resize(static_cast<std::size_t>(length));
+    UErrorCode error = U_ZERO_ERROR;
+    const std::int32_t length = mapping(map, result.data(), static_cast<std::int32_t>(result.size()), text.data(),
+                                        static_cast<std::int32_t>(text.size()), &error);
+    if (U_FAILURE(error)) {
+        return text;
     }
-}
-
-constexpr char asciiLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
-constexpr char asciiUpper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-
-std::string asciiMapped(std::string_view text, char (*map)(char)) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), map);
+    result.resize(static_cast<std::size_t>(length));
     return result;
 }
 
@@ -72,11 +53,11 @@ bool isWhiteSpace(std::int32_t codePoint) {
 } // namespace
 
 std::string lowercased(std::string_view text) {
-    return isAscii(text) ? asciiMapped(text, asciiLower) : mapped(wellFormed(text), ucasemap_utf8ToLower);
+    return mapped(wellFormed(text), ucasemap_utf8ToLower);
 }
 
 std::string uppercased(std::string_view text) {
-    return isAscii(text) ? asciiMapped(text, asciiUpper) : mapped(wellFormed(text), ucasemap_utf8ToUpper);
+    return mapped(wellFormed(text), ucasemap_utf8ToUpper);
 }
 
 std::string_view trimmed(std::string_view text) {

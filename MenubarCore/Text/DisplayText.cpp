@@ -30,12 +30,7 @@ std::string displayText(std::string_view text, LineFeeds lineFeeds) {
 }
 
 std::string displayTitle(std::string_view text) {
-    std::string title = displayText(text);
-    if (graphemePrefix(title, displayTitleLimit).size() < title.size()) {
-        title.resize(graphemePrefix(title, displayTitleLimit - 1).size());
-        title += "…";
-    }
-    return title;
+    return cutToGraphemes(displayText(text), displayTitleLimit);
 }
 
 } // namespace menubar

@@ -51,25 +51,22 @@ public:
             const bool isLineBreak = m_text.substr(start, 2) == "\r\n";
             return isLineBreak ? start + 2 : end;
         }
-        return m_iterator == nullptr && !attach(start) ? endOfCodePoint(start) : following(start);
+        return attach() ? following(start) : endOfCodePoint(start);
     }
 
 private:
-    /// ICU counts in 32 bits: a longer text is walked in windows that each begin at a boundary.
-    static constexpr std::size_t windowSize = std::numeric_limits<std::int32_t>::max() / 2;
-
-    bool attach(std::size_t start) {
-        if (m_iterator == nullptr) {
-            m_iterator = characterIterator();
+    /// Not for a text whose length ICU cannot count, nor where it has no data.
+    bool attach() {
+        if (m_iterator != nullptr || m_text.size() > std::numeric_limits<std::int32_t>::max()) {
+            return m_iterator != nullptr;
         }
+        m_iterator = characterIterator();
         if (m_iterator == nullptr) {
             return false;
         }
-        m_base = start;
-        const std::string_view window = m_text.substr(start, windowSize);
         UErrorCode error = U_ZERO_ERROR;
         const std::unique_ptr<UText, CloseText> text(
-            utext_openUTF8(nullptr, window.data(), static_cast<std::int64_t>(window.size()), &error));
+            utext_openUTF8(nullptr, m_text.data(), static_cast<std::int64_t>(m_text.size()), &error));
         ubrk_setUText(m_iterator.get(), text.get(), &error); // keeps its own shallow copy
         if (U_FAILURE(error)) {
             m_iterator = nullptr;
@@ -78,11 +75,8 @@ private:
     }
 
     std::size_t following(std::size_t start) {
-        if (start - m_base >= windowSize && !attach(start)) {
-            return endOfCodePoint(start);
-        }
-        const std::int32_t end = ubrk_following(m_iterator.get(), static_cast<std::int32_t>(start - m_base));
-        return end == UBRK_DONE ? m_text.size() : m_base + static_cast<std::size_t>(end);
+        const std::int32_t end = ubrk_following(m_iterator.get(), static_cast<std::int32_t>(start));
+        return end == UBRK_DONE ? m_text.size() : static_cast<std::size_t>(end);
     }
 
     [[nodiscard]] std::size_t endOfCodePoint(std::size_t index) const {
@@ -92,19 +86,9 @@ private:
 
     std::string_view m_text;
     BreakIterator m_iterator; // null until the first character that needs it
-    std::size_t m_base = 0;   // where its text begins in m_text
 };
 
 } // namespace
-
-std::size_t graphemeCount(std::string_view text) {
-    Walk walk(text);
-    std::size_t count = 0;
-    for (std::size_t index = 0; index < text.size(); index = walk.next(index)) {
-        ++count;
-    }
-    return count;
-}
 
 std::string_view graphemePrefix(std::string_view text, std::size_t count) {
     if (text.size() <= count) {
@@ -116,6 +100,14 @@ std::string_view graphemePrefix(std::string_view text, std::size_t count) {
         index = walk.next(index);
     }
     return text.substr(0, index);
+}
+
+std::string cutToGraphemes(std::string text, std::size_t limit) {
+    if (graphemePrefix(text, limit).size() < text.size()) {
+        text.resize(graphemePrefix(text, limit - 1).size());
+        text += "…";
+    }
+    return text;
 }
 
 } // namespace menubar

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace menubar {
 
@@ -18,6 +19,11 @@ template <typename Texts>
         isFirst = false;
     }
     return result;
+}
+
+/// A command for people to read, in words parted by blanks; nothing is quoted. Any thread.
+[[nodiscard]] inline std::string commandLine(const std::string& executable, const std::vector<std::string>& arguments) {
+    return arguments.empty() ? executable : executable + " " + joined(arguments, " ");
 }
 
 } // namespace menubar

@@ -52,8 +52,8 @@ private:
 
 /// Checks texts against patterns that come from outside. A pattern that cannot be used accepts every text: one that
 /// does not compile, and from then on one whose search overran its budget. So a pattern that backtracks for ever costs
-/// its bound once and then checks nothing, and whoever applies the value has the last word. So it has for a text that
-/// is too long to search.
+/// its bound once and then checks nothing; the program that uses the value has the last word. A text that is too long
+/// to search is accepted too.
 ///
 /// Each pattern is compiled once. All searches of one object share a bound, after which every text is accepted.
 class PatternChecker {

@@ -30,14 +30,14 @@ TEST(ConfigNotices, aConfigErrorComesBeforeTheRestart) {
     StatusFile file = withError("bad number", "/c.json");
     file.configFile = withChange(true).configFile;
     EXPECT_EQ(ConfigNotices::notices(&file, running),
-              (std::vector<ConfigNotice>{ConfigNotice::Error{"bad number", "/c.json"}, ConfigNotice::RestartNeeded{}}));
+              (std::vector<ConfigNotice>{{ConfigNotice::Error{"bad number", "/c.json"}}, {}}));
 }
 
 TEST(ConfigNotices, aStaleDaemonTellsOfItsErrorButNotOfARestart) {
     StatusFile file = withError("bad number");
     file.configFile = withChange(true).configFile;
     EXPECT_EQ(ConfigNotices::notices(&file, stale),
-              std::vector<ConfigNotice>{(ConfigNotice::Error{"bad number", std::nullopt})});
+              (std::vector<ConfigNotice>{{ConfigNotice::Error{"bad number", std::nullopt}}}));
     EXPECT_FALSE(ConfigNotices::restartNeeded(&file, stale));
 }
 
@@ -83,7 +83,8 @@ TEST(ConfigNotices, theConfigErrorIsToldWithItsPath) {
 }
 
 TEST(ConfigNotice, eachHasItsMenuLine) {
-    EXPECT_EQ(ConfigNotice(ConfigNotice::Error{"bad number", "/c.json"}).menuLine(), "Config file ignored: bad number");
-    EXPECT_EQ(ConfigNotice(ConfigNotice::RestartNeeded{}).menuLine(), "Restart daemon to apply settings");
+    EXPECT_EQ(ConfigNotice{ConfigNotice::Error({"bad number", "/c.json"})}.menuLine(),
+              "Config file ignored: bad number");
+    EXPECT_EQ(ConfigNotice().menuLine(), "Restart daemon to apply settings");
     EXPECT_EQ(ConfigNotices::restartNeededLine, "Restart daemon to apply settings");
 }

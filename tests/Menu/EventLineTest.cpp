@@ -1,7 +1,7 @@
 #include "MenubarCore/Menu/Formatting.h"
-#include "MenubarCore/Text/Graphemes.h"
 
 #include "Records.h"
+#include "tests/support/GraphemeCount.h"
 
 #include <string>
 #include <utility>

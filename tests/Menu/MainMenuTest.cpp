@@ -1,12 +1,14 @@
 #include "MenubarCore/Menu/MainMenu.h"
 
+#include "tests/support/MenuDump.h"
+
 #include <gtest/gtest.h>
 
 using namespace menubar;
 
 TEST(MainMenu, itHasThreeMenusWithTheUsualKeys) {
     EXPECT_EQ(dump(MainMenu::make()), R"("ostrel-menubar"
-  "Settings..." key=cmd-, -> show
+  "Settings..." key=cmd-, -> show:
   ---
   "Quit ostrel-menubar" key=cmd-q -> terminate:
 "Edit"
@@ -26,7 +28,7 @@ TEST(MainMenu, itHasThreeMenusWithTheUsualKeys) {
 TEST(MainMenu, itsTopLevelItemsOnlyOpenTheirMenus) {
     for (const MenuItem& item : MainMenu::make()) {
         EXPECT_TRUE(item.enabled) << item.title;
-        EXPECT_EQ(item.action, MenuAction::none) << item.title;
+        EXPECT_EQ(item.selector, "") << item.title;
         EXPECT_EQ(item.keyEquivalent, "") << item.title;
         EXPECT_FALSE(item.submenu.empty()) << item.title;
     }

@@ -1,5 +1,7 @@
 #include "MenubarCore/Menu/MenuItem.h"
 
+#include "tests/support/MenuDump.h"
+
 #include <set>
 #include <string_view>
 
@@ -18,6 +20,7 @@ TEST(MenuDump, everythingAboutAnItemStandsOnItsLine) {
         {.title = "Icon only", .action = MenuAction::toggleCompact, .enabled = true, .checked = true},
         {.title = "api", .action = MenuAction::focusSession, .enabled = true, .tag = 7},
         {.title = "deep", .indentation = 2},
+        {.title = "Undo", .selector = "undo:", .enabled = true},
         {.title = "Quit", .action = MenuAction::quit, .enabled = true, .keyEquivalent = "q"},
         {.title = "file", .tooltip = "/f", .action = MenuAction::openHandoff, .enabled = true, .path = "/f"},
     };
@@ -26,6 +29,7 @@ TEST(MenuDump, everythingAboutAnItemStandsOnItsLine) {
 "Icon only" checked -> toggleCompact
 "api" tag=7 -> focusSession
     ("deep")
+"Undo" -> undo:
 "Quit" key=cmd-q -> quit
 "file" -> openHandoff path="/f" tooltip="/f"
 )");
@@ -43,7 +47,7 @@ TEST(MenuDump, aSubmenuIsIndentedBelowItsItem) {
 
 TEST(MenuAction, everyOneHasATextOfItsOwn) {
     std::set<std::string_view> texts;
-    const int last = static_cast<int>(MenuAction::performMiniaturize);
+    const int last = static_cast<int>(MenuAction::quit);
     for (int action = 0; action <= last; ++action) {
         texts.insert(rawText(static_cast<MenuAction>(action)));
     }

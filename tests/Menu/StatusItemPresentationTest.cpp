@@ -131,3 +131,13 @@ TEST(StatusItemPresentation, theTonesHaveTheirNames) {
     EXPECT_EQ(rawText(Tone::critical), "critical");
     EXPECT_EQ(rawText(Tone::muted), "muted");
 }
+
+TEST(StatusItemPresentation, aScreenReaderNamesProductPercentageAndState) {
+    const auto label = [](const char* title, const char* tooltip) {
+        return StatusItemPresentation{.symbolName = "eye", .title = title, .tooltip = tooltip}.accessibilityLabel();
+    };
+    EXPECT_EQ(label("72%", "Daemon running"), "ostrel, 72%, Daemon running");
+    EXPECT_EQ(label("--", "Daemon stopped"), "ostrel, Daemon stopped");
+    EXPECT_EQ(label("", "Daemon running · worst session 72%"), "ostrel, Daemon running · worst session 72%");
+    EXPECT_EQ(label("", ""), "ostrel");
+}

@@ -3,6 +3,7 @@
 #include "MenubarCore/Menu/StatusMenu.h"
 
 #include "Records.h"
+#include "tests/support/MenuDump.h"
 
 #include <set>
 #include <string>

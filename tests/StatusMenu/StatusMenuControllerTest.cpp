@@ -28,7 +28,38 @@ TEST(StatusMenuController, startReadsTheFileOnceAndPollsEveryThreeSeconds) {
     EXPECT_THAT(shell.mainLoop.tolerances, ElementsAre(std::chrono::milliseconds(300)));
     shell.tick();
     EXPECT_EQ(shell.files.reads, 2);
-    EXPECT_EQ(shell.item.menuBuilds, 2);
+}
+
+TEST(StatusMenuController, aClosedMenuIsDrawnOnlyWhenSomebodyLooksAtIt) {
+    StatusMenuHarness shell;
+    shell.start();
+    shell.tick();
+    EXPECT_EQ(shell.item.menuDraws, 0);
+    shell.controller->menuNeedsUpdate();
+    shell.controller->menuNeedsUpdate();
+    EXPECT_EQ(shell.item.menuDraws, 1);
+    EXPECT_EQ(shell.settings.updates, 2) << "it shows the last poll";
+    shell.tick();
+    EXPECT_EQ(shell.item.menuDraws, 1);
+    shell.controller->menuNeedsUpdate();
+    EXPECT_EQ(shell.item.menuDraws, 2);
+}
+
+TEST(StatusMenuController, anOpenMenuIsDrawnAtEveryRefresh) {
+    StatusMenuHarness shell;
+    shell.start();
+    shell.controller->menuNeedsUpdate();
+    shell.writeRunningStatus();
+    shell.controller->menuWillOpen();
+    EXPECT_EQ(shell.item.menuDraws, 2);
+    EXPECT_THAT(shell.item.menu[0].title, StartsWith("Daemon running"));
+    shell.files.files.clear();
+    shell.tick();
+    EXPECT_EQ(shell.item.menuDraws, 3);
+    EXPECT_EQ(shell.item.menu[0].title, "Daemon not running");
+    shell.controller->menuDidClose();
+    shell.tick();
+    EXPECT_EQ(shell.item.menuDraws, 3);
 }
 
 TEST(StatusMenuController, withoutAStatusFileTheMenuSaysWhatToDo) {
@@ -37,21 +68,21 @@ TEST(StatusMenuController, withoutAStatusFileTheMenuSaysWhatToDo) {
     EXPECT_EQ(shell.item.shown.symbolName, "eye.slash");
     EXPECT_EQ(shell.item.shown.title, "--");
     EXPECT_EQ(shell.item.shown.tone, StatusItemPresentation::Tone::muted);
-    ASSERT_GE(shell.item.menu.size(), 2U);
-    EXPECT_EQ(shell.item.menu[0].title, "Daemon not running");
-    EXPECT_EQ(shell.item.menu[1].title, "Start it with: ostrel watch (or ostrel install)");
-    EXPECT_NE(shell.item.itemTitled("Daemon not installed (run: ostrel install)"), nullptr);
+    ASSERT_GE(shell.menu().size(), 2U);
+    EXPECT_EQ(shell.menu()[0].title, "Daemon not running");
+    EXPECT_EQ(shell.menu()[1].title, "Start it with: ostrel watch (or ostrel install)");
+    EXPECT_NE(shell.itemTitled("Daemon not installed (run: ostrel install)"), nullptr);
 }
 
 TEST(StatusMenuController, aBrokenFileIsNamedInTheSecondLineAndTheNextPollRecovers) {
     StatusMenuHarness shell;
     shell.writeStatus(R"({"sessions":[{"contextTokens":"many"}]})");
     shell.start();
-    EXPECT_EQ(shell.item.menu[0].title, "Status file unreadable");
-    EXPECT_EQ(shell.item.menu[1].title, "type mismatch (Int) at sessions.Index 0.contextTokens");
+    EXPECT_EQ(shell.menu()[0].title, "Status file unreadable");
+    EXPECT_EQ(shell.menu()[1].title, "type mismatch (Int) at sessions.Index 0.contextTokens");
     shell.writeRunningStatus();
     shell.tick();
-    EXPECT_THAT(shell.item.menu[0].title, StartsWith("Daemon running"));
+    EXPECT_THAT(shell.menu()[0].title, StartsWith("Daemon running"));
 }
 
 TEST(StatusMenuController, anUnchangedPresentationIsNotDrawnAgain) {
@@ -60,7 +91,6 @@ TEST(StatusMenuController, anUnchangedPresentationIsNotDrawnAgain) {
     shell.tick();
     shell.tick();
     EXPECT_EQ(shell.item.repaints, 1);
-    EXPECT_EQ(shell.item.menuBuilds, 3);
     shell.writeRunningStatus();
     shell.tick();
     EXPECT_EQ(shell.item.repaints, 2);
@@ -72,7 +102,7 @@ TEST(StatusMenuController, openingTheMenuRefreshesItWithoutAProbe) {
     const int probes = shell.item.probes;
     shell.item.visibility.onscreen = false;
     shell.controller->menuWillOpen();
-    EXPECT_EQ(shell.item.menuBuilds, 2);
+    EXPECT_EQ(shell.settings.updates, 2);
     shell.tick();
     EXPECT_EQ(shell.item.probes, probes);
     EXPECT_THAT(shell.commands.log, IsEmpty());
@@ -93,7 +123,7 @@ TEST(StatusMenuController, eachHiddenSpellIsAnnouncedOnce) {
                                        "onscreen=no occlusion=occluded"));
     ASSERT_EQ(shell.commands.log.size(), 1U);
     EXPECT_THAT(shell.commands.log[0], StartsWith("notify ostrel menu bar icon is hidden | The status item does not"));
-    EXPECT_NE(shell.item.itemTitled("Icon hidden since 14:03 (menu bar full or behind the notch)"), nullptr);
+    EXPECT_NE(shell.itemTitled("Icon hidden since 14:03 (menu bar full or behind the notch)"), nullptr);
 
     shell.item.visibility = {};
     shell.tick();
@@ -101,7 +131,7 @@ TEST(StatusMenuController, eachHiddenSpellIsAnnouncedOnce) {
     shell.item.visibility = {.occlusionVisible = true, .onscreen = true, .x = 1200.0, .width = 22.0};
     shell.tick();
     EXPECT_EQ(shell.log.back(), "status item is visible again");
-    EXPECT_EQ(shell.item.itemTitled("Icon hidden"), nullptr);
+    EXPECT_EQ(shell.itemTitled("Icon hidden"), nullptr);
 
     shell.item.visibility.onscreen = false;
     shell.tick();
@@ -126,7 +156,7 @@ TEST(StatusMenuController, theStoredDefaultTakesEffectAtTheNextPoll) {
     shell.defaults.values["compact"] = true;
     shell.tick();
     EXPECT_EQ(shell.item.shown.title, "");
-    EXPECT_TRUE(shell.item.itemTitled("Icon only")->checked);
+    EXPECT_TRUE(shell.itemTitled("Icon only")->checked);
 }
 
 TEST(StatusMenuController, theCompactToggleStoresTheOppositeAndRefreshes) {
@@ -134,7 +164,7 @@ TEST(StatusMenuController, theCompactToggleStoresTheOppositeAndRefreshes) {
     shell.start();
     ASSERT_TRUE(shell.choose("Icon only"));
     EXPECT_EQ(shell.defaults.values.at("compact"), true);
-    EXPECT_EQ(shell.item.menuBuilds, 2);
+    EXPECT_EQ(shell.settings.updates, 2);
     ASSERT_TRUE(shell.choose("Icon only"));
     EXPECT_EQ(shell.defaults.values.at("compact"), false);
 }
@@ -143,7 +173,7 @@ TEST(StatusMenuController, theEnvironmentLocksTheCompactToggle) {
     StatusMenuHarness shell;
     shell.environment["OSTREL_MENUBAR_COMPACT"] = "1";
     shell.start();
-    const MenuItem* toggle = shell.item.itemTitled("Icon only (set by OSTREL_MENUBAR_COMPACT)");
+    const MenuItem* toggle = shell.itemTitled("Icon only (set by OSTREL_MENUBAR_COMPACT)");
     ASSERT_NE(toggle, nullptr);
     EXPECT_TRUE(toggle->checked);
     EXPECT_FALSE(toggle->enabled);
@@ -156,9 +186,9 @@ TEST(StatusMenuController, choosingASessionFocusesItsTerminalAndRefreshesAfterwa
     ASSERT_TRUE(shell.choose("api"));
     ASSERT_TRUE(shell.choose("[critical] web"));
     EXPECT_THAT(shell.commands.log, ElementsAre("focus w1 s1", "focus w2 -"));
-    EXPECT_EQ(shell.item.menuBuilds, 1);
+    EXPECT_EQ(shell.files.reads, 1);
     shell.commands.complete();
-    EXPECT_EQ(shell.item.menuBuilds, 3);
+    EXPECT_EQ(shell.files.reads, 3);
 }
 
 TEST(StatusMenuController, aTagOfAnEarlierMenuDoesNothing) {
@@ -228,20 +258,8 @@ TEST(StatusMenuController, theOtherItemsReachTheirPlaces) {
     ASSERT_TRUE(shell.choose("Refresh"));
     ASSERT_TRUE(shell.choose("Quit"));
     EXPECT_EQ(shell.settings.shows, 1);
-    EXPECT_EQ(shell.item.menuBuilds, 2);
+    EXPECT_EQ(shell.settings.updates, 2);
     EXPECT_THAT(shell.workspace.log, ElementsAre("terminate"));
-}
-
-TEST(StatusMenuController, actionsOfTheMainMenuAreNotTheStatusMenus) {
-    StatusMenuHarness shell;
-    shell.start();
-    for (const MenuAction action : {MenuAction::none, MenuAction::showSettings, MenuAction::terminate, MenuAction::undo,
-                                    MenuAction::performClose}) {
-        shell.controller->perform(action, 0, std::nullopt);
-    }
-    EXPECT_THAT(shell.workspace.log, IsEmpty());
-    EXPECT_EQ(shell.settings.shows, 0);
-    EXPECT_EQ(shell.item.menuBuilds, 1);
 }
 
 TEST(StatusMenuController, theSettingsHearOfEveryPoll) {
@@ -265,7 +283,7 @@ TEST(StatusMenuController, terminationStopsThePolling) {
     shell.controller->applicationWillTerminate();
     EXPECT_EQ(shell.mainLoop.runningTimers(), 0U);
     shell.tick();
-    EXPECT_EQ(shell.item.menuBuilds, 1);
+    EXPECT_EQ(shell.settings.updates, 1);
 }
 
 TEST(StatusMenuController, aCompletionAfterItsEndDoesNothing) {
@@ -281,6 +299,6 @@ TEST(StatusMenuController, aCompletionAfterItsEndDoesNothing) {
     ASSERT_EQ(shell.commands.log.size(), 4U) << "and the notification of the hidden item";
     shell.controller.reset();
     shell.commands.complete();
-    EXPECT_EQ(shell.item.menuBuilds, 2);
+    EXPECT_EQ(shell.settings.updates, 2);
     EXPECT_EQ(shell.mainLoop.runningTimers(), 0U);
 }

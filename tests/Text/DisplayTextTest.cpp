@@ -1,7 +1,8 @@
 #include "MenubarCore/Text/DisplayText.h"
 
 #include "MenubarCore/Text/CodePoints.h"
-#include "MenubarCore/Text/Graphemes.h"
+
+#include "tests/support/GraphemeCount.h"
 
 #include <string>
 

@@ -1,5 +1,7 @@
 #include "MenubarCore/Text/Graphemes.h"
 
+#include "tests/support/GraphemeCount.h"
+
 #include <string>
 #include <thread>
 #include <vector>

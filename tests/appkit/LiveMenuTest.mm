@@ -79,6 +79,12 @@ class LiveMenu : public ::testing::Test {
         return "";
     }
 
+    /// Of the closed menu, as who looks at it finds it.
+    NSMenuItem* itemTitled(const std::string& title) {
+        m_controller->menuNeedsUpdate();
+        return driver::itemTitled(m_item.real.nativeMenu(), title);
+    }
+
     AppKitMainLoop m_loop;
     ProbedStatusItem m_item;
     recording::FakeWorkspace m_workspace;
@@ -130,10 +136,10 @@ TEST_F(LiveMenu, choosingQuitAsksTheApplicationToTerminate) {
 TEST_F(LiveMenu, theCheckMarkOfIconOnlyFollowsTheClick) {
     writeSession("acme", "41");
     m_controller->start();
-    EXPECT_EQ([driver::itemTitled(m_item.real.nativeMenu(), "Icon only") state], NSControlStateValueOff);
+    EXPECT_EQ([itemTitled("Icon only") state], NSControlStateValueOff);
     EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Icon only")}));
     EXPECT_EQ(m_defaults.values["compact"], true);
-    EXPECT_EQ([driver::itemTitled(m_item.real.nativeMenu(), "Icon only") state], NSControlStateValueOn);
+    EXPECT_EQ([itemTitled("Icon only") state], NSControlStateValueOn);
     EXPECT_EQ(title(), "");
 }
 
@@ -148,9 +154,7 @@ TEST_F(LiveMenu, anItemWithoutRoomIsAnnouncedOnceAndWhenItIsBack) {
     EXPECT_TRUE(m_log.front().starts_with("status item is hidden")) << m_log.front();
     EXPECT_TRUE(m_log.front().ends_with("onscreen=no occlusion=occluded")) << m_log.front();
     EXPECT_EQ(m_commands.log.size(), 1U);
-    EXPECT_NE(
-        driver::itemTitled(m_item.real.nativeMenu(), "Icon hidden since 14:03 (menu bar full or behind the notch)"),
-        nil);
+    EXPECT_NE(itemTitled("Icon hidden since 14:03 (menu bar full or behind the notch)"), nil);
     [strip setRoom:500];
     m_controller->perform(MenuAction::refreshClicked, 0, {});
     EXPECT_EQ(m_log.back(), "status item is visible again");

@@ -17,11 +17,13 @@ namespace menubar::driver {
 /// What happened to the menu, a line each: "willOpen", "didClose", "focusSession tag=1", "openHandoff path=/a".
 class RecordingEvents final : public StatusMenuEvents {
   public:
+    void menuNeedsUpdate() override;
     void menuWillOpen() override;
     void menuDidClose() override;
     void perform(MenuAction action, int tag, const std::optional<std::string>& path) override;
 
     std::vector<std::string> log;
+    std::function<void()> onNeedsUpdate; ///< GNUstep sends it at every change of an item too
     std::function<void()> onWillOpen;
 };
 

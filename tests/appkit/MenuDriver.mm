@@ -99,6 +99,12 @@ NSInteger windowNumber() {
 
 } // namespace
 
+void RecordingEvents::menuNeedsUpdate() {
+    if (onNeedsUpdate) {
+        onNeedsUpdate();
+    }
+}
+
 void RecordingEvents::menuWillOpen() {
     log.emplace_back("willOpen");
     if (onWillOpen) {

@@ -96,6 +96,30 @@ TEST_F(StatusMenuOnScreen, opensWithWhatTheEventSetItTo) {
     EXPECT_EQ(titles, (Lines{"fresh", "Refresh"}));
 }
 
+TEST_F(StatusMenuOnScreen, opensWithWhatItIsSetToWhenAskedForAnUpdate) {
+    m_events->onNeedsUpdate = [this] { m_item.setMenu({label("fresh")}); };
+    bool setBeforeItOpens = false;
+    m_events->onWillOpen = [&] { setBeforeItOpens = [m_item.nativeMenu() numberOfItems] == 1; };
+    EXPECT_EQ(logOf({key(escapeKey)}), (Lines{"willOpen", "didClose"}));
+    EXPECT_TRUE(setBeforeItOpens);
+}
+
+TEST_F(StatusMenuOnScreen, aMenuSetWhileItIsOpenKeepsTheHighlightedRow) {
+    std::string before;
+    std::string after;
+    EXPECT_EQ(logOf({hover("acme"),
+                     [&] {
+                         before = driver::highlightedTitle();
+                         m_item.setMenu({label("Daemon running (last poll 3s ago)"), separator(),
+                                         command("acme · 42%", MenuAction::focusSession, 1)});
+                     },
+                     wait(), wait(), [&] { after = driver::highlightedTitle(); }, key(escapeKey)})
+                  .size(),
+              2U);
+    EXPECT_EQ(before, "acme");
+    EXPECT_EQ(after, "acme · 42%");
+}
+
 TEST_F(StatusMenuOnScreen, theMouseHighlightsOnlyWhatCanBeChosen) {
     Lines seen;
     const auto look = [&] { seen.push_back(driver::highlightedTitle()); };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/Platform/Window.h"
+#include "MenubarApp/View/Window.h"
 
 #include <cstddef>
 #include <string>

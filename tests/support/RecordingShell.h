@@ -7,9 +7,8 @@
 #include "MenubarApp/Platform/UserDefaults.h"
 #include "MenubarApp/Platform/Workspace.h"
 #include "MenubarApp/Settings/SettingsWindow.h"
-#include "MenubarCore/Status/FileManager.h"
+#include "MenubarCore/System/FileManager.h"
 
-#include <algorithm>
 #include <deque>
 #include <map>
 #include <set>
@@ -85,7 +84,7 @@ public:
 
     void setMenu(const Menu& newMenu) override {
         menu = newMenu;
-        ++menuBuilds;
+        ++menuDraws;
     }
 
     VisibilityProbe readVisibility() override {
@@ -93,18 +92,11 @@ public:
         return visibility;
     }
 
-    /// The first item whose title begins so; null when none does.
-    [[nodiscard]] const MenuItem* itemTitled(std::string_view beginning) const {
-        const auto found =
-            std::ranges::find_if(menu, [&](const MenuItem& item) { return item.title.starts_with(beginning); });
-        return found == menu.end() ? nullptr : &*found;
-    }
-
     StatusItemPresentation shown;
     Menu menu;
     VisibilityProbe visibility{.occlusionVisible = true, .onscreen = true, .x = 1200.0, .width = 60.0};
     int repaints = 0;
-    int menuBuilds = 0;
+    int menuDraws = 0;
     int probes = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "tests/support/RecordingShell.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -59,9 +60,22 @@ struct StatusMenuHarness {
         mainLoop.tick();
     }
 
+    /// What somebody finds who looks at the menu.
+    const Menu& menu() {
+        controller->menuNeedsUpdate();
+        return item.menu;
+    }
+
+    /// The first item whose title begins so; null when none does.
+    const MenuItem* itemTitled(std::string_view beginning) {
+        const auto found =
+            std::ranges::find_if(menu(), [&](const MenuItem& one) { return one.title.starts_with(beginning); });
+        return found == item.menu.end() ? nullptr : &*found;
+    }
+
     /// A person chooses the first enabled item whose title begins so. False when there is none.
     bool choose(std::string_view beginning) {
-        const MenuItem* found = item.itemTitled(beginning);
+        const MenuItem* found = itemTitled(beginning);
         if (found == nullptr || !found->enabled) {
             return false;
         }

@@ -27,7 +27,8 @@ class TextSession {
 
     void end();
 
-    /// The text was replaced, or is edited elsewhere from now on: places that the history names mean nothing any more.
+    /// Drops every undo step. For a text that was replaced or that another control edits: the steps' positions are of
+    /// the old one.
     void forgetHistory() { [m_undo.get() removeAllActions]; }
 
     /// The text in `editor` has changed; what is being composed is kept for later.

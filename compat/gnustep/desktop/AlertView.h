@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
-#include "MenubarApp/Platform/Window.h"
+#include "MenubarApp/View/Window.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,5 +1,6 @@
 #import "compat/gnustep/desktop/MenuView.h"
 
+#include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
 #include "compat/gnustep/look/WindowShape.h"
 
@@ -243,19 +244,7 @@ void drawArrow(NSRect bar, int direction) {
 }
 
 - (NSString*)title:(NSString*)title fittedTo:(CGFloat)width {
-    if (widthOf(title) <= width) {
-        return title;
-    }
-    NSUInteger fits = 0;
-    NSUInteger tooLong = [title length];
-    while (fits + 1 < tooLong) {
-        const NSUInteger middle = fits + (tooLong - fits) / 2;
-        NSString* shorter = [[title substringToIndex:middle] stringByAppendingString:@"…"];
-        (widthOf(shorter) <= width ? fits : tooLong) = middle;
-    }
-    // Never between the two halves of a character.
-    const NSUInteger end = [title rangeOfComposedCharacterSequenceAtIndex:fits].location;
-    return [[title substringToIndex:end] stringByAppendingString:@"…"];
+    return menubar::Drawing::shortened(title, [width](NSString* text) { return widthOf(text) <= width; });
 }
 
 - (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {

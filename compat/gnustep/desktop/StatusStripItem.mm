@@ -274,6 +274,9 @@ constexpr NSTimeInterval hintDelay = 0.7;
     const auto keepAlive = menubar::ObjCPointer<StatusStripItem>::retain(self);
     const auto menu = _stripMenu;
     id<NSMenuDelegate> delegate = [menu.get() delegate];
+    if ([delegate respondsToSelector:@selector(menuNeedsUpdate:)]) {
+        [delegate menuNeedsUpdate:menu.get()];
+    }
     if ([delegate respondsToSelector:@selector(menuWillOpen:)]) {
         [delegate menuWillOpen:menu.get()];
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/System/Interface.h"
+
 #include <expected>
 #include <functional>
 #include <map>
@@ -18,13 +20,8 @@ struct FileError {
 };
 
 /// What the core asks of the file system. Implementations never throw.
-class FileManager {
+class FileManager : public Interface {
 public:
-    FileManager() = default;
-    FileManager(const FileManager&) = delete;
-    FileManager& operator=(const FileManager&) = delete;
-    virtual ~FileManager() = default;
-
     /// Whether anything is at the path; a symbolic link counts as what it leads to, so a dangling one is nothing.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
 

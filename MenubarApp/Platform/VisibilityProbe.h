@@ -5,7 +5,8 @@
 
 namespace menubar {
 
-/// One reading of the status item's window. A field is absent when the window server did not tell.
+/// One reading of the status item's window; `StatusItem::readVisibility` takes it. A field is absent when the window
+/// server did not tell.
 struct VisibilityProbe {
     std::optional<bool> occlusionVisible; ///< only logged, never used to decide
     std::optional<bool> onscreen;

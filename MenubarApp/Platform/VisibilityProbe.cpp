@@ -1,4 +1,4 @@
-#include "MenubarApp/StatusMenu/VisibilityProbe.h"
+#include "MenubarApp/Platform/VisibilityProbe.h"
 
 #include <array>
 #include <cstdio>

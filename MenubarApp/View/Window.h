@@ -2,6 +2,7 @@
 
 #include "MenubarApp/View/Geometry.h"
 #include "MenubarApp/View/ViewHost.h"
+#include "MenubarCore/System/Interface.h"
 
 #include <cstddef>
 #include <functional>
@@ -29,26 +30,16 @@ struct OpenPanel {
 };
 
 /// What happens to a window as a whole. Main thread.
-class WindowEvents {
+class WindowEvents : public Interface {
 public:
-    WindowEvents() = default;
-    WindowEvents(const WindowEvents&) = delete;
-    WindowEvents& operator=(const WindowEvents&) = delete;
-    virtual ~WindowEvents() = default;
-
     /// The window is about to go, by its close button, a key or `performClose`. Its controls are still there during the
     /// call. The Window object may be destroyed any time afterwards.
     virtual void windowWillClose() = 0;
 };
 
 /// One window on the screen; destroying it closes it without an event. Main thread.
-class Window {
+class Window : public Interface {
 public:
-    Window() = default;
-    Window(const Window&) = delete;
-    Window& operator=(const Window&) = delete;
-    virtual ~Window() = default;
-
     /// The controls in it; as long as this object.
     [[nodiscard]] virtual ViewHost& content() = 0;
 
@@ -76,13 +67,8 @@ struct WindowOptions {
 };
 
 /// Makes windows. Main thread.
-class WindowFactory {
+class WindowFactory : public Interface {
 public:
-    WindowFactory() = default;
-    WindowFactory(const WindowFactory&) = delete;
-    WindowFactory& operator=(const WindowFactory&) = delete;
-    virtual ~WindowFactory() = default;
-
     /// A window that can be closed, minimised and resized, in the middle of the screen, not shown before
     /// `bringForward`.
     [[nodiscard]] virtual std::unique_ptr<Window> makeWindow(const WindowOptions& options,
