@@ -1,6 +1,9 @@
 #include "MenubarCore/Text/DaylightRule.h"
 
+#include "MenubarCore/Text/Digits.h"
+
 #include <algorithm>
+#include <charconv>
 
 namespace menubar {
 
@@ -15,10 +18,6 @@ seconds midnight(sys_days day) {
 
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 } // namespace
@@ -65,12 +64,9 @@ private:
 
     std::optional<int> number(int most) {
         int value = 0;
-        std::size_t length = 0;
-        for (; length < 3 && length < m_rest.size() && isDigit(m_rest[length]); ++length) {
-            value = value * 10 + (m_rest[length] - '0');
-        }
-        m_rest.remove_prefix(length);
-        return length > 0 && value <= most ? std::optional(value) : std::nullopt;
+        const std::string_view digits = takeDigits(m_rest, 3);
+        std::from_chars(digits.data(), digits.data() + digits.size(), value);
+        return !digits.empty() && value <= most ? std::optional(value) : std::nullopt;
     }
 
     /// Hours, with minutes and seconds where they are given; the hours of a change may leave its day by a week.
