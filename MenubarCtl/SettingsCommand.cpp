@@ -134,7 +134,7 @@ private:
     }
 
     [[nodiscard]] ExitStatus report(const SaveOutcome& outcome) const {
-        if (outcome.kind() == SaveOutcome::Case::saved) {
+        if (outcome.isSaved()) {
             return print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
         }
         const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->saveState());
