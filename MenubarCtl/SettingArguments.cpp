@@ -20,11 +20,11 @@ std::optional<SettingValue> toggleValue(std::string_view text) {
     return std::ranges::find(off, text) != off.end() ? std::optional<SettingValue>(false) : std::nullopt;
 }
 
+} // namespace
+
 bool takesItems(const SettingSpec& spec) {
     return spec.control.kind() == Kind::list || (spec.control.kind() == Kind::enumeration && spec.multiple);
 }
-
-} // namespace
 
 std::expected<void, ArgumentError> applyArguments(SettingsForm& form, const SettingField& field,
                                                   std::span<const std::string> values) {

@@ -14,6 +14,9 @@ enum class ArgumentError {
     notReadable, ///< as the kind of value that the setting's control takes
 };
 
+/// Whether the setting takes any number of VALUEs, each of them one item.
+[[nodiscard]] bool takesItems(const SettingSpec& spec);
+
 /// Makes the edit that the VALUEs stand for: for a toggle on, true, yes, 1 or off, false, no, 0; for a number or a
 /// percentage a number; for a list or a choice of several each VALUE is one item; for everything else the VALUE is what
 /// a person would type into the field. The form's rules are checked by the form. Pure.

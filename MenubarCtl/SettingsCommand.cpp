@@ -2,6 +2,7 @@
 #include "MenubarApp/Commands/SystemCommands.h"
 #include "MenubarApp/Settings/SettingsModel.h"
 #include "MenubarCore/Settings/SettingValidation.h"
+#include "MenubarCore/Text/CodePoints.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
@@ -10,6 +11,7 @@
 #include "MenubarCtl/SettingsOutput.h"
 #include "MenubarCtl/Terminal.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,9 +27,13 @@ std::string shownAt(int descriptor, const std::string& text) {
     return isTerminal(descriptor) ? displayText(text, LineFeeds::keep) : text;
 }
 
-/// Writes lines to standard error as they are: they are the settings' own messages. Gives `failed`.
-ExitStatus failWith(const std::string& lines) {
+/// Writes lines to standard error as they are: they are the settings' own messages.
+void say(const std::string& lines) {
     [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, shownAt(STDERR_FILENO, lines));
+}
+
+ExitStatus failWith(const std::string& lines) {
+    say(lines);
     return ExitStatus::failed;
 }
 
@@ -76,6 +82,9 @@ public:
         if (const auto refusal = refuseEdit()) {
             return *refusal;
         }
+        if (const auto refusal = refuseValues()) {
+            return *refusal;
+        }
         const SettingSpec spec = m_model->form()->field(m_context.line().name)->spec;
         std::expected<void, ArgumentError> applied;
         m_model->edit([&](SettingsForm& form) {
@@ -84,7 +93,13 @@ public:
         if (!applied) {
             return refuseArguments(applied.error(), spec);
         }
-        return save();
+        const ExitStatus status = save();
+        if (status == ExitStatus::done && takesItems(spec) && m_context.line().values.empty()) {
+            const auto standard = m_model->form()->field(spec.name)->defaultText();
+            say(spec.name + ": an empty list is not stored; the daemon's default holds" +
+                (standard ? ": " + *standard : "") + "\n");
+        }
+        return status;
     }
 
     [[nodiscard]] ExitStatus reset() {
@@ -109,8 +124,22 @@ private:
         if (field == nullptr) {
             return unknownName();
         }
-        if (field->isLockedByFlag) {
-            return failWith(field->name() + ": " + std::string(SettingsForm::lockedByFlagNote) + "\n");
+        // An edit reaches the first of them, and the last is what a save writes.
+        if (std::ranges::count_if(m_model->form()->fields(),
+                                  [&](const auto& other) { return other.name() == field->name(); }) > 1) {
+            return failWith(field->name() + ": ambiguous: the schema lists this name more than once\n");
+        }
+        return std::nullopt;
+    }
+
+    [[nodiscard]] std::optional<ExitStatus> refuseValues() const {
+        const SettingField& field = *m_model->form()->field(m_context.line().name);
+        if (field.isLockedByFlag) {
+            return failWith(field.name() + ": " + std::string(SettingsForm::lockedByFlagNote) + "\n");
+        }
+        const auto isMalformed = [](const std::string& value) { return wellFormed(value) != value; };
+        if (std::ranges::any_of(m_context.line().values, isMalformed)) {
+            return failWith(field.name() + ": VALUE is not UTF-8\n");
         }
         return std::nullopt;
     }
@@ -134,7 +163,7 @@ private:
     }
 
     [[nodiscard]] ExitStatus report(const SaveOutcome& outcome) const {
-        if (outcome.kind() == SaveOutcome::Case::saved) {
+        if (outcome.isSaved()) {
             return print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
         }
         const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->saveState());

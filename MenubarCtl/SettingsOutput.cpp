@@ -143,23 +143,27 @@ std::string settingsText(const SettingsModel& model) {
 }
 
 std::string valueText(const SettingField& field) {
-    switch (field.value.kind()) {
-    case SettingValue::Case::bool_: return *field.value.bool_() ? "true\n" : "false\n";
-    case SettingValue::Case::number: return JSONValue::format(*field.value.number()) + "\n";
-    case SettingValue::Case::text: return field.editableText() + "\n";
-    case SettingValue::Case::list: break;
-    }
-    std::string lines;
-    for (const std::string& item : *field.value.list()) {
-        lines += item + "\n";
-    }
-    return lines;
+    struct ToLines {
+        const SettingField& field;
+
+        std::string operator()(bool value) const { return value ? "true\n" : "false\n"; }
+
+        std::string operator()(double value) const { return JSONValue::format(value) + "\n"; }
+
+        std::string operator()(const std::string&) const { return field.editableText() + "\n"; }
+
+        std::string operator()(const SettingValue::List& value) const {
+            return joined(value, "\n") + (value.empty() ? "" : "\n");
+        }
+    };
+
+    return std::visit(ToLines{field}, field.value.storage());
 }
 
 std::string failureText(const std::string& message, const SaveOutcome& outcome) {
     std::string lines = message + "\n";
     const auto* local = std::get_if<SaveOutcome::InvalidLocally>(&outcome.storage());
-    const auto* rejected = std::get_if<SaveOutcome::Rejected>(&outcome.storage());
+    const auto* rejected = outcome.rejected();
     if (local != nullptr || rejected != nullptr) {
         for (const auto& [name, problem] : local != nullptr ? local->errors : rejected->fields) {
             lines.append(name).append(": ").append(problem).append("\n");

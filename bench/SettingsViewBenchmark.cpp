@@ -19,9 +19,9 @@ class NoHost final : public ViewHost {
 public:
     void setEvents(std::weak_ptr<ViewEvents> /*events*/) override {}
 
-    void create(ControlId /*id*/, ControlId /*parent*/, const Control& /*control*/) override {}
+    void create(ControlId /*id*/, ControlId /*parent*/, const View& /*control*/) override {}
 
-    void update(ControlId /*id*/, const Control& /*now*/, const Control& /*before*/) override {}
+    void update(ControlId /*id*/, const View& /*now*/, const View& /*before*/) override {}
 
     void place(ControlId /*id*/, const Rect& /*frame*/) override {}
 
@@ -35,9 +35,13 @@ public:
 
     void commitEditing() override {}
 
+    void focus(ControlId /*id*/) override {}
+
+    void scrollBy(ControlId /*scrollView*/, double /*length*/) override {}
+
     void scrollToVisible(ControlId /*scrollView*/, const Rect& /*area*/) override {}
 
-    [[nodiscard]] Measured measure(ControlId /*id*/, const Control& control, double width) override {
+    [[nodiscard]] Measured measure(ControlId /*id*/, const View& control, double width) override {
         const auto* text = std::get_if<Text>(&control.content);
         const double natural = text == nullptr ? 60.0 : 7.0 * static_cast<double>(text->text.size());
         return {.width = natural, .height = natural > width ? 32.0 : 16.0, .baseline = 12.0};

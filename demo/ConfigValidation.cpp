@@ -1,6 +1,7 @@
 #include "demo/ConfigValidation.h"
 
 #include "MenubarCore/Settings/SettingsForm.h"
+#include "MenubarCore/Text/Digits.h"
 
 #include "demo/ConfigSchema.h"
 #include "demo/DemoConfig.h"
@@ -20,12 +21,12 @@ bool isTime(const JSONValue& value) {
     if (text == nullptr || text->size() != 5 || (*text)[2] != ':') {
         return false;
     }
-    const auto inRange = [&](std::size_t at, char tens, const char* lastOfTens) {
-        const char first = (*text)[at];
-        const char second = (*text)[at + 1];
-        return first >= '0' && first <= tens && second >= '0' && second <= (first == tens ? *lastOfTens : '9');
+    const auto isBelow = [&](std::string_view limit, std::size_t at) {
+        std::string_view part = std::string_view(*text).substr(at, 2);
+        const std::string_view digits = takeDigits(part);
+        return digits.size() == 2 && digits < limit;
     };
-    return inRange(0, '2', "3") && inRange(3, '5', "9");
+    return isBelow("24", 0) && isBelow("60", 3);
 }
 
 /// {"from": "22:00", "to": "07:00"}, or null.

@@ -12,7 +12,6 @@
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/SystemClock.h"
-#include "MenubarApp/Settings/OpenSettingsSwitch.h"
 #include "MenubarApp/Settings/SaveBeforeQuit.h"
 #include "MenubarApp/Settings/SettingsModel.h"
 #include "MenubarApp/Settings/SettingsWindowController.h"
@@ -98,7 +97,7 @@ class Application {
     menubar::log("watching " + path);
     menubar::installMainMenu(self);
     _application = std::make_unique<menubar::Application>(path, environment, home, _tools);
-    if (menubar::OpenSettingsSwitch::isOn(menubar::processEnvironment())) {
+    if (menubar::variable(environment, "OSTREL_MENUBAR_OPEN_SETTINGS") == "1") { // for scripted use
         [self show:nil];
     }
 }

@@ -28,7 +28,7 @@ namespace menubar {
 
 /// The controls of one window: an adapter for each, by its id. Main thread.
 ///
-/// While it carries out a call it reports nothing, but for the text that `commitEditing` is there to report.
+/// While it carries out a call it reports nothing, but for what `commitEditing` and `focus` are there to report.
 class AppKitViewHost final : public ViewHost {
   public:
     /// `contentView` is flipped. A MenubarContentView tells of its resizing; any other view is taken to keep its size.
@@ -37,16 +37,18 @@ class AppKitViewHost final : public ViewHost {
     ~AppKitViewHost() override;
 
     void setEvents(std::weak_ptr<ViewEvents> events) override;
-    void create(ControlId id, ControlId parent, const Control& control) override;
-    void update(ControlId id, const Control& now, const Control& before) override;
+    void create(ControlId id, ControlId parent, const View& control) override;
+    void update(ControlId id, const View& now, const View& before) override;
     void place(ControlId id, const Rect& frame) override;
     void setContentSize(ControlId scrollView, Size size) override;
     void arrange(ControlId parent, std::span<const ControlId> order) override;
     void setTabOrder(std::span<const ControlId> order) override;
     void destroy(ControlId id) override;
     void commitEditing() override;
+    void focus(ControlId id) override;
+    void scrollBy(ControlId scrollView, double length) override;
     void scrollToVisible(ControlId scrollView, const Rect& area) override;
-    [[nodiscard]] Measured measure(ControlId id, const Control& control, double width) override;
+    [[nodiscard]] Measured measure(ControlId id, const View& control, double width) override;
 
     // For tests
 

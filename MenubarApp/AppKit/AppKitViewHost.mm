@@ -67,6 +67,10 @@ NSRect toNSRect(const Rect& rect) {
 struct MakeAdapter {
     const Reporter& reporter;
 
+    // No controls, and never asked for.
+    AdapterPointer operator()(const VStack&) const { return nullptr; }
+    AdapterPointer operator()(const HStack&) const { return nullptr; }
+    AdapterPointer operator()(const Spacer&) const { return nullptr; }
     AdapterPointer operator()(const ScrollView&) const { return makeScrollViewAdapter(); }
     AdapterPointer operator()(const Box&) const { return makeBoxAdapter(); }
     AdapterPointer operator()(const Text&) const { return makeTextAdapter(); }
@@ -102,7 +106,7 @@ void setHelp(NSView* view, const std::string& help) {
 
 } // namespace
 
-Measured ControlAdapter::measure(const Control::Content&, double) const {
+Measured ControlAdapter::measure(const View::Content&, double) const {
     return Look::naturalSize(view());
 }
 
@@ -163,7 +167,7 @@ NSView* AppKitViewHost::keyView(ControlId id) const {
     return found == nullptr ? nullptr : found->keyView();
 }
 
-void AppKitViewHost::create(ControlId id, ControlId parent, const Control& control) {
+void AppKitViewHost::create(ControlId id, ControlId parent, const View& control) {
     const EventSink::Silence silence(m_sink);
     const Reporter reporter{.id = id, .sink = m_sink};
     AdapterPointer made = std::visit(MakeAdapter{reporter}, control.content);
@@ -178,7 +182,7 @@ void AppKitViewHost::create(ControlId id, ControlId parent, const Control& contr
     m_adapters[id] = std::move(made);
 }
 
-void AppKitViewHost::update(ControlId id, const Control& now, const Control& before) {
+void AppKitViewHost::update(ControlId id, const View& now, const View& before) {
     const EventSink::Silence silence(m_sink);
     ControlAdapter* shown = adapter(id);
     if (shown == nullptr) {
@@ -256,11 +260,20 @@ void AppKitViewHost::commitEditing() {
     }
 }
 
+void AppKitViewHost::focus(ControlId id) {
+    [[m_contentView.get() window] makeFirstResponder:keyView(id)]; // may be the end of this object
+}
+
+void AppKitViewHost::scrollBy(ControlId scrollView, double length) {
+    NSView* content = contentOf(scrollView);
+    [content scrollPoint:NSMakePoint(0, NSMinY([[content superview] bounds]) + length)];
+}
+
 void AppKitViewHost::scrollToVisible(ControlId scrollView, const Rect& area) {
     [contentOf(scrollView) scrollRectToVisible:toNSRect(area)];
 }
 
-Measured AppKitViewHost::measure(ControlId id, const Control& control, double width) {
+Measured AppKitViewHost::measure(ControlId id, const View& control, double width) {
     const ControlAdapter* shown = adapter(id);
     return shown == nullptr ? Measured{} : shown->measure(control.content, width);
 }

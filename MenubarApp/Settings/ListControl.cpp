@@ -47,10 +47,12 @@ View ListControl::body() const {
     for (std::size_t i = 0; i < items.size(); ++i) {
         rows.push_back(itemRow(*this, shared, i, itemIds[i]));
     }
-    auto add = [shared, onChange = onChange] {
+    auto add = [shared, onChange = onChange, ids = ids, name = name, focus = focus] {
         auto changed = *shared;
         changed.emplace_back();
+        const std::string added = ids->ids(name, changed.size()).back();
         onChange(std::move(changed));
+        focus(added);
     };
     rows.push_back(
         view(Button{

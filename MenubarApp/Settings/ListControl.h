@@ -19,6 +19,7 @@ struct ListControl {
     std::string description;                                ///< read with every item
     std::shared_ptr<ListItemIds> ids;                       ///< not null
     std::function<void(std::vector<std::string>)> onChange; ///< gets the whole new list
+    std::function<void(const std::string&)> focus;          ///< puts the insertion point into the row of this identity
 
     [[nodiscard]] View body() const;
 };

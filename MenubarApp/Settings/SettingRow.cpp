@@ -26,6 +26,12 @@ View caption(std::string text, TextColor color = TextColor::secondary) {
     return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
 }
 
+View captionLabel(std::string symbol, std::string description, std::string text, TextColor color) {
+    return label(
+        {.name = std::move(symbol), .description = std::move(description), .font = Font::caption, .color = color},
+        {.text = std::move(text), .font = Font::caption, .color = color});
+}
+
 } // namespace
 
 View SettingRow::body() const {
@@ -39,13 +45,7 @@ View SettingRow::body() const {
         lines.push_back(caption("Daemon is running with: " + *liveValue).withId("live"));
     }
     if (field.error) {
-        lines.push_back(view(Label{.symbol = "xmark.octagon",
-                                   .symbolDescription = "Error",
-                                   .text = *field.error,
-                                   .font = Font::caption,
-                                   .color = TextColor::red,
-                                   .symbolColor = TextColor::red})
-                            .withId("error"));
+        lines.push_back(captionLabel("xmark.octagon", "Error", *field.error, TextColor::red).withId("error"));
     }
     return viewOf(VStack{.spacing = rowSpacing}, std::move(lines)).withId(identity(field.name()));
 }
@@ -90,12 +90,7 @@ View SettingRow::titleLine() const {
 
 View SettingRow::control() const {
     if (field.isLockedByFlag) {
-        return view(Label{.symbol = "lock",
-                          .symbolDescription = "Locked",
-                          .text = std::string(SettingsForm::lockedByFlagNote),
-                          .font = Font::caption,
-                          .color = TextColor::secondary,
-                          .symbolColor = TextColor::secondary});
+        return captionLabel("lock", "Locked", std::string(SettingsForm::lockedByFlagNote), TextColor::secondary);
     }
     switch (field.spec.control.kind()) {
     case Kind::toggle: return toggle();
@@ -121,12 +116,10 @@ View SettingRow::toggle() const {
 
 View SettingRow::number() const {
     const double value = field.value.number().value_or(0.0);
-    // Text that is no number yet changes nothing.
-    auto edit = [set = setter(), spec = field.spec](const std::string& typed) {
-        if (auto number = SettingValue::from(JSONValue(typed), spec)) {
-            set(*std::move(number));
-        }
+    auto edit = [edit = actions.edit, name = field.name()](const std::string& typed) {
+        edit([&](SettingsForm& form) { form.typeNumber(name, typed); });
     };
+    auto end = [endTyping = actions.endTyping, name = field.name()] { endTyping(name); };
     auto step = [set = setter(), spec = field.spec, value](StepDirection direction) {
         if (const double next = steppedNumber(value, spec, direction); next != value) {
             set(next);
@@ -134,7 +127,8 @@ View SettingRow::number() const {
     };
     return view(
         HStack{},
-        labelled(view(TextField{.text = JSONValue::format(value), .onEdit = std::move(edit)})).withWidth(numberWidth),
+        labelled(view(TextField{.text = JSONValue::format(value), .onEdit = std::move(edit), .onEnd = std::move(end)}))
+            .withWidth(numberWidth),
         labelled(view(stepper(value, std::move(step)))));
 }
 
@@ -189,6 +183,7 @@ View SettingRow::list() const {
         .description = field.error.value_or(""),
         .ids = listIds,
         .onChange = std::move(change),
+        .focus = actions.focus,
     }
         .body();
 }

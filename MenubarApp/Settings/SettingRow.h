@@ -18,8 +18,12 @@ class ListItemIds;
 struct SettingRowActions {
     /// Changes the form; the "saved" mark goes.
     std::function<void(const std::function<void(SettingsForm&)>&)> edit;
+    /// The typing into a number's text box is over.
+    std::function<void(const std::string& name)> endTyping;
     /// Lets a person choose a file or directory for the setting of this name.
     std::function<void(const SettingSpec&)> choosePath;
+    /// Puts the insertion point into what has this identity.
+    std::function<void(const std::string& viewId)> focus;
 };
 
 /// One setting in the window: its label and state, the control of its kind, what the daemon runs with, what is wrong.

@@ -30,6 +30,10 @@ LoadReport loadSettings(const LaunchAgentCommand& command, const CommandResult& 
     if (!decoded) {
         return {failure("The settings schema could not be read", description, describe(decoded.error()))};
     }
+    if (configPath.ends_with('/')) { // a save would make that directory
+        return {failure("The config file could not be read", configPath,
+                        "The path ends in a slash, so it can only name a directory")};
+    }
     if (!files.exists(configPath)) {
         return {LoadedSettings{.form = SettingsForm(*std::move(decoded), {}), .fileContent = {}}, false};
     }

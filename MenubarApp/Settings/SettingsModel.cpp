@@ -1,8 +1,8 @@
 #include "MenubarApp/Settings/SettingsModel.h"
 
 #include "MenubarApp/Commands/DaemonCommands.h"
+#include "MenubarApp/Platform/Clock.h"
 #include "MenubarApp/Platform/MainLoop.h"
-#include "MenubarApp/Settings/SettingsModelChange.h"
 #include "MenubarCore/Daemon/LaunchAgentLabel.h"
 #include "MenubarCore/Menu/Formatting.h"
 #include "MenubarCore/Text/Tilde.h"
@@ -28,7 +28,47 @@ std::set<std::string> lockedNames(const SettingsForm& form) {
     return names;
 }
 
+/// Of the messages about a written form, those about fields that still hold what was written and can be edited.
+std::map<std::string, std::string> stillTrue(const std::map<std::string, std::string>& messages,
+                                             const SettingsForm& written, const SettingsForm& now) {
+    std::map<std::string, std::string> result;
+    for (const auto& [name, message] : messages) {
+        const SettingField* before = written.field(name);
+        const SettingField* after = now.field(name);
+        if (before != nullptr && after != nullptr && before->value == after->value && before->isSet == after->isSet &&
+            !after->isLockedByFlag) {
+            result.emplace(name, message);
+        }
+    }
+    return result;
+}
+
 } // namespace
+
+class SettingsModel::Change {
+public:
+    explicit Change(SettingsModel& model) : m_model(model.shared_from_this()) { ++m_model->m_changeDepth; }
+
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+    ~Change() {
+        if (--m_model->m_changeDepth == 0 && std::exchange(m_model->m_hasChanged, false)) {
+            m_model->m_observers.notify();
+        }
+    }
+
+private:
+    std::shared_ptr<SettingsModel> m_model; // a callback may let go of the last other one
+};
+
+template <typename T>
+void SettingsModel::assign(T& member, T value) {
+    if (!(member == value)) {
+        member = std::move(value);
+        m_hasChanged = true;
+    }
+}
 
 std::string SettingsModel::defaultConfigPath(const StatusFile* status, const Environment& environment,
                                              const std::string& home) {
@@ -49,16 +89,14 @@ std::shared_ptr<SettingsModel> SettingsModel::create(Environment environment, st
 
 SettingsModel::SettingsModel(Environment environment, std::string home, Ports ports)
     : m_environment(std::move(environment)), m_home(std::move(home)), m_plistPath(launchAgentPlistPath(m_home)),
-      m_ports(std::move(ports)), m_configPath(defaultConfigPath(nullptr, m_environment, m_home)),
+      m_ports(std::move(ports)), m_saver(m_ports.mainLoop, m_ports.run, m_ports.log), m_follower(m_ports.mainLoop, m_ports.files),
+      m_configPath(defaultConfigPath(nullptr, m_environment, m_home)),
       m_isDaemonInstalled(m_ports.files.exists(m_plistPath)) {}
 
 // Loading
 
 void SettingsModel::load() {
-    // Trying again after a reload that failed still brings the edits back.
-    if (!std::holds_alternative<SettingsLoadFailure>(m_phase)) {
-        m_editsToMakeAgain.clear();
-    }
+    m_editsToMakeAgain.clear();
     startLoading();
 }
 
@@ -70,6 +108,7 @@ void SettingsModel::reloadKeepingEdits() {
 void SettingsModel::startLoading() {
     const Change change(*this);
     const std::uint64_t generation = ++m_generation;
+    m_follower.forgetLooks();
     assign<Phase>(m_phase, Loading{});
     m_hasChanged = m_hasChanged || m_form.has_value();
     m_form.reset();
@@ -78,12 +117,10 @@ void SettingsModel::startLoading() {
     assign(m_fileChangedOnDisk, false);
     assign(m_configPath, defaultConfigPath(m_status ? &*m_status : nullptr, m_environment, m_home));
     m_command = resolveCommand();
-    m_isLoading = m_command.has_value();
     if (!m_command) {
         assign<Phase>(m_phase, commandNotFound());
         return;
     }
-    assign(m_commandDescription, m_command->describe(schemaArguments()));
     m_ports.mainLoop.runInBackground(
         [weak = weak_from_this(), generation, ports = m_ports, command = *m_command, path = m_configPath] {
             const CommandResult schema = ports.run(command.executable, command.arguments(schemaArguments()));
@@ -109,14 +146,13 @@ void SettingsModel::finishLoad(std::uint64_t generation, LoadReport report) {
         return; // another load has begun since
     }
     const Change change(*this);
-    m_isLoading = false;
     m_hasChanged = true;
     m_configFileExists = report.configFileExists.value_or(m_configFileExists);
     if (!report.settings) {
         m_phase = std::move(report.settings.error());
         return;
     }
-    m_fileContent = std::move(report.settings->fileContent);
+    m_follower.remember(std::move(report.settings->fileContent));
     m_form = std::move(report.settings->form);
     makeAgain(std::exchange(m_editsToMakeAgain, {}));
     applyLocks(m_status ? &*m_status : nullptr);
@@ -201,6 +237,21 @@ void SettingsModel::restartDaemon() {
     });
 }
 
+std::string SettingsModel::commandDescription() const {
+    return m_command ? m_command->describe(schemaArguments()) : std::string();
+}
+
+std::vector<std::string> SettingsModel::waitingFor() const {
+    std::vector<std::string> commands;
+    if (m_command && std::holds_alternative<Loading>(m_phase)) {
+        commands.push_back(commandDescription());
+    }
+    if (const auto& saving = m_saver.waitingFor()) {
+        commands.push_back(*saving);
+    }
+    return commands;
+}
+
 // Editing
 
 void SettingsModel::edit(const std::function<void(SettingsForm&)>& change) {
@@ -213,6 +264,11 @@ void SettingsModel::edit(const std::function<void(SettingsForm&)>& change) {
     clearSavedMark();
 }
 
+void SettingsModel::endTyping(std::string_view name) {
+    const Change change(*this);
+    m_hasChanged = (m_form && m_form->endTyping(name)) || m_hasChanged;
+}
+
 void SettingsModel::clearSavedMark() {
     if (std::holds_alternative<Saved>(m_saveState)) {
         assign<SaveState>(m_saveState, Idle{});
@@ -221,19 +277,89 @@ void SettingsModel::clearSavedMark() {
 
 bool SettingsModel::canSave() const {
     const bool isBusy =
-        m_isSaving || std::holds_alternative<Saving>(m_saveState) || std::holds_alternative<Restarting>(m_saveState);
+        isSaving() || std::holds_alternative<Saving>(m_saveState) || std::holds_alternative<Restarting>(m_saveState);
     return std::holds_alternative<Loaded>(m_phase) && m_form && !isBusy && m_form->isDirty() && m_form->isValid();
 }
 
-std::vector<std::string> SettingsModel::waitingFor() const {
-    std::vector<std::string> commands;
-    if (m_isLoading) {
-        commands.push_back(m_commandDescription);
+// Following the file
+
+void SettingsModel::checkFile() {
+    if (!m_form || isSaving()) {
+        return;
     }
-    if (m_isSaving) {
-        commands.push_back(m_savingDescription);
+    m_follower.look(m_configPath, [this](const ConfigFileFollower::Content& content) {
+        const Change change(*this);
+        const bool isSame = content == m_follower.content();
+        assign(m_fileChangedOnDisk, !isSame && (m_form->isEdited() || !takeOver(content)));
+    });
+}
+
+/// Makes the form anew from the file. False, and nothing has changed, when the file is not what a form is made from:
+/// perhaps it is being written.
+bool SettingsModel::takeOver(const ConfigFileFollower::Content& content) {
+    auto file = content ? SettingsForm::parseFile(*content) : JSONValue::Object{};
+    if (!file) {
+        return false;
     }
-    return commands;
+    m_form = SettingsForm(m_form->schema(), *std::move(file));
+    m_follower.remember(content);
+    m_configFileExists = content.has_value();
+    m_hasChanged = true;
+    applyLocks(m_status ? &*m_status : nullptr);
+    // What the daemon said of the form before is not about this one.
+    assign(m_generalErrors, {});
+    if (std::holds_alternative<SaveFailed>(m_saveState)) {
+        assign<SaveState>(m_saveState, Idle{});
+    }
+    return true;
+}
+
+// Saving
+
+void SettingsModel::save(std::function<void(const SaveOutcome&)> completion) {
+    if (!m_form || !m_command || isSaving()) {
+        return;
+    }
+    const Change change(*this);
+    assign<SaveState>(m_saveState, Saving{});
+    assign(m_generalErrors, {});
+    assign(m_fileChangedOnDisk, false);
+    m_follower.forgetLooks();
+    m_saver.save({.command = *m_command, .form = *m_form, .path = m_configPath, .loaded = m_follower.content()},
+                 [weak = weak_from_this(), generation = m_generation,
+                  completion = std::move(completion)](const SaveRequest& request, const SaveReport& report) {
+                     if (const auto self = weak.lock()) {
+                         self->finishSave(request, generation, report);
+                     }
+                     if (completion) {
+                         completion(report.outcome);
+                     }
+                 });
+}
+
+void SettingsModel::finishSave(const SaveRequest& request, std::uint64_t generation, const SaveReport& report) {
+    const Change change(*this);
+    m_hasChanged = true;
+    const bool isOfThisForm = generation == m_generation && m_form;
+    const bool isSaved = report.outcome.isSaved();
+    if (isOfThisForm) {
+        m_fileChangedOnDisk = report.foundChange;
+        if (report.placed) {
+            m_follower.remember(report.placed);
+        }
+        if (isSaved) {
+            m_form->markSaved(request.form);
+        } else if (const auto* rejected = report.outcome.rejected()) {
+            m_form->applyErrors(stillTrue(rejected->fields, request.form, *m_form));
+            m_generalErrors = rejected->general;
+        }
+    } else if (report.placed && !(m_form && m_form->isEdited())) {
+        startLoading(); // what was loaded while the save ran may be the file as it was before
+    }
+    m_configFileExists = m_configFileExists || isSaved;
+    m_saveState =
+        isSaved ? SaveState(Saved{m_ports.clock.now()}) : SaveFailed{failureMessage(report.outcome, request.path)};
+    m_ports.log(logLine(report.outcome, request.path));
 }
 
 } // namespace menubar

@@ -2,8 +2,9 @@
 
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/Observers.h"
+#include "MenubarApp/Settings/ConfigFileFollower.h"
 #include "MenubarApp/Settings/SettingsLoad.h"
-#include "MenubarApp/Settings/SettingsSave.h"
+#include "MenubarApp/Settings/SettingsSaver.h"
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 #include "MenubarCore/Menu/ConfigNotices.h"
 #include "MenubarCore/Menu/DaemonState.h"
@@ -97,6 +98,9 @@ public:
     /// longer counts.
     void load();
 
+    /// Loads again after a load that failed; edits that a reload was to keep still come back.
+    void tryAgain() { startLoading(); }
+
     /// Reloads, and makes the edits that were not saved again in what is loaded then. For a file that was changed by
     /// another program.
     void reloadKeepingEdits();
@@ -111,6 +115,9 @@ public:
 
     /// Changes the form, where there is one; the "saved" mark goes.
     void edit(const std::function<void(SettingsForm&)>& change);
+
+    /// A person has left the text box of this number, or a button is about to act: see SettingsForm::endTyping.
+    void endTyping(std::string_view name);
 
     /// Validates the form as it is now through the daemon and writes it. `completion` runs once, also when the model
     /// has gone by then. Without a form, or while an earlier save is not over, nothing happens and it never runs.
@@ -138,8 +145,8 @@ public:
     /// At the last load or save.
     [[nodiscard]] bool configFileExists() const { return m_configFileExists; }
 
-    /// The command line that prints the schema.
-    [[nodiscard]] const std::string& commandDescription() const { return m_commandDescription; }
+    /// The command line that prints the schema; empty while none is known.
+    [[nodiscard]] std::string commandDescription() const;
 
     [[nodiscard]] const SaveState& saveState() const { return m_saveState; }
 
@@ -151,9 +158,6 @@ public:
 
     [[nodiscard]] const std::optional<ConfigNotice::Error>& configErrorNotice() const { return m_configErrorNotice; }
 
-    /// What the running daemon reports, by key.
-    [[nodiscard]] const std::optional<JSONValue::Object>& liveSettings() const { return m_liveSettings; }
-
     /// Whether the launch agent's property list exists.
     [[nodiscard]] bool isDaemonInstalled() const { return m_isDaemonInstalled; }
 
@@ -163,7 +167,7 @@ public:
     [[nodiscard]] bool fileChangedOnDisk() const { return m_fileChangedOnDisk; }
 
     /// A save has been started and is not over, whatever `saveState` says since.
-    [[nodiscard]] bool isSaving() const { return m_isSaving; }
+    [[nodiscard]] bool isSaving() const { return m_saver.waitingFor().has_value(); }
 
     /// The command lines that have been started and have not ended: what loading and saving wait for.
     [[nodiscard]] std::vector<std::string> waitingFor() const;
@@ -182,6 +186,7 @@ private:
         std::optional<SettingValue> value; ///< nothing: the key is left out
     };
 
+    /// Notifies at its end, the outermost one of several, when anything was changed within.
     class Change;
 
     SettingsModel(Environment environment, std::string home, Ports ports);
@@ -194,45 +199,34 @@ private:
     [[nodiscard]] std::vector<Edit> unsavedEdits() const;
     void makeAgain(const std::vector<Edit>& edits);
     void applyLocks(const StatusFile* status);
-    void finishCheck(std::uint64_t generation, std::uint64_t saves, const std::optional<std::string>& content);
-    [[nodiscard]] bool takeOver(const std::optional<std::string>& content);
-    void finishSave(const SettingsForm& written, std::uint64_t generation, const SaveReport& report);
-    void apply(const SaveOutcome::InvalidLocally& outcome, const std::string& path, const SettingsForm* written);
-    void apply(const SaveOutcome::Rejected& outcome, const std::string& path, const SettingsForm* written);
-    void apply(const SaveOutcome::CommandFailed& outcome, const std::string& path, const SettingsForm* written);
-    void apply(const SaveOutcome::WriteFailed& outcome, const std::string& path, const SettingsForm* written);
-    void apply(const SaveOutcome::Saved& outcome, const std::string& path, const SettingsForm* written);
+    [[nodiscard]] bool takeOver(const ConfigFileFollower::Content& content);
+    void finishSave(const SaveRequest& request, std::uint64_t generation, const SaveReport& report);
     void clearSavedMark();
 
     const Environment m_environment;
     const std::string m_home;
     const std::string m_plistPath;
     const Ports m_ports;
+    SettingsSaver m_saver;
+    ConfigFileFollower m_follower;
 
     Phase m_phase = Loading{};
     std::optional<SettingsForm> m_form;
     std::string m_configPath;
     bool m_configFileExists = false;
-    std::string m_commandDescription;
     SaveState m_saveState = Idle{};
     std::vector<std::string> m_generalErrors;
     bool m_restartNeeded = false;
     std::optional<ConfigNotice::Error> m_configErrorNotice;
-    std::optional<JSONValue::Object> m_liveSettings;
+    std::optional<JSONValue::Object> m_liveSettings; ///< what the running daemon reports, by key
     bool m_isDaemonInstalled = false;
     bool m_fileChangedOnDisk = false;
 
     std::optional<StatusFile> m_status; ///< of the last poll, what it says about the configuration
     std::function<void()> m_afterLoad;
     std::optional<LaunchAgentCommand> m_command;
-    std::optional<std::string> m_fileContent; ///< what the form's baseline was read from
     std::vector<Edit> m_editsToMakeAgain;
     std::uint64_t m_generation = 0; ///< of the form: each load begins a new one
-    bool m_isLoading = false;       ///< the schema command has not ended
-    std::string m_savingDescription;
-    bool m_isSaving = false;
-    std::uint64_t m_saves = 0; ///< begun so far
-    bool m_isChecking = false;
 
     int m_changeDepth = 0;
     bool m_hasChanged = false;

@@ -26,12 +26,11 @@ View selectableCaption(std::string text) {
 }
 
 View headline(std::string symbol, std::string symbolDescription, TextColor color, std::string text) {
-    return view(Label{.symbol = std::move(symbol),
-                      .symbolDescription = std::move(symbolDescription),
-                      .text = std::move(text),
-                      .font = Font::headline,
-                      .symbolColor = color,
-                      .selectable = true});
+    return label({.name = std::move(symbol),
+                  .description = std::move(symbolDescription),
+                  .font = Font::headline,
+                  .color = color},
+                 {.text = std::move(text), .font = Font::headline, .selectable = true});
 }
 
 View errorBanner(const ConfigNotice::Error& error) {
@@ -55,10 +54,9 @@ View unknownKeysBanner(const std::vector<std::string>& keys) {
 }
 
 View loading(const std::vector<std::string>& waitingFor) {
-    View progress = view(ProgressView{.title = "Loading settings from the daemon"});
     std::vector<View> lines;
     lines.push_back(view(Spacer{}));
-    lines.push_back(std::move(progress));
+    lines.push_back(progressView("Loading settings from the daemon"));
     for (const std::string& command : waitingFor) {
         lines.push_back(selectableCaption("Waiting for: " + command));
     }
@@ -99,7 +97,7 @@ View SettingsView::content() const {
         return failure(*reason);
     }
     if (std::holds_alternative<SettingsModel::Loaded>(state.phase) && state.form != nullptr) {
-        return form();
+        return settings();
     }
     return loading(state.waitingFor);
 }
@@ -107,24 +105,19 @@ View SettingsView::content() const {
 View SettingsView::failure(const SettingsLoadFailure& reason) const {
     return view(ScrollView{.spacing = 12.0}, view(Spacer{}),
                 view(VStack{.spacing = 12.0, .alignment = HorizontalAlignment::center},
-                     view(Label{.symbol = "exclamationmark.triangle",
-                                .symbolDescription = "Error",
-                                .text = reason.title,
-                                .font = Font::headline,
-                                .symbolColor = TextColor::orange,
-                                .selectable = true}),
+                     headline("exclamationmark.triangle", "Error", TextColor::orange, reason.title),
                      view(Text{.text = reason.detail, .selectable = true}),
-                     view(Button{.title = "Try again", .onPress = actions.load}))
+                     view(Button{.title = "Try again", .onPress = actions.tryAgain}))
                     .fillingWidth(),
                 view(Spacer{}))
         .withId("failed")
         .withPadding(screenPadding);
 }
 
-View SettingsView::form() const {
+View SettingsView::settings() const {
     std::vector<View> sections;
     if (auto rows = banners(); !rows.empty()) {
-        sections.push_back(viewOf(Section{}, std::move(rows)).withId("banners"));
+        sections.push_back(section({}, std::move(rows)).withId("banners"));
     }
     std::map<std::string, std::size_t> seen; // names that the schema lists twice
     for (const SettingsGroup& group : state.form->schema().groups) {
@@ -137,9 +130,9 @@ View SettingsView::form() const {
                                       .ordinal = seen[field->name()]++}
                                .body());
         }
-        sections.push_back(viewOf(Section{.title = group.title}, std::move(rows)).withId("group " + group.id));
+        sections.push_back(section(group.title, std::move(rows)).withId("group " + group.id));
     }
-    return viewOf(Form{}, std::move(sections)).withId("form");
+    return form(std::move(sections)).withId("form");
 }
 
 // Banners
@@ -171,14 +164,19 @@ View SettingsView::restartBanner() const {
 }
 
 View SettingsView::changedFileBanner() const {
+    const bool isEdited = state.form->isEdited();
+    View choice = view(HStack{},
+                       caption(isEdited ? "Reload drops your edits. Keep my edits loads the file and makes them again."
+                                        : "Reload shows what it holds now.")
+                           .fillingWidth(),
+                       view(Button{.title = "Reload", .onPress = actions.load}));
+    if (isEdited) {
+        choice.children.push_back(view(Button{.title = "Keep my edits", .onPress = actions.keepEdits}));
+    }
     return view(VStack{.spacing = bannerSpacing},
                 headline("arrow.triangle.2.circlepath", "Changed", TextColor::orange,
                          "Another program has changed the config file since it was loaded."),
-                view(HStack{},
-                     caption("Reload drops your edits. Keep my edits loads the file and makes them again.")
-                         .fillingWidth(),
-                     view(Button{.title = "Reload", .onPress = actions.load}),
-                     view(Button{.title = "Keep my edits", .onPress = actions.keepEdits})))
+                std::move(choice))
         .withId("file changed");
 }
 
@@ -232,11 +230,15 @@ View SettingsView::footer() const {
                               .lineLimit = 2})
                         .withId("status")
                         .withHelp(help));
-    lines.push_back(
-        selectableCaption(state.configFileExists
-                              ? "Editing " + state.configPath
-                              : "No config file yet; defaults shown. It will be written to " + state.configPath)
-            .withId("file"));
+    const bool isLoading = std::holds_alternative<SettingsModel::Loading>(state.phase);
+    const bool isLoaded = std::holds_alternative<SettingsModel::Loaded>(state.phase);
+    if (isLoaded || (!isLoading && state.configFileExists)) { // else nobody knows yet
+        lines.push_back(
+            selectableCaption(state.configFileExists
+                                  ? "Editing " + state.configPath
+                                  : "No config file yet; defaults shown. It will be written to " + state.configPath)
+                .withId("file"));
+    }
     if (!state.generalErrors.empty()) {
         std::vector<View> errors;
         errors.reserve(state.generalErrors.size());

@@ -44,7 +44,8 @@ struct SettingsViewActions {
     std::function<void()> close;
     std::function<void()> save;
     std::function<void()> restart;
-    std::function<void()> load;      ///< tries again, or takes the file as it is now
+    std::function<void()> tryAgain;  ///< after a load that failed
+    std::function<void()> load;      ///< takes the file as it is now
     std::function<void()> keepEdits; ///< takes the file as it is now and makes the edits again
     SettingRowActions row;
 };
@@ -64,7 +65,7 @@ struct SettingsView {
 private:
     [[nodiscard]] View content() const;
     [[nodiscard]] View failure(const SettingsLoadFailure& reason) const;
-    [[nodiscard]] View form() const;
+    [[nodiscard]] View settings() const;
     [[nodiscard]] std::vector<View> banners() const;
     [[nodiscard]] View restartBanner() const;
     [[nodiscard]] View changedFileBanner() const;

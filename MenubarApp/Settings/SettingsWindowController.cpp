@@ -86,6 +86,7 @@ SettingsViewActions SettingsWindowController::makeActions() {
         }),
         .save = promoted([](Self& self) { self.save(AfterSave::offerRestart); }),
         .restart = promoted([](Self& self) { self.m_model->restartDaemon(); }),
+        .tryAgain = promoted([](Self& self) { self.m_model->tryAgain(); }),
         .load = promoted([](Self& self) { self.m_model->load(); }),
         .keepEdits = promoted([](Self& self) { self.m_model->reloadKeepingEdits(); }),
         .row = {.edit =
@@ -94,10 +95,22 @@ SettingsViewActions SettingsWindowController::makeActions() {
                             strong->edit(change);
                         }
                     },
+                .endTyping =
+                    [model = std::weak_ptr(m_model)](const std::string& name) {
+                        if (const auto strong = model.lock()) {
+                            strong->endTyping(name);
+                        }
+                    },
                 .choosePath =
                     [weak](const SettingSpec& spec) {
                         if (const auto self = weak.lock()) {
                             self->choosePath(spec);
+                        }
+                    },
+                .focus =
+                    [weak](const std::string& viewId) {
+                        if (const auto self = weak.lock(); self && self->m_presenter) {
+                            self->m_presenter->focus(viewId);
                         }
                     }},
     };
@@ -133,16 +146,10 @@ void SettingsWindowController::save(AfterSave afterSave) {
 }
 
 void SettingsWindowController::finishSave(const SaveOutcome& outcome, AfterSave afterSave) {
-    switch (outcome.kind()) {
-    case SaveOutcome::Case::saved:
-        if (afterSave == AfterSave::offerRestart) {
-            offerRestart();
-        }
-        return;
-    case SaveOutcome::Case::invalidLocally:
-    case SaveOutcome::Case::rejected: scrollToFirstError(); return;
-    case SaveOutcome::Case::commandFailed:
-    case SaveOutcome::Case::writeFailed: return;
+    if (!outcome.isSaved()) {
+        scrollToFirstError();
+    } else if (afterSave == AfterSave::offerRestart) {
+        offerRestart();
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MenubarApp/Settings/Stepping.h"
 
 #include "MenubarCore/JSON/JSONValue.h"
+#include "MenubarCore/Text/Digits.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,11 +14,6 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t mostDigits = 14;
-
-std::size_t digitCount(std::string_view text) {
-    const std::size_t end = text.find_first_not_of("0123456789");
-    return end == std::string_view::npos ? text.size() : end;
-}
 
 } // namespace
 
@@ -33,7 +29,7 @@ double steppedNumber(double value, const SettingSpec& spec, StepDirection direct
 }
 
 std::optional<double> leadingNumber(std::string_view duration) {
-    const std::string_view digits = duration.substr(0, digitCount(duration));
+    const std::string_view digits = takeDigits(duration);
     std::int64_t number = 0;
     if (digits.empty() || digits.size() > mostDigits ||
         std::from_chars(digits.data(), digits.data() + digits.size(), number).ec != std::errc()) {
@@ -49,8 +45,8 @@ std::optional<std::string> steppedDuration(std::string_view duration, const Sett
         return std::nullopt;
     }
     std::string result = JSONValue::format(steppedNumber(*number, spec, direction));
-    result += duration.substr(digitCount(duration));
-    return result;
+    (void)takeDigits(duration);
+    return result.append(duration);
 }
 
 } // namespace menubar

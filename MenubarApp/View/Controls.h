@@ -10,8 +10,34 @@
 
 namespace menubar {
 
-/// The views that end up as one native control each. They are plain values: what a control shows, and what to call when
-/// a person presses or edits it. Equality is about looks; handlers do not count.
+/// What a view can be: a stack that only places others, or one native control. All are plain values: what is shown, and
+/// what to call when a person presses or edits it. Equality is about looks; handlers do not count.
+
+enum class HorizontalAlignment { leading, center, trailing };
+enum class VerticalAlignment { top, center, bottom, firstBaseline };
+
+/// Views below each other.
+struct VStack {
+    double spacing = 8.0;
+    HorizontalAlignment alignment = HorizontalAlignment::leading;
+
+    bool operator==(const VStack&) const = default;
+};
+
+/// Views beside each other. What is too wide gives way: first what can grow, then texts, the longest first.
+struct HStack {
+    double spacing = 8.0;
+    VerticalAlignment alignment = VerticalAlignment::center;
+
+    bool operator==(const HStack&) const = default;
+};
+
+/// Takes the room that nothing else in its stack wants.
+struct Spacer {
+    double minLength = 0.0;
+
+    bool operator==(const Spacer&) const = default;
+};
 
 enum class Font { body, headline, caption, monospaced };
 
@@ -89,7 +115,8 @@ struct TextField {
     std::string text{};
     std::string prompt{}; ///< shown in grey while the text is empty
     bool enabled = true;
-    Handler<const std::string&> onEdit{};
+    Handler<const std::string&> onEdit{}; ///< never gets a line break: each becomes a blank
+    Handler<> onEnd{};                    ///< the person has left the field, or a button is about to act
 
     bool operator==(const TextField&) const = default;
 };
@@ -140,8 +167,10 @@ struct ScrollView {
     bool operator==(const ScrollView&) const = default;
 };
 
-/// The rounded background behind the rows of a section.
+/// A rounded background with a column of views on it.
 struct Box {
+    double spacing = 10.0; ///< between the views in it
+
     bool operator==(const Box&) const = default;
 };
 
@@ -151,18 +180,6 @@ struct Accessibility {
     std::string description{}; ///< read after the label and the value
 
     bool operator==(const Accessibility&) const = default;
-};
-
-/// One native control as a value. ScrollView and Box hold others.
-struct Control {
-    using Content = std::variant<ScrollView, Box, Text, Symbol, Divider, Button, Toggle, Checkbox, TextField,
-                                 TextEditor, Stepper, Picker, Spinner>;
-
-    Content content;
-    std::string help{}; ///< shown while the pointer rests on it; none when empty
-    Accessibility accessibility{};
-
-    bool operator==(const Control&) const = default;
 };
 
 } // namespace menubar

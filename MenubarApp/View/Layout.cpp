@@ -13,8 +13,6 @@ namespace menubar {
 
 namespace {
 
-using Kind = LayoutStyle::Kind;
-
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double narrowestText = 48.0;
 constexpr double narrowestChoice = 80.0;
@@ -24,34 +22,48 @@ constexpr double editorHeight = 96.0;
 constexpr double dividerHeight = 1.0;
 
 /// The widths between which a control may be drawn, given its natural one.
-struct ControlWidths {
-    double natural;
-
-    WidthRange operator()(const Text&) const { return shrinksTo(narrowestText); }
-
-    WidthRange operator()(const Checkbox&) const { return shrinksTo(narrowestChoice); }
-
-    WidthRange operator()(const Picker&) const { return shrinksTo(narrowestChoice); }
-
-    WidthRange operator()(const TextField&) const {
+WidthRange controlWidths(const View& view, double natural) {
+    const auto is = [&view]<class... Content>() { return (std::holds_alternative<Content>(view.content) || ...); };
+    if (is.operator()<Divider>()) {
+        return {.min = 0.0, .ideal = 0.0, .grows = true};
+    }
+    if (is.operator()<TextField, TextEditor>()) {
         return {.min = narrowestField, .ideal = idealField, .grows = true};
     }
+    const double least = is.operator()<Text>()               ? narrowestText
+                         : is.operator()<Checkbox, Picker>() ? narrowestChoice
+                                                             : natural;
+    return {.min = std::min(natural, least), .ideal = natural, .grows = false};
+}
 
-    WidthRange operator()(const TextEditor&) const {
-        return {.min = narrowestField, .ideal = idealField, .grows = true};
+enum class Kind { leaf, spacer, column, row, scroll };
+
+Kind kind(const View& view) {
+    if (std::holds_alternative<HStack>(view.content)) {
+        return Kind::row;
     }
-
-    WidthRange operator()(const Divider&) const { return {.min = 0.0, .ideal = 0.0, .grows = true}; }
-
-    template <class Content>
-    WidthRange operator()(const Content&) const {
-        return {.min = natural, .ideal = natural, .grows = false};
+    if (std::holds_alternative<Spacer>(view.content)) {
+        return Kind::spacer;
     }
-
-    [[nodiscard]] WidthRange shrinksTo(double least) const {
-        return {.min = std::min(natural, least), .ideal = natural, .grows = false};
+    if (std::holds_alternative<ScrollView>(view.content)) {
+        return Kind::scroll;
     }
-};
+    const bool isColumn = std::holds_alternative<VStack>(view.content) || std::holds_alternative<Box>(view.content);
+    return isColumn ? Kind::column : Kind::leaf;
+}
+
+/// Between the views in it.
+double spacing(const View& view) {
+    return std::visit(
+        [](const auto& content) {
+            if constexpr (requires { content.spacing; }) {
+                return content.spacing;
+            } else {
+                return 0.0;
+            }
+        },
+        view.content);
+}
 
 struct Height {
     double height = 0.0;
@@ -63,106 +75,108 @@ double clampedWidth(const WidthRange& range, double available) {
 }
 
 /// A scroll view that takes whatever height there is, and needs none.
-bool growsByScrolling(const ViewNode& node) {
-    return node.style.kind == Kind::scroll && !node.style.sizing.maxHeight && !node.style.sizing.height;
+bool growsByScrolling(const View& node) {
+    return kind(node) == Kind::scroll && !node.sizing.maxHeight && !node.sizing.height;
 }
 
 class Layout {
 public:
     explicit Layout(Measurer& measurer) : m_measurer(measurer) {}
 
-    void place(ViewNode& node, const Rect& frame);
+    void place(View& node, const Rect& frame);
 
 private:
-    [[nodiscard]] const WidthRange& widths(ViewNode& node);
-    [[nodiscard]] WidthRange contentWidths(ViewNode& node);
-    [[nodiscard]] WidthRange leafWidths(ViewNode& node);
-    [[nodiscard]] WidthRange columnWidths(ViewNode& node);
-    [[nodiscard]] WidthRange rowWidths(ViewNode& node);
+    [[nodiscard]] const WidthRange& widths(View& node);
+    [[nodiscard]] WidthRange contentWidths(View& node);
+    [[nodiscard]] WidthRange leafWidths(View& node);
+    [[nodiscard]] WidthRange columnWidths(View& node);
+    [[nodiscard]] WidthRange rowWidths(View& node);
 
-    Height heightFor(ViewNode& node, double width);
-    [[nodiscard]] Height contentHeight(ViewNode& node, double width);
-    [[nodiscard]] Height leafHeight(ViewNode& node, double width);
-    [[nodiscard]] Height columnHeight(ViewNode& node, double width);
-    [[nodiscard]] Height rowHeight(ViewNode& node, double width);
+    Height heightFor(View& node, double width);
+    [[nodiscard]] Height contentHeight(View& node, double width);
+    [[nodiscard]] Height leafHeight(View& node, double width);
+    [[nodiscard]] Height columnHeight(View& node, double width);
+    [[nodiscard]] Height rowHeight(View& node, double width);
 
-    [[nodiscard]] std::vector<double> distribute(ViewNode& row, double available);
-    void placeColumn(ViewNode& column, const Rect& area);
-    void placeRow(ViewNode& row, const Rect& area);
-    void placeScroll(ViewNode& scroll);
+    [[nodiscard]] std::vector<double> distribute(View& row, double available);
+    void placeColumn(View& column, const Rect& area);
+    void placeRow(View& row, const Rect& area);
+    void placeScroll(View& scroll);
 
-    [[nodiscard]] const Measured& natural(ViewNode& node);
-    [[nodiscard]] Measured measured(ViewNode& node, double width);
+    [[nodiscard]] const Measured& natural(View& node);
+    [[nodiscard]] Measured measured(View& node, double width);
 
     Measurer& m_measurer;
 };
 
 // Widths
 
-const WidthRange& Layout::widths(ViewNode& node) {
-    if (!node.widths) {
+const WidthRange& Layout::widths(View& node) {
+    if (!node.shown.widths) {
         WidthRange range = contentWidths(node);
-        const Sizing& sizing = node.style.sizing;
+        const Sizing& sizing = node.sizing;
         if (sizing.width) {
             range = {.min = *sizing.width, .ideal = *sizing.width, .grows = false};
         }
         range.grows = range.grows || sizing.fillWidth;
         range.min += sizing.padding.horizontal();
         range.ideal += sizing.padding.horizontal();
-        node.widths = range;
+        node.shown.widths = range;
     }
-    return *node.widths;
+    return *node.shown.widths;
 }
 
-WidthRange Layout::contentWidths(ViewNode& node) {
-    node.growsInHeight = node.style.sizing.fillHeight;
-    switch (node.style.kind) {
+WidthRange Layout::contentWidths(View& node) {
+    node.shown.growsInHeight = node.sizing.fillHeight;
+    switch (kind(node)) {
     case Kind::leaf: return leafWidths(node);
-    case Kind::spacer: return {.min = node.style.minLength, .ideal = node.style.minLength, .grows = true};
-    case Kind::vertical: return columnWidths(node);
-    case Kind::horizontal: return rowWidths(node);
+    case Kind::spacer:
+        return {.min = std::get<Spacer>(node.content).minLength,
+                .ideal = std::get<Spacer>(node.content).minLength,
+                .grows = true};
+    case Kind::column: return columnWidths(node);
+    case Kind::row: return rowWidths(node);
     case Kind::scroll: {
         WidthRange range = columnWidths(node);
         range.grows = true;
-        node.growsInHeight = growsByScrolling(node);
+        node.shown.growsInHeight = growsByScrolling(node);
         return range;
     }
     }
     return {};
 }
 
-WidthRange Layout::leafWidths(ViewNode& node) {
-    const bool isDivider = std::holds_alternative<Divider>(node.control->content);
-    return std::visit(ControlWidths{isDivider ? 0.0 : natural(node).width}, node.control->content);
+WidthRange Layout::leafWidths(View& node) {
+    const bool isDivider = std::holds_alternative<Divider>(node.content);
+    return controlWidths(node, isDivider ? 0.0 : natural(node).width);
 }
 
-WidthRange Layout::columnWidths(ViewNode& node) {
+WidthRange Layout::columnWidths(View& node) {
     WidthRange range;
-    for (ViewNode& child : node.children) {
+    for (View& child : node.children) {
         const WidthRange& inner = widths(child);
-        if (child.style.kind == Kind::spacer) {
-            node.growsInHeight = true;
+        if (kind(child) == Kind::spacer) {
+            node.shown.growsInHeight = true;
             continue;
         }
         range.min = std::max(range.min, inner.min);
         range.ideal = std::max(range.ideal, inner.ideal);
         range.grows = range.grows || inner.grows;
-        node.growsInHeight = node.growsInHeight || child.growsInHeight;
+        node.shown.growsInHeight = node.shown.growsInHeight || child.shown.growsInHeight;
     }
     return range;
 }
 
-WidthRange Layout::rowWidths(ViewNode& node) {
+WidthRange Layout::rowWidths(View& node) {
     WidthRange range;
-    for (ViewNode& child : node.children) {
+    for (View& child : node.children) {
         const WidthRange& inner = widths(child);
         range.min += inner.min;
         range.ideal += inner.ideal;
         range.grows = range.grows || inner.grows;
-        node.growsInHeight = node.growsInHeight || child.growsInHeight;
+        node.shown.growsInHeight = node.shown.growsInHeight || child.shown.growsInHeight;
     }
-    const double gaps =
-        node.children.empty() ? 0.0 : node.style.spacing * static_cast<double>(node.children.size() - 1);
+    const double gaps = node.children.empty() ? 0.0 : spacing(node) * static_cast<double>(node.children.size() - 1);
     range.min += gaps;
     range.ideal += gaps;
     return range;
@@ -170,9 +184,9 @@ WidthRange Layout::rowWidths(ViewNode& node) {
 
 // Heights
 
-Height Layout::heightFor(ViewNode& node, double width) {
-    if (node.sizedFor != width) {
-        const Sizing& sizing = node.style.sizing;
+Height Layout::heightFor(View& node, double width) {
+    if (node.shown.sizedFor != width) {
+        const Sizing& sizing = node.sizing;
         Height result = contentHeight(node, width - sizing.padding.horizontal());
         if (sizing.height) {
             result.height = *sizing.height;
@@ -182,26 +196,26 @@ Height Layout::heightFor(ViewNode& node, double width) {
         if (sizing.maxHeight) {
             result.height = std::min(result.height, *sizing.maxHeight);
         }
-        node.height = result.height;
-        node.baseline = result.baseline + sizing.padding.top;
-        node.sizedFor = width;
+        node.shown.height = result.height;
+        node.shown.baseline = result.baseline + sizing.padding.top;
+        node.shown.sizedFor = width;
     }
-    return {.height = node.height, .baseline = node.baseline};
+    return {.height = node.shown.height, .baseline = node.shown.baseline};
 }
 
-Height Layout::contentHeight(ViewNode& node, double width) {
-    switch (node.style.kind) {
+Height Layout::contentHeight(View& node, double width) {
+    switch (kind(node)) {
     case Kind::leaf: return leafHeight(node, width);
     case Kind::spacer: return {};
-    case Kind::vertical: return columnHeight(node, width);
-    case Kind::horizontal: return rowHeight(node, width);
+    case Kind::column: return columnHeight(node, width);
+    case Kind::row: return rowHeight(node, width);
     case Kind::scroll: return growsByScrolling(node) ? Height{} : columnHeight(node, width);
     }
     return {};
 }
 
-Height Layout::leafHeight(ViewNode& node, double width) {
-    const auto& content = node.control->content;
+Height Layout::leafHeight(View& node, double width) {
+    const auto& content = node.content;
     if (std::holds_alternative<Divider>(content)) {
         return {.height = dividerHeight, .baseline = dividerHeight};
     }
@@ -216,22 +230,22 @@ Height Layout::leafHeight(ViewNode& node, double width) {
     return {.height = size.height, .baseline = size.baseline};
 }
 
-Height Layout::columnHeight(ViewNode& node, double width) {
+Height Layout::columnHeight(View& node, double width) {
     Height result;
     bool isFirst = true;
-    for (ViewNode& child : node.children) {
+    for (View& child : node.children) {
         const WidthRange& range = widths(child);
-        const bool isSpacer = child.style.kind == Kind::spacer;
-        const Height inner = isSpacer ? Height{.height = child.style.minLength, .baseline = 0.0}
+        const bool isSpacer = kind(child) == Kind::spacer;
+        const Height inner = isSpacer ? Height{.height = std::get<Spacer>(child.content).minLength, .baseline = 0.0}
                                       : heightFor(child, clampedWidth(range, width));
         result.baseline = isFirst ? inner.baseline : result.baseline;
-        result.height += inner.height + (isFirst ? 0.0 : node.style.spacing);
+        result.height += inner.height + (isFirst ? 0.0 : spacing(node));
         isFirst = false;
     }
     return result;
 }
 
-Height Layout::rowHeight(ViewNode& node, double width) {
+Height Layout::rowHeight(View& node, double width) {
     const std::vector<double> shares = distribute(node, width);
     double above = 0.0; // the baseline, where views are aligned by it
     double below = 0.0;
@@ -242,25 +256,26 @@ Height Layout::rowHeight(ViewNode& node, double width) {
         below = std::max(below, inner.height - inner.baseline);
         tallest = std::max(tallest, inner.height);
     }
-    return {.height = node.style.vertical == VerticalAlignment::firstBaseline ? above + below : tallest,
+    return {.height =
+                std::get<HStack>(node.content).alignment == VerticalAlignment::firstBaseline ? above + below : tallest,
             .baseline = above};
 }
 
 // Sharing a row's width
 
-std::vector<double> Layout::distribute(ViewNode& row, double available) {
+std::vector<double> Layout::distribute(View& row, double available) {
     std::vector<double> shares;
     std::vector<WidthRange> ranges;
     std::vector<std::size_t> growing;
     std::vector<std::size_t> spacers;
     std::vector<std::size_t> rigid;
-    double total = -row.style.spacing;
-    for (ViewNode& child : row.children) {
+    double total = -spacing(row);
+    for (View& child : row.children) {
         const std::size_t i = shares.size();
         ranges.push_back(widths(child));
         shares.push_back(ranges.back().ideal);
-        total += shares.back() + row.style.spacing;
-        (child.style.kind == Kind::spacer ? spacers : ranges.back().grows ? growing : rigid).push_back(i);
+        total += shares.back() + spacing(row);
+        (kind(child) == Kind::spacer ? spacers : ranges.back().grows ? growing : rigid).push_back(i);
     }
     if (total > available) {
         const double deficit = shrinkShares(shares, ranges, growing, total - available);
@@ -273,69 +288,73 @@ std::vector<double> Layout::distribute(ViewNode& row, double available) {
 
 // Frames
 
-void Layout::place(ViewNode& node, const Rect& frame) {
-    const Insets& padding = node.style.sizing.padding;
-    node.frame = frame;
-    switch (node.style.kind) {
-    case Kind::leaf: node.frame = inset(frame, padding); return;
+void Layout::place(View& node, const Rect& frame) {
+    const Insets& padding = node.sizing.padding;
+    node.shown.frame = frame;
+    switch (kind(node)) {
+    case Kind::leaf: node.shown.frame = inset(frame, padding); return;
     case Kind::spacer: return;
     case Kind::scroll: placeScroll(node); return;
-    case Kind::vertical:
-    case Kind::horizontal: break;
+    case Kind::column:
+    case Kind::row: break;
     }
     // A native control starts its own coordinates.
-    const Rect area = node.control ? Rect{.x = 0.0, .y = 0.0, .width = frame.width, .height = frame.height} : frame;
-    if (node.style.kind == Kind::vertical) {
+    const Rect area = isControl(node) ? Rect{.x = 0.0, .y = 0.0, .width = frame.width, .height = frame.height} : frame;
+    if (kind(node) == Kind::column) {
         placeColumn(node, inset(area, padding));
     } else {
         placeRow(node, inset(area, padding));
     }
 }
 
-void Layout::placeScroll(ViewNode& scroll) {
-    const Insets& padding = scroll.style.sizing.padding;
-    const double width = scroll.frame.width;
+void Layout::placeScroll(View& scroll) {
+    const Insets& padding = scroll.sizing.padding;
+    const double width = scroll.shown.frame.width;
     const double needed = columnHeight(scroll, width - padding.horizontal()).height + padding.vertical();
-    scroll.contentSize = {.width = width, .height = std::max(needed, scroll.frame.height)};
-    placeColumn(scroll, inset({.x = 0.0, .y = 0.0, .width = width, .height = scroll.contentSize.height}, padding));
+    scroll.shown.contentSize = {.width = width, .height = std::max(needed, scroll.shown.frame.height)};
+    placeColumn(scroll,
+                inset({.x = 0.0, .y = 0.0, .width = width, .height = scroll.shown.contentSize.height}, padding));
 }
 
-void Layout::placeColumn(ViewNode& column, const Rect& area) {
+void Layout::placeColumn(View& column, const Rect& area) {
     std::vector<double> lengths;
     std::vector<std::size_t> growing;
     std::vector<std::size_t> spacers;
-    double total = -column.style.spacing;
-    for (ViewNode& child : column.children) {
-        const bool isSpacer = child.style.kind == Kind::spacer;
+    double total = -spacing(column);
+    for (View& child : column.children) {
+        const bool isSpacer = kind(child) == Kind::spacer;
         const WidthRange& range = widths(child);
         if (isSpacer) {
             spacers.push_back(lengths.size());
-        } else if (child.growsInHeight) {
+        } else if (child.shown.growsInHeight) {
             growing.push_back(lengths.size());
         }
-        lengths.push_back(isSpacer ? child.style.minLength : heightFor(child, clampedWidth(range, area.width)).height);
-        total += lengths.back() + column.style.spacing;
+        lengths.push_back(isSpacer ? std::get<Spacer>(child.content).minLength
+                                   : heightFor(child, clampedWidth(range, area.width)).height);
+        total += lengths.back() + spacing(column);
     }
     if (const auto& takers = growing.empty() ? spacers : growing; !takers.empty() && area.height > total) {
         growShares(lengths, takers, area.height - total);
     }
+    const auto* stack = std::get_if<VStack>(&column.content);
+    const auto alignment = stack == nullptr ? HorizontalAlignment::leading : stack->alignment;
     double y = area.y;
     for (std::size_t i = 0; i < column.children.size(); ++i) {
-        ViewNode& child = column.children[i];
-        const double width = child.style.kind == Kind::spacer ? 0.0 : clampedWidth(widths(child), area.width);
+        View& child = column.children[i];
+        const double width = kind(child) == Kind::spacer ? 0.0 : clampedWidth(widths(child), area.width);
         const double room = area.width - width;
         double x = area.x;
-        switch (column.style.horizontal) {
+        switch (alignment) {
         case HorizontalAlignment::leading: break;
         case HorizontalAlignment::center: x += std::floor(room / 2.0); break;
         case HorizontalAlignment::trailing: x += room; break;
         }
         place(child, {.x = x, .y = y, .width = width, .height = lengths[i]});
-        y += lengths[i] + column.style.spacing;
+        y += lengths[i] + spacing(column);
     }
 }
 
-void Layout::placeRow(ViewNode& row, const Rect& area) {
+void Layout::placeRow(View& row, const Rect& area) {
     const std::vector<double> shares = distribute(row, area.width);
     double baseline = 0.0;
     for (std::size_t i = 0; i < row.children.size(); ++i) {
@@ -343,39 +362,39 @@ void Layout::placeRow(ViewNode& row, const Rect& area) {
     }
     double x = area.x;
     for (std::size_t i = 0; i < row.children.size(); ++i) {
-        ViewNode& child = row.children[i];
+        View& child = row.children[i];
         const Height inner = heightFor(child, shares[i]);
-        const double height = child.growsInHeight ? std::max(inner.height, area.height) : inner.height;
+        const double height = child.shown.growsInHeight ? std::max(inner.height, area.height) : inner.height;
         double y = area.y;
-        switch (row.style.vertical) {
+        switch (std::get<HStack>(row.content).alignment) {
         case VerticalAlignment::top: break;
         case VerticalAlignment::center: y += std::floor((area.height - height) / 2.0); break;
         case VerticalAlignment::bottom: y += area.height - height; break;
-        case VerticalAlignment::firstBaseline: y += child.growsInHeight ? 0.0 : baseline - inner.baseline; break;
+        case VerticalAlignment::firstBaseline: y += child.shown.growsInHeight ? 0.0 : baseline - inner.baseline; break;
         }
         place(child, {.x = x, .y = y, .width = shares[i], .height = height});
-        x += shares[i] + row.style.spacing;
+        x += shares[i] + spacing(row);
     }
 }
 
 // Measuring
 
 /// Whole points, so that sums of them stay whole.
-Measured Layout::measured(ViewNode& node, double width) {
-    const Measured size = m_measurer.measure(node.id, *node.control, width);
+Measured Layout::measured(View& node, double width) {
+    const Measured size = m_measurer.measure(node.shown.id, node, width);
     return {.width = std::ceil(size.width), .height = std::ceil(size.height), .baseline = std::round(size.baseline)};
 }
 
-const Measured& Layout::natural(ViewNode& node) {
-    if (!node.natural) {
-        node.natural = measured(node, infinity);
+const Measured& Layout::natural(View& node) {
+    if (!node.shown.natural) {
+        node.shown.natural = measured(node, infinity);
     }
-    return *node.natural;
+    return *node.shown.natural;
 }
 
 } // namespace
 
-void layOut(ViewNode& root, Size size, Measurer& measurer) {
+void layOut(View& root, Size size, Measurer& measurer) {
     Layout(measurer).place(root,
                            {.x = 0.0, .y = 0.0, .width = std::floor(size.width), .height = std::floor(size.height)});
 }

@@ -2,11 +2,10 @@
 
 #include "MenubarApp/View/Geometry.h"
 #include "MenubarApp/View/ViewHost.h"
-#include "MenubarApp/View/ViewNode.h"
 
 namespace menubar {
 
-/// Gives every node of the tree its `frame` (and every scroll view its `contentSize`) so that the root fills `size`.
+/// Gives every view of the tree its `frame` (and every scroll view its `contentSize`) so that the root fills `size`.
 ///
 /// - A stack gives each view its ideal size. Room that is left goes to what can grow (fields, editors, scroll views,
 ///   what fills), and to spacers where nothing else can. Where room is short, what can grow gives way first, then texts
@@ -15,9 +14,9 @@ namespace menubar {
 /// - What does not fit even at its smallest overflows to the right and below.
 /// - Frames are whole points.
 ///
-/// Linear in the number of nodes. Sizes found are kept in the nodes: `measurer` is asked again only about a node after
-/// `forgetSizes`, and about a text whose width changed while it wraps. A node's `forgetSizes` goes with that of all
-/// nodes around it.
-void layOut(ViewNode& root, Size size, Measurer& measurer);
+/// Linear in the number of views. Sizes found are kept in the views: `measurer` is asked again only about a view after
+/// `forgetSizes`, and about a text whose width changed while it wraps. A view's `forgetSizes` goes with that of all
+/// views around it.
+void layOut(View& root, Size size, Measurer& measurer);
 
 } // namespace menubar

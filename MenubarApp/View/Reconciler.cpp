@@ -1,10 +1,15 @@
 #include "MenubarApp/View/Reconciler.h"
 
+#include "MenubarApp/View/DrawnText.h"
 #include "MenubarApp/View/Layout.h"
 
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <ranges>
+#include <span>
+#include <tuple>
+#include <type_traits>
 #include <unordered_set>
 #include <utility>
 
@@ -12,8 +17,12 @@ namespace menubar {
 
 namespace {
 
+/// What a person does something with can be disabled; the others have nothing to disable.
+template <class Content>
+constexpr bool takesKeys = requires(Content content) { content.enabled; };
+
 /// The text that a person can edit in the control; null for all other controls.
-std::string* editedText(Control::Content& content) {
+std::string* editedText(View::Content& content) {
     if (auto* field = std::get_if<TextField>(&content)) {
         return &field->text;
     }
@@ -23,133 +32,144 @@ std::string* editedText(Control::Content& content) {
     return nullptr;
 }
 
-/// Whether two contents of one kind want different room.
-struct DiffersInSize {
-    const Control::Content& before;
-
-    bool operator()(const Text& now) const {
-        const Text& old = std::get<Text>(before);
-        return old.text != now.text || old.font != now.font || old.lineLimit != now.lineLimit;
+/// What of a content decides how much room it takes: all of it for what places others, nothing for what is as large as
+/// its kind.
+template <class Content>
+auto sizeOf(const Content& content) {
+    if constexpr (std::is_same_v<Content, Text>) {
+        return std::tie(content.text, content.font, content.lineLimit);
+    } else if constexpr (std::is_same_v<Content, Button>) {
+        return std::tie(content.title, content.symbol, content.style);
+    } else if constexpr (std::is_same_v<Content, Checkbox>) {
+        return std::tie(content.title);
+    } else if constexpr (std::is_same_v<Content, Picker>) {
+        return std::tie(content.options);
+    } else if constexpr (takesKeys<Content>) {
+        return std::tuple();
+    } else {
+        return std::tie(content);
     }
+}
 
-    bool operator()(const Button& now) const {
-        const auto& old = std::get<Button>(before);
-        return old.title != now.title || old.symbol != now.symbol || old.style != now.style;
-    }
+/// Of two contents of one kind.
+bool differInSize(const View::Content& before, const View::Content& now) {
+    return std::visit(
+        [&](const auto& content) {
+            return sizeOf(content) != sizeOf(std::get<std::remove_cvref_t<decltype(content)>>(before));
+        },
+        now);
+}
 
-    bool operator()(const Checkbox& now) const { return std::get<Checkbox>(before).title != now.title; }
+/// Tells a view from its siblings: identity, kind, and the place among those that agree in both.
+using Key = std::tuple<std::string_view, std::size_t, std::size_t>;
 
-    bool operator()(const Picker& now) const { return std::get<Picker>(before).options != now.options; }
-
-    bool operator()(const Symbol& now) const { return std::get<Symbol>(before) != now; }
-
-    // The others are as large as their kind.
-    template <class Content>
-    bool operator()(const Content&) const {
-        return false;
-    }
-};
-
-struct TakesKeys {
-    template <class Content>
-    bool operator()(const Content&) const {
-        return false;
-    }
-
-    bool operator()(const Button&) const { return true; }
-
-    bool operator()(const Toggle&) const { return true; }
-
-    bool operator()(const Checkbox&) const { return true; }
-
-    bool operator()(const TextField&) const { return true; }
-
-    bool operator()(const TextEditor&) const { return true; }
-
-    bool operator()(const Stepper&) const { return true; }
-
-    bool operator()(const Picker&) const { return true; }
-};
-
-/// For each fresh node the index of the old one with its key, if any.
-std::vector<std::optional<std::size_t>> match(const std::vector<ViewNode>& old, const std::vector<ViewNode>& fresh) {
-    std::vector<std::optional<std::size_t>> result(fresh.size());
-    std::map<NodeKey, std::size_t> byKey; // filled only when the order is not the old one
-    for (std::size_t i = 0; i < fresh.size(); ++i) {
-        if (i < old.size() && old[i].key == fresh[i].key) {
-            result[i] = i;
-            continue;
-        }
-        if (byKey.empty()) {
-            for (std::size_t j = 0; j < old.size(); ++j) {
-                byKey.emplace(old[j].key, j);
-            }
-        }
-        if (const auto found = byKey.find(fresh[i].key); found != byKey.end()) {
-            result[i] = found->second;
-        }
+std::vector<Key> keys(const std::vector<View>& siblings) {
+    std::map<std::pair<std::string_view, std::size_t>, std::size_t> seen;
+    std::vector<Key> result;
+    result.reserve(siblings.size());
+    for (const View& view : siblings) {
+        const std::size_t kind = view.content.index();
+        result.emplace_back(view.id, kind, seen[{view.id, kind}]++);
     }
     return result;
 }
 
-void collectControls(const ViewNode& node, std::vector<ControlId>& out) {
-    for (const ViewNode& child : node.children) {
-        if (child.control) {
-            out.push_back(child.id);
+/// For each fresh view the index of the old one with its key, if any.
+std::vector<std::optional<std::size_t>> match(const std::vector<View>& old, const std::vector<View>& fresh) {
+    std::vector<std::optional<std::size_t>> result(fresh.size());
+    const auto agree = [](const View& a, const View& b) {
+        return a.id == b.id && a.content.index() == b.content.index();
+    };
+    if (std::ranges::equal(old, fresh, agree)) { // as a rule
+        std::ranges::copy(std::views::iota(std::size_t{0}, fresh.size()), result.begin());
+        return result;
+    }
+    std::map<Key, std::size_t> byKey;
+    for (const Key& key : keys(old)) {
+        byKey.emplace(key, byKey.size());
+    }
+    std::ranges::transform(keys(fresh), result.begin(), [&](const Key& key) {
+        const auto found = byKey.find(key);
+        return found == byKey.end() ? std::nullopt : std::optional(found->second);
+    });
+    return result;
+}
+
+void collectControls(const View& node, std::vector<ControlId>& out) {
+    for (const View& child : node.children) {
+        if (isControl(child)) {
+            out.push_back(child.shown.id);
         } else {
             collectControls(child, out);
         }
     }
 }
 
-void collectKeyControls(const ViewNode& node, std::vector<ControlId>& out) {
-    if (node.control && std::visit(TakesKeys{}, node.control->content)) {
-        out.push_back(node.id);
+void collectKeyControls(const View& node, std::vector<ControlId>& out) {
+    if (std::visit([](const auto& content) { return takesKeys<std::remove_cvref_t<decltype(content)>>; },
+                   node.content)) {
+        out.push_back(node.shown.id);
     }
-    for (const ViewNode& child : node.children) {
+    for (const View& child : node.children) {
         collectKeyControls(child, out);
     }
 }
 
-ViewNode* findIn(ViewNode& node, ControlId id) {
-    if (node.control && node.id == id) {
-        return &node;
+/// The way from `root` to the first view that `matches`, both included; empty when there is none.
+template <class V, class Matches>
+std::vector<V*> wayTo(V& root, const Matches& matches) {
+    if (matches(root)) {
+        return {&root};
     }
-    for (ViewNode& child : node.children) {
-        if (ViewNode* found = findIn(child, id)) {
-            return found;
+    for (V& child : root.children) {
+        if (auto way = wayTo(child, matches); !way.empty()) {
+            way.insert(way.begin(), &root);
+            return way;
         }
     }
-    return nullptr;
+    return {};
 }
 
-std::optional<Reconciler::Place> placeIn(const ViewNode& node, std::string_view viewId, Reconciler::Place around) {
-    if (node.key.id == viewId) {
-        around.area.x += node.frame.x;
-        around.area.y += node.frame.y;
-        around.area.width = node.frame.width;
-        around.area.height = node.frame.height;
-        return around;
+auto hasId(ControlId id) {
+    return [id](const View& view) { return isControl(view) && view.shown.id == id; };
+}
+
+using Way = std::vector<const View*>;
+
+/// Where the last view of the way lies; the window stands for a scroll view where there is none around it.
+Reconciler::Place placeAt(const Way& way) {
+    Reconciler::Place place;
+    if (way.empty()) {
+        return place;
     }
-    if (node.style.kind == LayoutStyle::Kind::scroll) {
-        around = {.scrollView = node.id, .area = {}};
-    } else if (node.control) {
-        around.area.x += node.frame.x;
-        around.area.y += node.frame.y;
-    }
-    for (const ViewNode& child : node.children) {
-        if (const auto found = placeIn(child, viewId, around)) {
-            return found;
+    for (const View* around : std::span(way).first(way.size() - 1)) {
+        if (std::holds_alternative<ScrollView>(around->content)) {
+            place = {.scrollView = around->shown.id, .room = around->shown.frame.height, .area = {}};
+        } else if (isControl(*around)) {
+            place.area.x += around->shown.frame.x;
+            place.area.y += around->shown.frame.y;
         }
     }
-    return std::nullopt;
+    const Rect& frame = way.back()->shown.frame;
+    place.area = {
+        .x = place.area.x + frame.x, .y = place.area.y + frame.y, .width = frame.width, .height = frame.height};
+    return place;
+}
+
+/// The way to the row around: to what lies directly in the innermost box.
+Way rowOf(Way way) {
+    while (way.size() > 1 && !std::holds_alternative<Box>(way[way.size() - 2]->content)) {
+        way.pop_back();
+    }
+    return way;
 }
 
 } // namespace
 
 void Reconciler::show(View view) {
-    ViewNode fresh;
-    fresh.children.push_back(makeNode(std::move(view)));
+    makeDrawable(view);
+    View fresh{.content = VStack{}};
+    fresh.children.push_back(std::move(view));
     m_structureChanged = false;
     (void)updateChildren(m_root, fresh, windowContent);
     if (m_structureChanged) {
@@ -158,67 +178,70 @@ void Reconciler::show(View view) {
     }
 }
 
-void Reconciler::create(ViewNode& node, ControlId parent) {
+void Reconciler::create(View& node, ControlId parent) {
     m_structureChanged = true;
     ControlId inner = parent;
-    if (node.control) {
-        node.id = ++m_lastId;
-        inner = node.id;
-        if (const std::string* text = editedText(node.control->content)) {
-            node.viewText = *text;
+    if (isControl(node)) {
+        node.shown.id = ++m_lastId;
+        inner = node.shown.id;
+        if (const std::string* text = editedText(node.content)) {
+            node.shown.viewText = *text;
         }
-        m_host.create(node.id, parent, *node.control);
+        m_host.create(inner, parent, node);
     }
-    for (ViewNode& child : node.children) {
+    for (View& child : node.children) {
         create(child, inner);
     }
 }
 
-void Reconciler::destroy(const ViewNode& node) {
+void Reconciler::destroy(const View& node) {
     m_structureChanged = true;
-    for (const ViewNode& child : node.children) {
+    for (const View& child : node.children) {
         destroy(child);
     }
-    if (node.control) {
-        if (m_editing == node.id) {
+    if (isControl(node)) {
+        if (m_editing == node.shown.id) {
             m_editing.reset();
         }
-        m_host.destroy(node.id);
+        m_host.destroy(node.shown.id);
     }
 }
 
-bool Reconciler::update(ViewNode& node, ViewNode& fresh, ControlId parent) {
-    bool resized = node.style != fresh.style;
-    node.style = fresh.style;
-    if (node.control) {
-        resized = updateControl(node, std::move(*fresh.control)) || resized;
-    }
-    resized = updateChildren(node, fresh, node.control ? node.id : parent) || resized;
-    if (resized) {
-        node.forgetSizes();
-    }
-    return resized;
-}
-
-bool Reconciler::updateControl(ViewNode& node, Control now) {
-    Control& before = *node.control;
-    if (std::string* text = editedText(now.content)) {
-        const bool isKept = m_editing == node.id && (m_typedIn == node.id || *text == node.viewText);
-        node.viewText = *text;
-        if (isKept) {
-            *text = *editedText(before.content);
+bool Reconciler::update(View& node, View& fresh, ControlId parent) {
+    bool resized = node.sizing != fresh.sizing || differInSize(node.content, fresh.content);
+    if (isControl(node)) {
+        parent = node.shown.id;
+        keepEditedText(node, fresh);
+        if (!looksAlike(node, fresh)) {
+            m_host.update(parent, fresh, node);
         }
     }
-    bool resized = false;
-    if (now != before) {
-        m_host.update(node.id, now, before);
-        resized = std::visit(DiffersInSize{before.content}, now.content);
+    resized = updateChildren(node, fresh, parent) || resized;
+    if (resized) {
+        node.shown.forgetSizes();
     }
-    before = std::move(now); // for its handlers, if for nothing else
+    // The content for its handlers, if for nothing else.
+    node.content = std::move(fresh.content);
+    node.sizing = fresh.sizing;
+    node.help = std::move(fresh.help);
+    node.accessibility = std::move(fresh.accessibility);
     return resized;
 }
 
-bool Reconciler::updateChildren(ViewNode& node, ViewNode& fresh, ControlId parent) {
+void Reconciler::keepEditedText(View& node, View& fresh) const {
+    std::string* text = editedText(fresh.content);
+    if (text == nullptr) {
+        return;
+    }
+    Shown& shown = node.shown;
+    const bool isKept = m_editing == shown.id && (m_typedIn == shown.id || *text == shown.viewText);
+    shown.viewText = *text;
+    if (isKept) {
+        *text = *editedText(node.content);
+    }
+}
+
+bool Reconciler::updateChildren(View& node, View& fresh, ControlId parent) {
     const auto matches = match(node.children, fresh.children);
     std::vector<bool> isKept(node.children.size());
     for (const auto& old : matches) {
@@ -232,7 +255,7 @@ bool Reconciler::updateChildren(ViewNode& node, ViewNode& fresh, ControlId paren
             destroy(node.children[j]);
         }
     }
-    std::vector<ViewNode> children;
+    std::vector<View> children;
     children.reserve(fresh.children.size());
     for (std::size_t i = 0; i < fresh.children.size(); ++i) {
         if (const auto old = matches[i]) {
@@ -250,26 +273,27 @@ bool Reconciler::updateChildren(ViewNode& node, ViewNode& fresh, ControlId paren
     return resized;
 }
 
-void Reconciler::arrange(ViewNode& container, ControlId id) {
+void Reconciler::arrange(View& container, ControlId id) {
     std::vector<ControlId> wanted;
     collectControls(container, wanted);
     // The host has the old ones that are left, then the new ones in the order in which they were created.
     const std::unordered_set<ControlId> alive(wanted.begin(), wanted.end());
-    const std::unordered_set<ControlId> old(container.order.begin(), container.order.end());
+    const std::unordered_set<ControlId> old(container.shown.order.begin(), container.shown.order.end());
     std::vector<ControlId> present;
-    std::ranges::copy_if(container.order, std::back_inserter(present), [&](ControlId c) { return alive.contains(c); });
+    std::ranges::copy_if(container.shown.order, std::back_inserter(present),
+                         [&](ControlId c) { return alive.contains(c); });
     std::ranges::copy_if(wanted, std::back_inserter(present), [&](ControlId c) { return !old.contains(c); });
     if (present != wanted) {
         m_host.arrange(id, wanted);
     }
-    container.order = std::move(wanted);
+    container.shown.order = std::move(wanted);
 
-    const auto arrangeInside = [this](auto& self, ViewNode& node) -> void {
-        for (ViewNode& child : node.children) {
-            if (!child.control) {
+    const auto arrangeInside = [this](auto& self, View& node) -> void {
+        for (View& child : node.children) {
+            if (!isControl(child)) {
                 self(self, child);
-            } else if (!child.children.empty() || !child.order.empty()) {
-                arrange(child, child.id);
+            } else if (!child.children.empty() || !child.shown.order.empty()) {
+                arrange(child, child.shown.id);
             }
         }
     };
@@ -286,68 +310,85 @@ void Reconciler::updateTabOrder() {
 }
 
 void Reconciler::layOut(Size size) {
-    for (ViewNode& node : m_root.children) {
+    const Way edited = m_editing ? wayTo(std::as_const(m_root), hasId(*m_editing)) : Way();
+    const Place field = placeAt(edited);
+    const Place row = placeAt(rowOf(edited));
+    for (View& node : m_root.children) {
         menubar::layOut(node, size, m_host);
         place(node);
     }
+    if (field.scrollView == windowContent) {
+        return;
+    }
+    // What comes or goes above moves nothing under a person's hands, and what is said below of the edit is seen.
+    if (const double moved = placeAt(edited).area.y - field.area.y; moved != 0.0) {
+        m_host.scrollBy(field.scrollView, moved);
+    }
+    const Place now = placeAt(rowOf(edited));
+    if (m_typedIn && now.area.height > row.area.height && now.area.height <= now.room) {
+        m_host.scrollToVisible(now.scrollView, now.area);
+    }
 }
 
-void Reconciler::place(ViewNode& node) {
-    if (node.control && node.placed != node.frame) {
-        m_host.place(node.id, node.frame);
-        node.placed = node.frame;
+void Reconciler::place(View& node) {
+    if (isControl(node) && node.shown.placed != node.shown.frame) {
+        m_host.place(node.shown.id, node.shown.frame);
+        node.shown.placed = node.shown.frame;
     }
-    if (node.style.kind == LayoutStyle::Kind::scroll && node.placedContent != node.contentSize) {
-        m_host.setContentSize(node.id, node.contentSize);
-        node.placedContent = node.contentSize;
+    if (std::holds_alternative<ScrollView>(node.content) && node.shown.placedContent != node.shown.contentSize) {
+        m_host.setContentSize(node.shown.id, node.shown.contentSize);
+        node.shown.placedContent = node.shown.contentSize;
     }
-    for (ViewNode& child : node.children) {
+    for (View& child : node.children) {
         place(child);
     }
 }
 
-ViewNode* Reconciler::find(ControlId id) {
-    return findIn(m_root, id);
+View* Reconciler::find(ControlId id) {
+    const auto way = wayTo(m_root, hasId(id));
+    return way.empty() ? nullptr : way.back();
 }
 
-const Control* Reconciler::control(ControlId id) const {
-    // The search does not change the tree; writing it twice for that would be worse.
-    const ViewNode* node = findIn(const_cast<ViewNode&>(m_root), id); // NOLINT(cppcoreguidelines-pro-type-const-cast)
-    return node == nullptr ? nullptr : &*node->control;
+const View* Reconciler::control(ControlId id) const {
+    const auto way = wayTo(m_root, hasId(id));
+    return way.empty() ? nullptr : way.back();
 }
 
 bool Reconciler::noteToggled(ControlId id, bool isOn) {
-    ViewNode* node = find(id);
+    View* node = find(id);
     if (node == nullptr) {
         return false;
     }
     bool* shown = nullptr;
-    if (auto* toggle = std::get_if<Toggle>(&node->control->content)) {
+    if (auto* toggle = std::get_if<Toggle>(&node->content)) {
         shown = &toggle->isOn;
-    } else if (auto* checkbox = std::get_if<Checkbox>(&node->control->content)) {
+    } else if (auto* checkbox = std::get_if<Checkbox>(&node->content)) {
         shown = &checkbox->isOn;
     }
     return shown != nullptr && std::exchange(*shown, isOn) != isOn;
 }
 
 bool Reconciler::notePicked(ControlId id, std::size_t option) {
-    ViewNode* node = find(id);
-    auto* picker = node == nullptr ? nullptr : std::get_if<Picker>(&node->control->content);
+    View* node = find(id);
+    auto* picker = node == nullptr ? nullptr : std::get_if<Picker>(&node->content);
     if (picker == nullptr || option >= picker->options.size()) {
         return false;
     }
     return std::exchange(picker->selection, option) != option;
 }
 
-bool Reconciler::noteTyped(ControlId id, const std::string& text) {
-    ViewNode* node = find(id);
-    std::string* shown = node == nullptr ? nullptr : editedText(node->control->content);
+bool Reconciler::noteTyped(ControlId id, const std::string& text, const std::string& taken) {
+    View* node = find(id);
+    std::string* shown = node == nullptr ? nullptr : editedText(node->content);
     if (shown == nullptr || *shown == text) {
         return false;
     }
     *shown = text;
     m_editing = id;
     m_typedIn = id;
+    if (taken != text) {
+        showText(*node, taken);
+    }
     return true;
 }
 
@@ -355,34 +396,41 @@ void Reconciler::endEditing(ControlId id) {
     if (m_editing == id) {
         m_editing.reset();
     }
-    if (ViewNode* node = find(id)) {
+    if (View* node = find(id)) {
         putBack(*node);
     }
 }
 
 void Reconciler::putBackEditedText() {
-    if (ViewNode* node = m_editing ? find(*m_editing) : nullptr) {
+    if (View* node = m_editing ? find(*m_editing) : nullptr) {
         putBack(*node);
     }
 }
 
-void Reconciler::putBack(ViewNode& node) {
-    std::string* shown = editedText(node.control->content);
-    if (shown == nullptr || *shown == node.viewText) {
-        return;
+void Reconciler::putBack(View& node) {
+    const std::string* shown = editedText(node.content);
+    if (shown != nullptr && *shown != node.shown.viewText) {
+        showText(node, node.shown.viewText);
     }
-    const Control before = *node.control;
-    *shown = node.viewText;
-    m_host.update(node.id, *node.control, before);
+}
+
+void Reconciler::showText(View& node, const std::string& text) {
+    const View before{.content = node.content, .help = node.help, .accessibility = node.accessibility};
+    *editedText(node.content) = text;
+    m_host.update(node.shown.id, node, before);
 }
 
 std::optional<Reconciler::Place> Reconciler::placeOf(std::string_view viewId) const {
-    const auto found = placeIn(m_root, viewId, {});
-    return found && found->scrollView != windowContent ? found : std::nullopt;
+    const Place place = placeAt(wayTo(m_root, [viewId](const View& view) { return view.id == viewId; }));
+    return place.scrollView == windowContent ? std::nullopt : std::optional(place);
 }
 
-std::string Reconciler::dump() const {
-    return m_root.children.empty() ? std::string() : dumpFrames(m_root.children.front());
+std::optional<ControlId> Reconciler::firstField(std::string_view viewId) const {
+    const auto way = wayTo(m_root, [viewId](const View& view) { return view.id == viewId; });
+    const auto field = way.empty() ? way : wayTo(*way.back(), [](const View& view) {
+        return std::holds_alternative<TextField>(view.content) || std::holds_alternative<TextEditor>(view.content);
+    });
+    return field.empty() ? std::nullopt : std::optional(field.back()->shown.id);
 }
 
 } // namespace menubar

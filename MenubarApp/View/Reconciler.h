@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MenubarApp/View/View.h"
 #include "MenubarApp/View/ViewHost.h"
-#include "MenubarApp/View/ViewNode.h"
 
 #include <optional>
 #include <string>
@@ -25,17 +25,20 @@ public:
     /// Creates, updates, arranges and destroys controls. New ones have no frame until `layOut`.
     void show(View view);
 
-    /// Places the controls within `size`.
+    /// Places the controls within `size`. The control that is being edited stays where it is on the screen, as far as
+    /// its scroll view can scroll; when a keystroke has made its row (what lies directly in a Box around it) grow, all
+    /// of that is shown.
     void layOut(Size size);
 
     /// The control as the host shows it; null when it is gone.
-    [[nodiscard]] const Control* control(ControlId id) const;
+    [[nodiscard]] const View* control(ControlId id) const;
 
     /// The host's control already shows this, by a person's hand. False when the control is gone or shows it anyway.
     [[nodiscard]] bool noteToggled(ControlId id, bool isOn);
     [[nodiscard]] bool notePicked(ControlId id, std::size_t option);
     /// The text of the next view shown is then what this keystroke brought about, until `settle`.
-    [[nodiscard]] bool noteTyped(ControlId id, const std::string& text);
+    /// `taken` is what is made of the text, and shown from now on.
+    [[nodiscard]] bool noteTyped(ControlId id, const std::string& text, const std::string& taken);
 
     void settle() { m_typedIn.reset(); }
 
@@ -45,35 +48,43 @@ public:
     /// The control's text is the view's again.
     void endEditing(ControlId id);
 
+    /// The control whose text is the person's.
+    [[nodiscard]] std::optional<ControlId> editing() const { return m_editing; }
+
     /// Shows the view's text in the control that is being edited, which stays the person's.
     void putBackEditedText();
 
     /// Where the view with this identity lies inside the nearest scroll view around it, as of the last layout.
     struct Place {
         ControlId scrollView = windowContent;
+        double room = 0.0; ///< the scroll view's height
         Rect area;
     };
 
     [[nodiscard]] std::optional<Place> placeOf(std::string_view viewId) const;
 
-    /// The tree as laid out, for tests and debugging.
-    [[nodiscard]] std::string dump() const;
+    /// The first TextField or TextEditor in the view with this identity.
+    [[nodiscard]] std::optional<ControlId> firstField(std::string_view viewId) const;
+
+    /// The window's one view as laid out. Only once something was shown.
+    [[nodiscard]] const View& view() const { return m_root.children.front(); }
 
 private:
-    void create(ViewNode& node, ControlId parent);
-    void destroy(const ViewNode& node);
+    void create(View& node, ControlId parent);
+    void destroy(const View& node);
     /// Whether the node needs another size than before.
-    [[nodiscard]] bool update(ViewNode& node, ViewNode& fresh, ControlId parent);
-    [[nodiscard]] bool updateControl(ViewNode& node, Control now);
-    [[nodiscard]] bool updateChildren(ViewNode& node, ViewNode& fresh, ControlId parent);
-    void arrange(ViewNode& container, ControlId id);
+    [[nodiscard]] bool update(View& node, View& fresh, ControlId parent);
+    void keepEditedText(View& node, View& fresh) const;
+    [[nodiscard]] bool updateChildren(View& node, View& fresh, ControlId parent);
+    void arrange(View& container, ControlId id);
     void updateTabOrder();
-    void place(ViewNode& node);
-    void putBack(ViewNode& node);
-    [[nodiscard]] ViewNode* find(ControlId id);
+    void place(View& node);
+    void putBack(View& node);
+    void showText(View& node, const std::string& text);
+    [[nodiscard]] View* find(ControlId id);
 
     ViewHost& m_host;
-    ViewNode m_root; ///< holds the window's one view
+    View m_root{.content = VStack{}}; ///< holds the window's one view
     ControlId m_lastId = windowContent;
     bool m_structureChanged = false;
     std::vector<ControlId> m_tabOrder;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/View/ViewNode.h"
+#include "MenubarApp/View/Shown.h"
 
 #include <cstddef>
 #include <span>

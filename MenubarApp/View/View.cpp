@@ -2,6 +2,16 @@
 
 namespace menubar {
 
+namespace {
+
+constexpr Insets formPadding = Insets::all(20.0);
+constexpr double formSpacing = 20.0;
+constexpr Insets boxPadding = Insets::symmetric(10.0, 12.0);
+constexpr double titleSpacing = 8.0;
+constexpr double labelSpacing = 6.0;
+
+} // namespace
+
 View View::withId(std::string text) && {
     id = std::move(text);
     return std::move(*this);
@@ -45,6 +55,47 @@ View View::withHelp(std::string text) && {
 View View::withAccessibility(std::string label, std::string description) && {
     accessibility = {.label = std::move(label), .description = std::move(description)};
     return std::move(*this);
+}
+
+bool isControl(const View& view) {
+    return !std::holds_alternative<VStack>(view.content) && !std::holds_alternative<HStack>(view.content) &&
+           !std::holds_alternative<Spacer>(view.content);
+}
+
+bool looksAlike(const View& left, const View& right) {
+    return left.content == right.content && left.help == right.help && left.accessibility == right.accessibility;
+}
+
+View label(Symbol symbol, Text text) {
+    return view(HStack{.spacing = labelSpacing, .alignment = VerticalAlignment::firstBaseline}, view(std::move(symbol)),
+                view(std::move(text)));
+}
+
+View progressView(const std::string& title) {
+    return view(VStack{.spacing = titleSpacing, .alignment = HorizontalAlignment::center},
+                view(Spinner{}).withAccessibility(title), view(Text{.text = title}));
+}
+
+View section(std::string title, std::vector<View> rows) {
+    View result = view(VStack{.spacing = titleSpacing}).fillingWidth();
+    if (!title.empty()) {
+        result.children.push_back(view(Text{.text = std::move(title), .font = Font::headline}));
+    }
+    if (!rows.empty()) { // a box around nothing is only a smudge
+        View box = view(Box{}).fillingWidth().withPadding(boxPadding);
+        for (View& row : rows) {
+            if (!box.children.empty()) {
+                box.children.push_back(view(Divider{}));
+            }
+            box.children.push_back(std::move(row));
+        }
+        result.children.push_back(std::move(box));
+    }
+    return result;
+}
+
+View form(std::vector<View> sections) {
+    return viewOf(ScrollView{.spacing = formSpacing}, std::move(sections)).withPadding(formPadding);
 }
 
 } // namespace menubar

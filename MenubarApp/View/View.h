@@ -2,6 +2,7 @@
 
 #include "MenubarApp/View/Controls.h"
 #include "MenubarApp/View/Geometry.h"
+#include "MenubarApp/View/Shown.h"
 
 #include <optional>
 #include <string>
@@ -10,67 +11,6 @@
 #include <vector>
 
 namespace menubar {
-
-/// A user interface as a value: a tree of what to show, written afresh from the model whenever the model changes. It
-/// holds no state and no native object; ViewPresenter keeps the native controls that match it.
-
-enum class HorizontalAlignment { leading, center, trailing };
-enum class VerticalAlignment { top, center, bottom, firstBaseline };
-
-/// Views below each other.
-struct VStack {
-    double spacing = 8.0;
-    HorizontalAlignment alignment = HorizontalAlignment::leading;
-
-    bool operator==(const VStack&) const = default;
-};
-
-/// Views beside each other. What is too wide gives way: first what can grow, then texts, the longest first.
-struct HStack {
-    double spacing = 8.0;
-    VerticalAlignment alignment = VerticalAlignment::center;
-
-    bool operator==(const HStack&) const = default;
-};
-
-/// Takes the room that nothing else in its stack wants.
-struct Spacer {
-    double minLength = 0.0;
-
-    bool operator==(const Spacer&) const = default;
-};
-
-/// A scrolling column of sections that fills its room.
-struct Form {
-    bool operator==(const Form&) const = default;
-};
-
-/// Rows on a common background with hairlines between them, below a title (none when empty).
-struct Section {
-    std::string title{};
-
-    bool operator==(const Section&) const = default;
-};
-
-/// A symbol and a text beside it, aligned at the first line.
-struct Label {
-    std::string symbol{};
-    std::string symbolDescription{};
-    std::string text{};
-    Font font = Font::body;
-    TextColor color = TextColor::primary;
-    TextColor symbolColor = TextColor::primary;
-    bool selectable = false;
-
-    bool operator==(const Label&) const = default;
-};
-
-/// A spinning wheel above a text.
-struct ProgressView {
-    std::string title{};
-
-    bool operator==(const ProgressView&) const = default;
-};
 
 /// How much room a view takes where its kind leaves that open.
 struct Sizing {
@@ -86,20 +26,23 @@ struct Sizing {
     bool operator==(const Sizing&) const = default;
 };
 
+/// A user interface as a value: a tree of what to show, written afresh from the model whenever the model changes.
+/// Reconciler keeps the native controls that match it, and notes in the tree what is on the screen.
 struct View {
-    using Content = std::variant<VStack, HStack, Spacer, Form, Section, Label, ProgressView, ScrollView, Text, Symbol,
-                                 Divider, Button, Toggle, Checkbox, TextField, TextEditor, Stepper, Picker>;
+    using Content = std::variant<VStack, HStack, Spacer, ScrollView, Box, Text, Symbol, Divider, Button, Toggle,
+                                 Checkbox, TextField, TextEditor, Stepper, Picker, Spinner>;
 
     Content content;
-    std::vector<View> children{}; ///< of stacks, ScrollView, Form and Section; empty for all others
+    std::vector<View> children{}; ///< of stacks, ScrollView and Box; empty for all others
     /// Tells a view from its siblings across changes, so that its native control lives on. Siblings of one kind with
     /// the same identity (none, as a rule) are told apart by their order.
     std::string id{};
     Sizing sizing{};
-    std::string help{};            ///< of a control; a Label's belongs to its text
-    Accessibility accessibility{}; ///< of a control; a Label's belongs to its text
+    std::string help{};            ///< of a control: shown while the pointer rests on it; none when empty
+    Accessibility accessibility{}; ///< of a control
+    Shown shown{};                 ///< for those who show it
 
-    /// Handlers do not count.
+    /// Neither handlers nor what is on the screen count.
     bool operator==(const View&) const = default;
 
     [[nodiscard]] View withId(std::string text) &&;
@@ -127,10 +70,24 @@ template <class... Views>
     return {.content = std::move(content), .children = std::move(children)};
 }
 
-/// A stable text of the tree, one line a view and two blanks a level: kind, texts, what differs from the default.
-[[nodiscard]] std::string dump(const View& view);
+/// Whether a host shows it as a native control; stacks and spacers only place others.
+[[nodiscard]] bool isControl(const View& view);
 
-/// The same line for one control, without a line feed.
-[[nodiscard]] std::string dump(const Control& control);
+/// Whether a host shows both in the same way, wherever they lie and whatever is in them.
+[[nodiscard]] bool looksAlike(const View& left, const View& right);
+
+// What is composed of these
+
+/// A symbol and a text beside it, aligned at the first line.
+[[nodiscard]] View label(Symbol symbol, Text text);
+
+/// A spinning wheel above a text.
+[[nodiscard]] View progressView(const std::string& title);
+
+/// Rows on a common background with hairlines between them, below a title (none when empty).
+[[nodiscard]] View section(std::string title, std::vector<View> rows);
+
+/// A scrolling column of sections that fills its room.
+[[nodiscard]] View form(std::vector<View> sections);
 
 } // namespace menubar

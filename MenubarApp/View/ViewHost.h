@@ -1,30 +1,13 @@
 #pragma once
 
-#include "MenubarApp/View/Controls.h"
-#include "MenubarApp/View/Geometry.h"
+#include "MenubarApp/View/View.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 
 namespace menubar {
-
-/// Names one native control while it lives; never used again afterwards.
-using ControlId = std::uint64_t;
-
-/// Holds the controls that lie directly in the window.
-inline constexpr ControlId windowContent = 0;
-
-/// How large a control wants to be.
-struct Measured {
-    double width = 0.0;
-    double height = 0.0;
-    double baseline = 0.0; ///< of its first line, from its top
-
-    bool operator==(const Measured&) const = default;
-};
 
 /// Says how large controls want to be.
 class Measurer {
@@ -38,7 +21,7 @@ public:
     /// own line feeds break it) and cut at its line limit. For all others their natural size, whatever `width` (of a
     /// TextField only height and baseline count, of a TextEditor only the baseline). Never asked of a ScrollView, a Box
     /// or a Divider.
-    [[nodiscard]] virtual Measured measure(ControlId id, const Control& control, double width) = 0;
+    [[nodiscard]] virtual Measured measure(ControlId id, const View& control, double width) = 0;
 };
 
 /// What happens in a window, told by its host. Main thread. Events for a control that is gone are ignored, and so is
@@ -74,7 +57,8 @@ public:
     virtual void editingEnded(ControlId id) = 0;
 };
 
-/// The native controls of one window. It does as it is told and decides nothing. Main thread.
+/// The native controls of one window. It does as it is told and decides nothing. Of the views that it is given only
+/// content, help and accessibility are its concern. Main thread.
 class ViewHost : public Measurer {
 public:
     /// Events go to `events`, for as long as it lives.
@@ -82,11 +66,11 @@ public:
 
     /// Makes a control inside `parent` (a ScrollView, a Box or the window), after all that are there. It has no frame
     /// yet.
-    virtual void create(ControlId id, ControlId parent, const Control& control) = 0;
+    virtual void create(ControlId id, ControlId parent, const View& control) = 0;
 
     /// `now` replaces `before`; both have the same alternative as content. Only what differs is touched. A differing
     /// text of a TextField or TextEditor replaces what it shows, also while it is being edited.
-    virtual void update(ControlId id, const Control& now, const Control& before) = 0;
+    virtual void update(ControlId id, const View& now, const View& before) = 0;
 
     /// `frame` lies in the coordinates of the parent's content.
     virtual void place(ControlId id, const Rect& frame) = 0;
@@ -106,6 +90,13 @@ public:
     /// Ends what an input method is composing and reports text that was not reported yet (`textChanged`), before it
     /// returns. The insertion point stays where it is.
     virtual void commitEditing() = 0;
+
+    /// Puts the insertion point into a TextField or TextEditor. What that ends and begins is reported, as when a person
+    /// does it, before this returns.
+    virtual void focus(ControlId id) = 0;
+
+    /// Scrolls by so much, downwards when it is positive, as far as there is content.
+    virtual void scrollBy(ControlId scrollView, double length) = 0;
 
     /// Scrolls as little as needed to show `area` of the content of `scrollView`.
     virtual void scrollToVisible(ControlId scrollView, const Rect& area) = 0;

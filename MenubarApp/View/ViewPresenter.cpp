@@ -4,6 +4,20 @@
 
 namespace menubar {
 
+namespace {
+
+/// Each line break as one blank.
+std::string inOneLine(std::string text) {
+    for (const std::string_view lineBreak : {"\r\n", "\n", "\r", "\u2028", "\u2029"}) {
+        for (std::size_t at = 0; (at = text.find(lineBreak, at)) != std::string::npos; ++at) {
+            text.replace(at, lineBreak.size(), " ");
+        }
+    }
+    return text;
+}
+
+} // namespace
+
 std::shared_ptr<ViewPresenter> ViewPresenter::create(ViewHost& host, Body body, Later later) {
     // The constructor is private, which rules out make_shared.
     const std::shared_ptr<ViewPresenter> presenter(new ViewPresenter(host, std::move(body), std::move(later)));
@@ -50,7 +64,7 @@ const Content* ViewPresenter::enabled(ControlId id) const {
     if (m_isClosed || m_isRendering) {
         return nullptr;
     }
-    const Control* control = m_reconciler.control(id);
+    const View* control = m_reconciler.control(id);
     const Content* content = control == nullptr ? nullptr : std::get_if<Content>(&control->content);
     return content != nullptr && content->enabled ? content : nullptr;
 }
@@ -125,24 +139,29 @@ void ViewPresenter::editingBegan(ControlId id) {
 void ViewPresenter::textChanged(ControlId id, const std::string& text) {
     const auto self = shared_from_this();
     Handler<const std::string&> handler;
+    std::string taken = text;
     if (const auto* field = enabled<TextField>(id)) {
         handler = field->onEdit;
+        taken = inOneLine(text);
     } else if (const auto* editor = enabled<TextEditor>(id)) {
         handler = editor->onEdit;
     } else {
         return;
     }
-    if (m_reconciler.noteTyped(id, text)) {
-        handler(text);
+    if (m_reconciler.noteTyped(id, text, taken)) {
+        handler(taken);
         render();
         m_reconciler.settle();
     }
 }
 
 void ViewPresenter::editingEnded(ControlId id) {
-    if (!m_isClosed && !m_isRendering) {
-        m_reconciler.endEditing(id);
+    if (m_isClosed || m_isRendering) {
+        return;
     }
+    const auto self = shared_from_this();
+    m_reconciler.endEditing(id);
+    tellEnd(id);
 }
 
 void ViewPresenter::commitEditing() {
@@ -151,8 +170,25 @@ void ViewPresenter::commitEditing() {
     }
     const auto self = shared_from_this();
     m_host.commitEditing();
-    if (!m_isClosed) {
+    if (const auto editing = m_reconciler.editing(); editing && !m_isClosed) {
         m_reconciler.putBackEditedText();
+        tellEnd(*editing);
+    }
+}
+
+void ViewPresenter::tellEnd(ControlId id) {
+    if (const auto* field = enabled<TextField>(id)) {
+        const auto handler = field->onEnd;
+        handler();
+        setNeedsRender(); // not at once: a toolkit moves the focus in the middle of a press
+    }
+}
+
+void ViewPresenter::focus(std::string_view viewId) {
+    (void)scrollToVisible(viewId); // the window itself needs no scrolling
+    const auto field = m_reconciler.firstField(viewId);
+    if (field && !m_isClosed && !m_isRendering) {
+        m_host.focus(*field);
     }
 }
 

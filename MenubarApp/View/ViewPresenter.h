@@ -17,6 +17,7 @@ namespace menubar {
 ///
 /// - A control that a person changed goes back to what the view says if the model did not take the change.
 /// - A text that is being edited is the person's until editing ends (see Reconciler); then it is the view's.
+/// - A line break that gets into a field of one line becomes a blank.
 /// - Before a button acts, pending text is committed: what an input method composes is reported, and a text that the
 ///   model did not take is put back.
 ///
@@ -53,18 +54,18 @@ public:
     /// Takes pending text over now, as before a button acts.
     void commitEditing();
 
+    /// Writes the view again, then puts the insertion point into the first text field or editor of what has this
+    /// identity, and shows it. Nothing happens where there is none.
+    void focus(std::string_view viewId);
+
     /// Writes the view again, then scrolls to what has this identity. False when there is none in a scroll view.
     bool scrollToVisible(std::string_view viewId);
-
-    // State for the shell
-
-    /// The tree as laid out, for tests and debugging.
-    [[nodiscard]] std::string dump() const { return m_reconciler.dump(); }
 
 private:
     ViewPresenter(ViewHost& host, Body body, Later later);
 
     void render();
+    void tellEnd(ControlId id);
     /// The content of the control as the view has it now, if it is one of these and answers events; null otherwise.
     template <class Content>
     [[nodiscard]] const Content* enabled(ControlId id) const;

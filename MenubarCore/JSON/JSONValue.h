@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarCore/JSON/DecodingError.h"
+#include "MenubarCore/Text/CaseOf.h"
 
 #include <cstddef>
 #include <expected>
@@ -41,7 +42,7 @@ public:
 
     using Array = std::vector<JSONValue>;
     using Object = std::map<std::string, JSONValue, std::less<>>;
-    /// The payload, one alternative for each case, in the order of `Case`.
+    /// The payload, one alternative for each case.
     using Storage = std::variant<bool, double, std::string, Array, Object, Null>;
 
     enum class Case { bool_, number, string, array, object, null };
@@ -85,7 +86,11 @@ public:
         }
     }
 
-    [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
+    [[nodiscard]] Case kind() const {
+        return caseOf(m_storage, Named<bool, Case::bool_>{}, Named<double, Case::number>{},
+                      Named<std::string, Case::string>{}, Named<Array, Case::array>{}, Named<Object, Case::object>{},
+                      Named<Null, Case::null>{});
+    }
 
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 

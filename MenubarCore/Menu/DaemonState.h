@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarCore/Status/StatusSnapshot.h"
+#include "MenubarCore/Text/CaseOf.h"
 #include "MenubarCore/Text/Date.h"
 #include "MenubarCore/Text/TimeZone.h"
 
@@ -62,7 +63,11 @@ public:
     [[nodiscard]] static DaemonState from(const StatusSnapshot& snapshot, Date now);
     [[nodiscard]] static DaemonState from(const StatusFile& file, Date now);
 
-    [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
+    [[nodiscard]] Case kind() const {
+        return caseOf(m_storage, Named<Running, Case::running>{}, Named<Stale, Case::stale>{},
+                      Named<Stopped, Case::stopped>{}, Named<Unreadable, Case::unreadable>{},
+                      Named<Missing, Case::missing>{});
+    }
 
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 

@@ -25,7 +25,8 @@ struct SaveError {
     bool operator==(const SaveError&) const = default;
 };
 
-/// The effects of a save. They may block; a save calls them one after the other on its own thread.
+/// The effects of a save; those on the real file come from `SaveFiles::environment(runValidate)`. They may block; a
+/// save calls them one after the other on its own thread.
 struct SaveEnvironment {
     using Result = std::expected<void, SaveError>;
 
@@ -75,8 +76,6 @@ public:
 
     using Storage = std::variant<InvalidLocally, Rejected, CommandFailed, WriteFailed, Saved>;
 
-    enum class Case { invalidLocally, rejected, commandFailed, writeFailed, saved };
-
     SaveOutcome(InvalidLocally outcome) : m_storage(std::move(outcome)) {}
 
     SaveOutcome(Rejected outcome) : m_storage(std::move(outcome)) {}
@@ -87,7 +86,12 @@ public:
 
     SaveOutcome(Saved outcome) : m_storage(outcome) {}
 
-    [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
+    [[nodiscard]] bool isSaved() const { return std::holds_alternative<Saved>(m_storage); }
+
+    /// Null unless the daemon refused the file.
+    [[nodiscard]] const Rejected* rejected() const& { return std::get_if<Rejected>(&m_storage); }
+
+    const Rejected* rejected() && = delete;
 
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 

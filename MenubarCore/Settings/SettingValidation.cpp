@@ -1,5 +1,6 @@
 #include "MenubarCore/Settings/SettingValidation.h"
 
+#include "MenubarCore/Text/Join.h"
 #include "MenubarCore/Text/Regex.h"
 
 #include <algorithm>
@@ -13,14 +14,6 @@ namespace {
 
 using Kind = SettingControl::Kind;
 using Message = std::optional<std::string>;
-
-std::string allowedValues(const SettingSpec& spec) {
-    std::string text;
-    for (const std::string& value : spec.values) {
-        text += (text.empty() ? "" : ", ") + value;
-    }
-    return text;
-}
 
 Message checkNumber(const SettingSpec& spec, double value) {
     if (spec.integer && value != std::trunc(value)) {
@@ -68,7 +61,7 @@ Message checkItems(const SettingSpec& spec, const SettingValue::List& items, Pat
 }
 
 std::string unknownValue(const SettingSpec& spec, const std::string& value) {
-    return "Unknown value " + value + " (allowed: " + allowedValues(spec) + ")";
+    return "Unknown value " + value + " (allowed: " + joined(spec.values, ", ") + ")";
 }
 
 Message checkChoice(const SettingSpec& spec, const std::string& text) {
@@ -99,7 +92,8 @@ std::string wrongKindError(const SettingSpec& spec) {
     case Kind::duration: return "Must be a duration";
     case Kind::text: return "Must be text";
     case Kind::list: return "Must be a list";
-    case Kind::enumeration: return (spec.multiple ? "Must be a list of: " : "Must be one of: ") + allowedValues(spec);
+    case Kind::enumeration:
+        return (spec.multiple ? "Must be a list of: " : "Must be one of: ") + joined(spec.values, ", ");
     case Kind::path: return "Must be a path";
     case Kind::unknown: return "";
     }

@@ -1,18 +1,12 @@
 #include "MenubarCore/Settings/SettingValue.h"
 
+#include "MenubarCore/Text/Digits.h"
+
 #include <algorithm>
 
 namespace menubar {
 
 namespace {
-
-/// Takes the leading decimal digits off `text`.
-std::string_view takeDigits(std::string_view& text) {
-    const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
-    const std::string_view digits = text.substr(0, count);
-    text.remove_prefix(count);
-    return digits;
-}
 
 /// Takes one of `characters` off the front of `text`; 0 when there is none of them.
 char take(std::string_view characters, std::string_view& text) {
@@ -97,18 +91,22 @@ std::optional<SettingValue> SettingValue::from(const JSONValue& json, const Sett
 }
 
 JSONValue SettingValue::json(const SettingSpec& spec) const {
-    switch (kind()) {
-    case Case::bool_: return *bool_();
-    case Case::number: return *number();
-    case Case::list: return JSONValue::Array(list()->begin(), list()->end());
-    case Case::text: break;
-    }
-    if (!spec.control.isKnown()) {
-        if (auto decoded = JSONValue::decode(*text())) {
-            return *std::move(decoded);
+    struct ToJSON {
+        const SettingSpec& spec;
+
+        JSONValue operator()(bool value) const { return value; }
+
+        JSONValue operator()(double value) const { return value; }
+
+        JSONValue operator()(const List& value) const { return JSONValue::Array(value.begin(), value.end()); }
+
+        JSONValue operator()(const std::string& value) const {
+            auto decoded = spec.control.isKnown() ? JSONValue(value) : JSONValue::decode(value);
+            return decoded ? *std::move(decoded) : JSONValue(value);
         }
-    }
-    return *text();
+    };
+
+    return std::visit(ToJSON{spec}, m_storage);
 }
 
 std::optional<SettingValue::List> SettingValue::strings(const JSONValue& json) {
@@ -139,13 +137,7 @@ std::optional<double> SettingValue::number() const {
 }
 
 bool SettingValue::isEmpty() const {
-    switch (kind()) {
-    case Case::bool_:
-    case Case::number: return false;
-    case Case::text: return text()->empty();
-    case Case::list: return list()->empty();
-    }
-    return false;
+    return (text() != nullptr && text()->empty()) || (list() != nullptr && list()->empty());
 }
 
 } // namespace menubar

@@ -16,10 +16,8 @@ namespace menubar {
 class SettingValue {
 public:
     using List = std::vector<std::string>;
-    /// The payload, one alternative for each case, in the order of `Case`.
+    /// The payload, one alternative for each case.
     using Storage = std::variant<bool, double, std::string, List>;
-
-    enum class Case { bool_, number, text, list };
 
     /// The empty text.
     SettingValue() : m_storage(std::string()) {}
@@ -47,8 +45,6 @@ public:
 
     /// The elements of an array that holds nothing but strings.
     [[nodiscard]] static std::optional<List> strings(const JSONValue& json);
-
-    [[nodiscard]] Case kind() const { return static_cast<Case>(m_storage.index()); }
 
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 

@@ -11,6 +11,18 @@
 
 namespace menubar {
 
+namespace {
+
+/// What an edit changes, as it was; not what was loaded or saved since.
+void putBack(SettingField& field, const SettingField& before) {
+    field.value = before.value;
+    field.isSet = before.isSet;
+    field.error = before.error;
+    field.unreadableFileValue = before.unreadableFileValue;
+}
+
+} // namespace
+
 std::string_view describe(SettingsFormError error) {
     switch (error) {
     case SettingsFormError::notAnObject: return "The config file must hold one JSON object";
@@ -81,15 +93,49 @@ std::vector<const SettingField*> SettingsForm::fields(const SettingsGroup& group
     return result;
 }
 
+void SettingsForm::store(SettingField& field, SettingValue value) {
+    field.unreadableFileValue.reset();
+    field.value = std::move(value);
+    field.isSet = !field.value.isEmpty();
+    field.error = field.isSet ? validate(field.spec, field.value) : std::nullopt;
+}
+
 void SettingsForm::set(std::string_view name, SettingValue value) {
+    if (SettingField* const field = mutableField(name)) {
+        m_typing.erase(field->name());
+        store(*field, std::move(value));
+    }
+}
+
+void SettingsForm::typeNumber(std::string_view name, std::string_view text) {
     SettingField* const field = mutableField(name);
     if (field == nullptr) {
         return;
     }
-    field->unreadableFileValue.reset();
-    field->value = std::move(value);
-    field->isSet = !field->value.isEmpty();
-    field->error = field->isSet ? validate(field->spec, field->value) : std::nullopt;
+    Typing& typing = m_typing.try_emplace(field->name(), Typing{.before = *field}).first->second;
+    auto number = SettingValue::from(JSONValue(text), field->spec);
+    typing.isNumber = number.has_value();
+    if (number) {
+        store(*field, *std::move(number));
+    } else {
+        putBack(*field, typing.before);
+        field->error = wrongKindError(field->spec);
+    }
+}
+
+bool SettingsForm::endTyping(std::string_view name) {
+    const auto found = m_typing.find(name);
+    if (found == m_typing.end()) {
+        return false;
+    }
+    const Typing typing = std::move(found->second);
+    m_typing.erase(found);
+    SettingField* const field = mutableField(name);
+    if (typing.isNumber || field == nullptr) {
+        return false;
+    }
+    putBack(*field, typing.before);
+    return true;
 }
 
 void SettingsForm::setEditableText(std::string_view name, std::string_view text) {
@@ -112,6 +158,7 @@ void SettingsForm::reset(std::string_view name) {
     if (field == nullptr) {
         return;
     }
+    m_typing.erase(field->name());
     field->unreadableFileValue.reset();
     field->value = SettingField::defaultValue(field->spec);
     field->isSet = false;
@@ -121,7 +168,14 @@ void SettingsForm::reset(std::string_view name) {
 void SettingsForm::applySources(const std::map<std::string, ConfigSource>& sources) {
     for (SettingField& field : m_fields) {
         const auto source = sources.find(field.name());
-        field.isLockedByFlag = source != sources.end() && source->second == ConfigSource::cli;
+        const bool isLocked = source != sources.end() && source->second == ConfigSource::cli;
+        if (isLocked && !field.isLockedByFlag) {
+            endTyping(field.name());
+            if (!field.unreadableFileValue) {
+                field.error = field.isSet ? validate(field.spec, field.value) : std::nullopt;
+            }
+        }
+        field.isLockedByFlag = isLocked;
     }
 }
 
@@ -165,6 +219,10 @@ bool SettingsForm::isValid() const {
 
 bool SettingsForm::isDirty() const {
     return std::ranges::any_of(m_fields, &SettingField::isDirty);
+}
+
+bool SettingsForm::isEdited() const {
+    return isDirty() || std::ranges::any_of(m_typing, [](const auto& entry) { return !entry.second.isNumber; });
 }
 
 std::vector<std::string> SettingsForm::unknownKeys() const {

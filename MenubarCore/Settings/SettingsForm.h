@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <expected>
+#include <functional>
 #include <map>
 #include <optional>
 #include <span>
@@ -74,10 +75,18 @@ public:
     /// Stores what was typed into a text box: behind the required prefix, where there is one and the text is not blank.
     void setEditableText(std::string_view name, std::string_view text);
 
+    /// Stores what was typed into the text box of a number. While it is no number the field has an error and the value
+    /// from before the typing began.
+    void typeNumber(std::string_view name, std::string_view text);
+
+    /// The typing in that text box is over: text that is no number is given up, its error too. Whether there was any.
+    bool endTyping(std::string_view name);
+
     /// Back to the default: the key is left out of the file.
     void reset(std::string_view name);
 
-    /// Marks the fields whose source is a command-line flag, and only those.
+    /// Marks the fields whose source is a command-line flag, and only those. A field that becomes locked keeps no error
+    /// but the schema's own, for nobody can edit it.
     void applySources(const std::map<std::string, ConfigSource>& sources);
 
     /// Attaches messages to the fields they name; the others keep theirs.
@@ -97,6 +106,9 @@ public:
     [[nodiscard]] bool isValid() const;
     [[nodiscard]] bool isDirty() const;
 
+    /// Whether a person would lose something: the form is dirty, or a text that is no number is being typed.
+    [[nodiscard]] bool isEdited() const;
+
     /// The keys that neither the schema nor an editor explains, ascending.
     [[nodiscard]] std::vector<std::string> unknownKeys() const;
 
@@ -112,10 +124,18 @@ public:
 private:
     [[nodiscard]] std::span<const std::size_t> positions(std::string_view name) const;
     [[nodiscard]] SettingField* mutableField(std::string_view name);
+    static void store(SettingField& field, SettingValue value);
+
+    /// A number whose text box is being typed into.
+    struct Typing {
+        SettingField before;
+        bool isNumber = true; ///< of the text at present
+    };
 
     SettingsSchema m_schema;
     std::vector<SettingField> m_fields;
     JSONValue::Object m_passthrough;
+    std::map<std::string, Typing, std::less<>> m_typing;
     std::vector<std::size_t> m_byName; ///< positions of the fields, ordered by name, then by position
 };
 

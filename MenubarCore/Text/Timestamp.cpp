@@ -1,14 +1,12 @@
 #include "MenubarCore/Text/Timestamp.h"
 
+#include "MenubarCore/Text/Digits.h"
+
 #include <cstddef>
 
 namespace menubar {
 
 namespace {
-
-constexpr bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 /// Takes a text apart from its start. A failed step leaves the scanner failed, so that only the end needs asking.
 class Scanner {

@@ -37,7 +37,8 @@ protected:
                 .label = "Words",
                 .description = m_error,
                 .ids = m_ids,
-                .onChange = [this](Items items) { m_items = std::move(items); }};
+                .onChange = [this](Items items) { m_items = std::move(items); },
+                .focus = [this](const std::string& viewId) { m_presenter->focus(viewId); }};
     }
 
     [[nodiscard]] ControlId item(int position) const {
@@ -84,6 +85,14 @@ TEST_F(ListControlTest, addAppendsAnEmptyItem) {
     EXPECT_EQ(m_host.find("Text \"Empty\""), windowContent);
     m_host.press("Add");
     EXPECT_THAT(m_items, ElementsAre("", ""));
+}
+
+TEST_F(ListControlTest, addPutsTheInsertionPointIntoTheNewItem) {
+    show({"a", "b"});
+    m_host.press("Add");
+    EXPECT_EQ(m_host.focused, item(3));
+    m_host.press("Add");
+    EXPECT_EQ(m_host.focused, item(4));
 }
 
 TEST_F(ListControlTest, typingReplacesThatItem) {

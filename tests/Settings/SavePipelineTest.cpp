@@ -108,7 +108,7 @@ TEST(SavePipeline, aFormWithErrorsTouchesNothing) {
 TEST(SavePipeline, aFileValueThatWasNotUnderstoodStopsASaveUntilItIsEditedOrReset) {
     SettingsForm read = form({spec(Kind::number, "b")}, R"({"b":[]})");
     RecordingEnvironment disk;
-    EXPECT_EQ(disk.save(read).kind(), SaveOutcome::Case::invalidLocally);
+    EXPECT_TRUE(std::holds_alternative<SaveOutcome::InvalidLocally>(disk.save(read).storage()));
     EXPECT_EQ(disk.steps, Steps{});
     read.reset("b");
     EXPECT_EQ(disk.save(read), SaveOutcome::Saved{});

@@ -70,7 +70,9 @@ protected:
                                         ++m_edits;
                                         change(*m_form);
                                     },
-                                .choosePath = [this](const SettingSpec& spec) { m_chosen.push_back(spec.name); }};
+                                .endTyping = [this](const std::string& name) { m_form->endTyping(name); },
+                                .choosePath = [this](const SettingSpec& spec) { m_chosen.push_back(spec.name); },
+                                .focus = [this](const std::string& viewId) { m_presenter->focus(viewId); }};
     std::shared_ptr<ListItemIds> m_ids = std::make_shared<ListItemIds>();
     RecordingViewHost m_host;
     LaterQueue m_later;
@@ -142,8 +144,10 @@ TEST_F(SettingRowTest, aLockedFieldShowsTheNoteInsteadOfAControlAndNoReset) {
         "    Text \"A\"\n"
         "    Text \"set by a flag\" caption secondary #source\n"
         "    Spacer\n"
-        "  Label \"Set by a command-line flag in the launch agent; reinstall the daemon to manage it here.\" lock "
-        "described=\"Locked\" caption secondary symbol=secondary #control\n");
+        "  HStack spacing=6 baseline #control\n"
+        "    Symbol lock described=\"Locked\" caption secondary\n"
+        "    Text \"Set by a command-line flag in the launch agent; reinstall the daemon to manage it here.\" caption "
+        "secondary\n");
 }
 
 TEST_F(SettingRowTest, theRunningDaemonsValueStandsBelowTheControl) {
@@ -154,17 +158,18 @@ TEST_F(SettingRowTest, theRunningDaemonsValueStandsBelowTheControl) {
 
 TEST_F(SettingRowTest, anErrorStandsBelowInRedAndDescribesTheControl) {
     use({.name = "a", .control = Kind::number, .max = 3}, R"({"a":5})");
-    EXPECT_EQ(control(),
-              "HStack spacing=8 #control\n"
-              "  TextField \"5\" width=140 label=\"A\" description=\"Must be at most 3\"\n"
-              "  Stepper 5 max=3 label=\"A\" description=\"Must be at most 3\"\n"
-              "Label \"Must be at most 3\" xmark.octagon described=\"Error\" caption red symbol=red #error\n");
+    EXPECT_EQ(control(), "HStack spacing=8 #control\n"
+                         "  TextField \"5\" width=140 label=\"A\" description=\"Must be at most 3\"\n"
+                         "  Stepper 5 max=3 label=\"A\" description=\"Must be at most 3\"\n"
+                         "HStack spacing=6 baseline #error\n"
+                         "  Symbol xmark.octagon described=\"Error\" caption red\n"
+                         "  Text \"Must be at most 3\" caption red\n");
 }
 
 TEST_F(SettingRowTest, anUnreadableFileValueIsAnErrorAboutTheDefault) {
     use({.name = "a", .control = Kind::list}, R"({"a":[1,2]})");
     EXPECT_THAT(control(), HasSubstr("Text \"Empty\" caption secondary\n"));
-    EXPECT_THAT(control(), HasSubstr("Label \"The file holds [1,2], which is not a list of strings\" xmark.octagon"));
+    EXPECT_THAT(control(), HasSubstr("Text \"The file holds [1,2], which is not a list of strings\" caption red"));
     EXPECT_THAT(titleLine(), HasSubstr("Reset to default"));
 }
 
@@ -207,17 +212,38 @@ TEST_F(SettingRowTest, textThatIsANumberGoesIntoTheFormWithEachKeystroke) {
     }
 }
 
-TEST_F(SettingRowTest, textThatIsNoNumberYetLeavesTheFormAloneAndIsPutBack) {
+TEST_F(SettingRowTest, textThatIsNoNumberYetIsAnErrorAndIsPutBack) {
     show({.name = "a", .control = Kind::number}, R"({"a":30})");
     const ControlId input = m_host.find("TextField");
     for (const std::string typed : {"", "-", "3x", "1,000", "inf", "nan", "0x10", "1e", "."}) {
         m_host.type(input, typed);
-        EXPECT_EQ(m_edits, 0) << typed;
         EXPECT_EQ(value(), SettingValue(30)) << typed;
         EXPECT_EQ(m_host.text(input), typed);
+        EXPECT_NE(m_host.find("Text \"Must be a number\" caption red"), windowContent) << typed;
         m_host.blur();
+        m_later.run();
         EXPECT_EQ(m_host.text(input), "30");
+        EXPECT_EQ(m_host.find("Text \"Must be a number\""), windowContent) << typed;
     }
+}
+
+TEST_F(SettingRowTest, aNumberThatIsOnlyTheBeginningOfTheTextIsNotTaken) {
+    show({.name = "a", .control = Kind::number}, R"({"a":30})");
+    const ControlId input = m_host.find("TextField");
+    for (const char* typed : {"1", "1,", "1,5"}) {
+        m_host.type(input, typed);
+    }
+    EXPECT_EQ(value(), SettingValue(30));
+    m_host.blur();
+    EXPECT_EQ(m_host.text(input), "30");
+}
+
+TEST_F(SettingRowTest, leavingANumberThatWasNotTouchedChangesNothing) {
+    show({.name = "a", .control = Kind::number}, R"({"a":30})");
+    m_host.focus(m_host.find("TextField"));
+    m_host.blur();
+    EXPECT_EQ(m_edits, 0);
+    EXPECT_TRUE(m_form->isValid());
 }
 
 TEST_F(SettingRowTest, aNumberThatBreaksARuleIsTakenAndFlagged) {

@@ -360,6 +360,7 @@ TEST(SettingsForm, anEnumerationHoldsOneOfItsValues) {
     EXPECT_EQ(message(choice({"a", "b"}), "B"), "Unknown value B (allowed: a, b)");
     EXPECT_EQ(message(choice({"a", "b"}), List{"a"}), "Must be one of: a, b");
     EXPECT_EQ(message(choice({}), "a"), "Unknown value a (allowed: )");
+    EXPECT_EQ(message(choice({"", "a"}), "b"), "Unknown value b (allowed: , a)");
 }
 
 TEST(SettingsForm, anEnumerationOfManyHoldsEachValueOnce) {
@@ -393,6 +394,56 @@ TEST(SettingsForm, anEditStoresTheValueAndChecksIt) {
     EXPECT_EQ(field(edited).source, ValueSource::default_) << "the source is that of the last load or save";
     edited.set("a", 50);
     EXPECT_EQ(field(edited).error, "Must be between 1 and 10");
+    EXPECT_EQ(edited.errors(), (std::map<std::string, std::string>{{"a", "Must be between 1 and 10"}}));
+}
+
+TEST(SettingsForm, typedTextThatIsNoNumberIsAnErrorAboutTheValueFromBefore) {
+    SettingsForm edited = form({number(0, 100)}, R"({"a":7})");
+    edited.typeNumber("a", "1");
+    EXPECT_EQ(field(edited).value, SettingValue(1));
+    for (const char* typed : {"1,", "1,5", "", "-", "1e", "0x1"}) {
+        edited.typeNumber("a", typed);
+        EXPECT_EQ(field(edited).value, SettingValue(7)) << typed;
+        EXPECT_EQ(field(edited).error, "Must be a number") << typed;
+        EXPECT_FALSE(field(edited).isDirty()) << typed;
+        EXPECT_TRUE(edited.isEdited()) << typed;
+    }
+    edited.typeNumber("a", "1.5");
+    EXPECT_EQ(field(edited).value, SettingValue(1.5));
+    EXPECT_TRUE(edited.isValid());
+    EXPECT_FALSE(edited.endTyping("a"));
+    EXPECT_EQ(field(edited).value, SettingValue(1.5));
+}
+
+TEST(SettingsForm, typingThatEndsWithoutANumberLeavesAllAsItWas) {
+    SettingsForm edited = form({number(1, 10)}, R"({"a":[1]})");
+    const SettingsForm before = edited;
+    edited.typeNumber("a", "2");
+    edited.typeNumber("a", "2,");
+    EXPECT_TRUE(edited.endTyping("a"));
+    EXPECT_EQ(edited, before) << "what the file holds and what is wrong with it included";
+    EXPECT_FALSE(edited.isEdited());
+    EXPECT_FALSE(edited.endTyping("a")) << "it has ended";
+}
+
+TEST(SettingsForm, anotherEditOfTheFieldEndsItsTyping) {
+    SettingsForm edited = form({number(1, 10)}, R"({"a":7})");
+    edited.typeNumber("a", "x");
+    edited.set("a", 8);
+    EXPECT_FALSE(edited.endTyping("a"));
+    EXPECT_EQ(field(edited).value, SettingValue(8));
+    edited.typeNumber("a", "x");
+    edited.reset("a");
+    EXPECT_FALSE(edited.endTyping("a"));
+    EXPECT_EQ(field(edited).error, std::nullopt);
+    EXPECT_FALSE(field(edited).isSet);
+}
+
+TEST(SettingsForm, aFieldThatBecomesLockedKeepsNoErrorButTheSchemasOwn) {
+    SettingsForm edited = form({number(1, 10), spec(Kind::text, "b"), spec(Kind::number, "c")}, R"({"a":50,"b":"x"})");
+    edited.applyErrors({{"b", "the daemon says no"}});
+    edited.typeNumber("c", "x");
+    edited.applySources({{"a", ConfigSource::cli}, {"b", ConfigSource::cli}, {"c", ConfigSource::cli}});
     EXPECT_EQ(edited.errors(), (std::map<std::string, std::string>{{"a", "Must be between 1 and 10"}}));
 }
 

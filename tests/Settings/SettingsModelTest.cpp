@@ -432,7 +432,7 @@ TEST(SettingsModel, aFormWithErrorsIsNotSaved) {
     SettingsHarness harness;
     harness.load();
     harness.set("number", 50);
-    EXPECT_EQ(harness.save().kind(), SaveOutcome::Case::invalidLocally);
+    EXPECT_TRUE(std::holds_alternative<SaveOutcome::InvalidLocally>(harness.save().storage()));
     EXPECT_EQ(harness.saveFailure(), "Fix the highlighted fields first.");
     EXPECT_THAT(harness.log, ElementsAre("settings not saved: local validation failed "
                                          "[\"number\": \"Must be between 1 and 10\"]"));
@@ -446,7 +446,7 @@ TEST(SettingsModel, aRejectionIsShownAtItsFields) {
     harness.validation.stdout_ = R"({"ok":false,"errors":[{"message":"m1","options":["words"]},
         {"message":"m2","options":["number"]},{"message":"g"}]})";
     harness.set("number", 5);
-    EXPECT_EQ(harness.save().kind(), SaveOutcome::Case::rejected);
+    EXPECT_TRUE(std::holds_alternative<SaveOutcome::Rejected>(harness.save().storage()));
     EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number, words.");
     EXPECT_EQ(harness.field("number").error, "m2");
     EXPECT_EQ(harness.field("words").error, "m1");
@@ -604,6 +604,24 @@ TEST(SettingsModel, aSaveThatEndsAfterAReloadLeavesTheNewFormAsItIs) {
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{});
 }
 
+TEST(SettingsModel, whatTheDaemonSaysOfALockedFieldKeepsNoSaveOff) {
+    SettingsHarness harness;
+    harness.load();
+    const StatusFile status{.configSources = {{{"words", ConfigSource::cli}, {"text", ConfigSource::cli}}}};
+    harness.model->update(&status, running);
+    harness.validation.stdout_ = R"({"ok":false,"errors":[{"message":"both","options":["words","text"]},
+        {"message":"m","options":["number"]}]})";
+    harness.set("number", 5);
+    const SaveOutcome outcome = harness.save();
+    ASSERT_NE(outcome.rejected(), nullptr);
+    EXPECT_THAT(outcome.rejected()->general, ElementsAre("both"));
+    EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number.");
+    EXPECT_THAT(harness.model->generalErrors(), ElementsAre("both"));
+    EXPECT_EQ(harness.field("words").error, std::nullopt);
+    harness.set("number", 6);
+    EXPECT_TRUE(harness.model->canSave());
+}
+
 // Changes by others
 
 TEST(SettingsModel, aFileThatWasChangedSinceItWasLoadedIsNotOverwritten) {
@@ -612,7 +630,7 @@ TEST(SettingsModel, aFileThatWasChangedSinceItWasLoadedIsNotOverwritten) {
     harness.load();
     harness.set("number", 5);
     harness.writeConfig(R"({"text":"theirs"})");
-    EXPECT_EQ(harness.save().kind(), SaveOutcome::Case::writeFailed);
+    EXPECT_TRUE(std::holds_alternative<SaveOutcome::WriteFailed>(harness.save().storage()));
     EXPECT_EQ(harness.saveFailure(),
               "Could not write " + harness.configPath() +
                   ": the file was changed by another program after it was loaded, so it was left as it is");
@@ -620,7 +638,7 @@ TEST(SettingsModel, aFileThatWasChangedSinceItWasLoadedIsNotOverwritten) {
     EXPECT_EQ(harness.config(), R"({"text":"theirs"})");
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
     EXPECT_TRUE(harness.model->canSave());
-    EXPECT_EQ(harness.save().kind(), SaveOutcome::Case::writeFailed) << "again and again";
+    EXPECT_TRUE(std::holds_alternative<SaveOutcome::WriteFailed>(harness.save().storage())) << "again and again";
 }
 
 TEST(SettingsModel, aReloadThatKeepsEditsBringsBothTogether) {
@@ -652,12 +670,27 @@ TEST(SettingsModel, aReloadThatFailsKeepsTheEditsUntilOneSucceeds) {
     harness.mainLoop.drain();
     EXPECT_NE(harness.loadFailure(), "");
     harness.writeConfig("{}");
-    harness.model->load();
+    harness.model->tryAgain();
     harness.mainLoop.drain();
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
     harness.model->load();
     harness.mainLoop.drain();
     EXPECT_FALSE(harness.field("number").isSet) << "a plain load drops them";
+}
+
+TEST(SettingsModel, aPlainLoadAfterAReloadThatFailedBringsNoEditsBack) {
+    SettingsHarness harness;
+    harness.writeConfig("{}");
+    harness.load();
+    harness.set("number", 5);
+    harness.writeConfig("{");
+    harness.model->reloadKeepingEdits();
+    harness.mainLoop.drain();
+    harness.writeConfig("{}");
+    harness.model->load();
+    harness.mainLoop.drain();
+    EXPECT_TRUE(harness.isLoaded());
+    EXPECT_FALSE(harness.field("number").isSet);
 }
 
 TEST(SettingsModel, aPlainLoadTakesTheirFileAndDropsTheEdits) {

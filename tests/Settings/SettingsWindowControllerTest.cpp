@@ -308,15 +308,6 @@ TEST_F(SettingsWindowControllerTest, rejectedThenFixedIsSaved) {
     EXPECT_EQ(m_desk.config(), "{\n  \"number\" : 6\n}\n");
 }
 
-TEST_F(SettingsWindowControllerTest, whatIsHalfTypedIsPutBackBeforeASave) {
-    m_desk.open();
-    m_desk.type("Text", "hello");
-    m_desk.type("Number", "5x");
-    m_desk.press("Save");
-    EXPECT_EQ(m_desk.config(), "{\n  \"text\" : \"hello\"\n}\n");
-    EXPECT_EQ(m_desk.host().text(m_desk.input("Number")), "1");
-}
-
 TEST_F(SettingsWindowControllerTest, whatIsComposedGoesIntoASave) {
     m_desk.open();
     m_desk.type("Number", "5");
@@ -389,6 +380,58 @@ TEST_F(SettingsWindowControllerTest, aSaveOverAChangedFileOffersBothWaysOut) {
 }
 
 // Saving on open
+
+TEST_F(SettingsWindowControllerTest, editsThatWereCancelledDoNotComeBack) {
+    m_desk.writeConfig("{}");
+    m_desk.open();
+    m_desk.type("Number", "5");
+    m_desk.writeConfig("{");
+    m_desk.poll();
+    EXPECT_TRUE(m_desk.press("Keep my edits"));
+    EXPECT_TRUE(m_desk.shows("The config file could not be read"));
+    EXPECT_TRUE(m_desk.press("Cancel"));
+    m_desk.writeConfig("{}");
+    m_desk.open();
+    EXPECT_EQ(m_desk.host().text(m_desk.input("Number")), "1");
+    EXPECT_FALSE(m_desk.shows("edited"));
+}
+
+TEST_F(SettingsWindowControllerTest, editsComeBackWhenTheReloadIsTriedAgain) {
+    m_desk.writeConfig("{}");
+    m_desk.open();
+    m_desk.type("Number", "5");
+    m_desk.writeConfig("{");
+    m_desk.poll();
+    EXPECT_TRUE(m_desk.press("Keep my edits"));
+    m_desk.writeConfig("{}");
+    EXPECT_TRUE(m_desk.press("Try again"));
+    EXPECT_EQ(m_desk.host().text(m_desk.input("Number")), "5");
+}
+
+TEST_F(SettingsWindowControllerTest, aTextThatIsNoNumberKeepsSaveOffUntilTheFieldIsLeft) {
+    m_desk.writeConfig(R"({"number":7})");
+    m_desk.open();
+    m_desk.type("Text", "x");
+    m_desk.type("Number", "1,5");
+    EXPECT_TRUE(m_desk.shows("Must be a number"));
+    EXPECT_FALSE(m_desk.press("Save"));
+    m_desk.host().focus(m_desk.input("Text"));
+    m_desk.mainLoop.drain();
+    EXPECT_EQ(m_desk.host().text(m_desk.input("Number")), "7");
+    EXPECT_FALSE(m_desk.shows("Must be a number"));
+    EXPECT_TRUE(m_desk.press("Save"));
+    EXPECT_EQ(m_desk.config(), "{\n  \"number\" : 7,\n  \"text\" : \"x\"\n}\n");
+}
+
+TEST_F(SettingsWindowControllerTest, leavingAnUntouchedNumberLeavesTheSavedMark) {
+    m_desk.open();
+    m_desk.type("Number", "5");
+    EXPECT_TRUE(m_desk.press("Save"));
+    EXPECT_TRUE(m_desk.shows("Saved at"));
+    m_desk.host().blur();
+    m_desk.mainLoop.drain();
+    EXPECT_TRUE(m_desk.shows("Saved at"));
+}
 
 TEST_F(SettingsWindowControllerTest, savingOnOpenSetsOneSettingAndSavesWithoutAsking) {
     m_desk.installDaemon();

@@ -14,11 +14,10 @@ namespace {
 
 using recording::TypewriterMeasurer;
 
-ViewNode laidOut(View view, Size size) {
+View laidOut(View view, Size size) {
     TypewriterMeasurer measurer;
-    ViewNode node = makeNode(std::move(view));
-    layOut(node, size, measurer);
-    return node;
+    layOut(view, size, measurer);
+    return view;
 }
 
 std::string frames(View view, Size size) {
@@ -28,7 +27,7 @@ std::string frames(View view, Size size) {
 /// "x,y widthxheight" of each child of the root.
 std::vector<std::string> childFrames(View view, Size size) {
     std::vector<std::string> result;
-    for (const ViewNode& child : laidOut(std::move(view), size).children) {
+    for (const View& child : laidOut(std::move(view), size).children) {
         const std::string line = dumpFrames(child);
         const std::size_t end = line.find('\n');
         const std::size_t start = line.rfind('(', end);
@@ -201,7 +200,7 @@ View footer() {
 }
 
 TEST(Layout, aFormFillsWhatTheFixedFooterLeaves) {
-    const auto window = [] { return view(VStack{.spacing = 0}, view(Form{}, textOf(1)), view(Divider{}), footer()); };
+    const auto window = [] { return view(VStack{.spacing = 0}, form({textOf(1)}), view(Divider{}), footer()); };
     EXPECT_EQ(frames(window(), {520, 420}), "VStack (0,0 520x420)\n"
                                             "  ScrollView spacing=20 (0,0 520x371) content=520x371\n"
                                             "    Text \"x\" (20,20 7x16)\n"
@@ -217,14 +216,14 @@ TEST(Layout, aFormScrollsWhatDoesNotFit) {
     for (int i = 0; i < 50; ++i) {
         rows.push_back(textOf(1));
     }
-    const ViewNode node = laidOut(viewOf(Form{}, std::move(rows)), {300, 200});
-    EXPECT_EQ(node.frame, (Rect{0, 0, 300, 200}));
-    EXPECT_EQ(node.contentSize, (Size{300, 20 + (50 * 16) + (49 * 20) + 20}));
-    EXPECT_EQ(node.children.back().frame.y, 20 + (49 * 36));
+    const View node = laidOut(form(std::move(rows)), {300, 200});
+    EXPECT_EQ(node.shown.frame, (Rect{0, 0, 300, 200}));
+    EXPECT_EQ(node.shown.contentSize, (Size{300, 20 + (50 * 16) + (49 * 20) + 20}));
+    EXPECT_EQ(node.children.back().shown.frame.y, 20 + (49 * 36));
 }
 
 TEST(Layout, aFooterTooHighPushesTheFormToNothingAndOverflowsBelow) {
-    EXPECT_EQ(childFrames(view(VStack{.spacing = 0}, view(Form{}, textOf(1)), textOf(1).withHeight(500)), {100, 400}),
+    EXPECT_EQ(childFrames(view(VStack{.spacing = 0}, form({textOf(1)}), textOf(1).withHeight(500)), {100, 400}),
               (Frames{"0,0 100x0", "0,0 7x500"}));
 }
 
@@ -234,13 +233,13 @@ TEST(Layout, aScrollViewWithAMostHeightIsAsHighAsItsContentUpToIt) {
         for (std::size_t i = 0; i < count; ++i) {
             lines.push_back(textOf(1));
         }
-        return view(VStack{.spacing = 0}, view(Form{}),
+        return view(VStack{.spacing = 0}, form({}),
                     viewOf(ScrollView{.spacing = 0}, std::move(lines)).withMaxHeight(64));
     };
     EXPECT_EQ(childFrames(errors(3), {100, 300}), (Frames{"0,0 100x252", "0,252 100x48"}));
     EXPECT_EQ(childFrames(errors(4), {100, 300}), (Frames{"0,0 100x236", "0,236 100x64"}));
     EXPECT_EQ(childFrames(errors(5), {100, 300}), (Frames{"0,0 100x236", "0,236 100x64"}));
-    EXPECT_EQ(laidOut(errors(5), {100, 300}).children[1].contentSize, (Size{100, 80}));
+    EXPECT_EQ(laidOut(errors(5), {100, 300}).children[1].shown.contentSize, (Size{100, 80}));
 }
 
 TEST(Layout, whatIsCentredInAScrollViewStaysThereUntilItIsTooHigh) {
@@ -252,7 +251,7 @@ TEST(Layout, whatIsCentredInAScrollViewStaysThereUntilItIsTooHigh) {
 }
 
 TEST(Layout, theRowsOfASectionLieInTheCoordinatesOfTheirBox) {
-    EXPECT_EQ(frames(view(Form{}, view(Section{.title = "Cache"}, textOf(1), textOf(2))), {300, 150}),
+    EXPECT_EQ(frames(form({section("Cache", {textOf(1), textOf(2)})}), {300, 150}),
               "ScrollView spacing=20 (0,0 300x150) content=300x150\n"
               "  VStack (20,20 260x99)\n"
               "    Text \"Cache\" headline (20,20 40x18)\n"
@@ -265,15 +264,14 @@ TEST(Layout, theRowsOfASectionLieInTheCoordinatesOfTheirBox) {
 // Rounding, extremes
 
 TEST(Layout, framesAreWholePointsInAWindowOfAnySize) {
-    const ViewNode node =
-        laidOut(view(VStack{.alignment = HorizontalAlignment::center},
-                     view(HStack{}, view(TextField{}), view(TextField{}), view(TextField{})), textOf(3)),
-                {333.4, 100.7});
-    const auto check = [](const auto& self, const ViewNode& n) -> void {
-        for (const double length : {n.frame.x, n.frame.y, n.frame.width, n.frame.height}) {
+    const View node = laidOut(view(VStack{.alignment = HorizontalAlignment::center},
+                                   view(HStack{}, view(TextField{}), view(TextField{}), view(TextField{})), textOf(3)),
+                              {333.4, 100.7});
+    const auto check = [](const auto& self, const View& n) -> void {
+        for (const double length : {n.shown.frame.x, n.shown.frame.y, n.shown.frame.width, n.shown.frame.height}) {
             EXPECT_EQ(length, static_cast<double>(static_cast<int>(length)));
         }
-        for (const ViewNode& child : n.children) {
+        for (const View& child : n.children) {
             self(self, child);
         }
     };
@@ -281,16 +279,14 @@ TEST(Layout, framesAreWholePointsInAWindowOfAnySize) {
 }
 
 TEST(Layout, aWindowWithoutRoomGivesNoNegativeLengthsToControls) {
-    const auto check = [](const auto& self, const ViewNode& n) -> void {
-        EXPECT_GE(n.frame.width, 0.0);
-        EXPECT_GE(n.frame.height, 0.0);
-        for (const ViewNode& child : n.children) {
+    const auto check = [](const auto& self, const View& n) -> void {
+        EXPECT_GE(n.shown.frame.width, 0.0);
+        EXPECT_GE(n.shown.frame.height, 0.0);
+        for (const View& child : n.children) {
             self(self, child);
         }
     };
-    check(check,
-          laidOut(view(VStack{}, view(Form{}, view(Section{.title = "A"}, view(TextField{}), textOf(50))), footer()),
-                  {0, 0}));
+    check(check, laidOut(view(VStack{}, form({section("A", {view(TextField{}), textOf(50)})}), footer()), {0, 0}));
 }
 
 TEST(Layout, anEmptyTextIsOneLineHigh) {
@@ -306,7 +302,7 @@ TEST(Layout, anEmptyRowTakesNoRoom) {
 
 TEST(Layout, asksForNothingTwice) {
     TypewriterMeasurer measurer;
-    ViewNode node = makeNode(view(VStack{}, textOf(3), textOf(100), view(Button{.title = "Save"})));
+    View node = view(VStack{}, textOf(3), textOf(100), view(Button{.title = "Save"}));
     layOut(node, {300, 300}, measurer);
     EXPECT_EQ(measurer.measurements, 4); // the long text twice: its natural width, then wrapped
     layOut(node, {300, 300}, measurer);
@@ -315,7 +311,7 @@ TEST(Layout, asksForNothingTwice) {
 
 TEST(Layout, asksOnlyAboutWrappingTextsWhenTheWidthChanges) {
     TypewriterMeasurer measurer;
-    ViewNode node = makeNode(view(VStack{}, textOf(3), textOf(100), textOf(200), view(TextField{})));
+    View node = view(VStack{}, textOf(3), textOf(100), textOf(200), view(TextField{}));
     layOut(node, {300, 300}, measurer);
     measurer.measurements = 0;
     layOut(node, {301, 300}, measurer);
@@ -330,8 +326,7 @@ TEST(Layout, asksAFewTimesForEachNodeHoweverDeepItLies) {
         deep = depth % 2 == 0 ? view(HStack{}, std::move(deep)) : view(VStack{}, std::move(deep));
     }
     TypewriterMeasurer measurer;
-    ViewNode node = makeNode(std::move(deep));
-    layOut(node, {300, 300}, measurer);
+    layOut(deep, {300, 300}, measurer);
     EXPECT_EQ(measurer.measurements, 2);
 }
 

@@ -67,8 +67,8 @@ private:
         case 0:
             return viewOf(HStack{.alignment = oneIn(2) ? VerticalAlignment::firstBaseline : VerticalAlignment::top},
                           std::move(children));
-        case 1: return viewOf(Form{}, std::move(children));
-        case 2: return viewOf(Section{.title = oneIn(2) ? "" : word()}, std::move(children));
+        case 1: return form(std::move(children));
+        case 2: return section(oneIn(2) ? "" : word(), std::move(children));
         case 3: return viewOf(ScrollView{}, std::move(children)).withMaxHeight(80);
         default:
             return viewOf(VStack{.alignment = oneIn(2) ? HorizontalAlignment::center : HorizontalAlignment::leading},
@@ -80,7 +80,7 @@ private:
         switch (below(13)) {
         case 0: return view(Spacer{});
         case 1: return view(Text{.text = word(), .font = oneIn(2) ? Font::caption : Font::body});
-        case 2: return view(Label{.symbol = "lock", .text = word()});
+        case 2: return label({.name = "lock"}, {.text = word()});
         case 3: return view(Button{.title = word(), .enabled = oneIn(2)});
         case 4: return view(Toggle{.isOn = oneIn(2)});
         case 5: return view(Checkbox{.title = word(), .isOn = oneIn(2)});
@@ -88,7 +88,7 @@ private:
         case 7: return view(TextEditor{.text = word()});
         case 8: return view(Stepper{.value = static_cast<double>(below(5))});
         case 9: return view(Picker{.options = {word(), word()}, .selection = below(2)});
-        case 10: return view(ProgressView{.title = word()});
+        case 10: return progressView(word());
         case 11: return view(Symbol{.name = word()});
         default: return view(Divider{});
         }
@@ -124,7 +124,7 @@ TEST(ReconcilerProperty, anyViewAfterAnyOtherLooksAsIfItWereTheFirst) {
             fresh.layOut(size);
 
             ASSERT_EQ(screen(host), screen(freshHost)) << "seed " << seed << ", step " << step << "\n" << dump(shown);
-            ASSERT_EQ(reconciler.dump(), fresh.dump()) << "seed " << seed << ", step " << step;
+            ASSERT_EQ(dumpFrames(reconciler.view()), dumpFrames(fresh.view())) << "seed " << seed << ", step " << step;
             ASSERT_THAT(host.faults, ::testing::IsEmpty()) << "seed " << seed << ", step " << step;
             host.log.clear();
             reconciler.show(shown);
@@ -141,10 +141,12 @@ TEST(ReconcilerProperty, noFrameIsLostOrNegativeInAnyWindow) {
         Reconciler reconciler(host);
         reconciler.show(views.tree());
         reconciler.layOut({0, 0});
-        EXPECT_THAT(reconciler.dump(), ::testing::Not(::testing::ContainsRegex("x-[0-9]|[( ][0-9]+,[0-9]+ -")))
+        EXPECT_THAT(dumpFrames(reconciler.view()),
+                    ::testing::Not(::testing::ContainsRegex("x-[0-9]|[( ][0-9]+,[0-9]+ -")))
             << "seed " << seed;
         reconciler.layOut({3000, 3000});
-        EXPECT_THAT(reconciler.dump(), ::testing::Not(::testing::ContainsRegex("x-[0-9]|[( ][0-9]+,[0-9]+ -")))
+        EXPECT_THAT(dumpFrames(reconciler.view()),
+                    ::testing::Not(::testing::ContainsRegex("x-[0-9]|[( ][0-9]+,[0-9]+ -")))
             << "seed " << seed;
     }
 }

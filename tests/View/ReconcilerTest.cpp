@@ -42,7 +42,7 @@ protected:
 };
 
 TEST_F(ReconcilerTest, createsControlsInOrderAndPlacesThem) {
-    EXPECT_THAT(callsFor(view(VStack{}, text("a"), view(Form{}, view(Section{}, view(TextField{.text = "b"}))))),
+    EXPECT_THAT(callsFor(view(VStack{}, text("a"), form({section("", {view(TextField{.text = "b"})})}))),
                 ElementsAre("create 1 in 0: Text \"a\"", "create 2 in 0: ScrollView spacing=20", "create 3 in 2: Box",
                             "create 4 in 3: TextField \"b\"", "tab order", "place 1 (0,0 7x16)",
                             "place 2 (0,24 200x176)", "content 2 (0,0 200x176)", "place 3 (20,20 160x42)",
@@ -54,7 +54,7 @@ TEST_F(ReconcilerTest, createsControlsInOrderAndPlacesThem) {
 }
 
 TEST_F(ReconcilerTest, doesNothingWhenNothingChanged) {
-    const View shown = view(VStack{}, text("a"), view(Form{}, view(Section{}, view(TextField{.text = "b"}))),
+    const View shown = view(VStack{}, text("a"), form({section("", {view(TextField{.text = "b"})})}),
                             view(Button{.title = "Save", .onPress = [] {}}));
     show(shown);
     m_host.typewriter.measurements = 0;
@@ -94,8 +94,8 @@ TEST_F(ReconcilerTest, measuresAgainOnlyWhatMayHaveAnotherSize) {
 }
 
 TEST_F(ReconcilerTest, changesOfSizeReachEverythingAroundThem) {
-    show(view(VStack{.spacing = 0}, view(Section{}, text("a")), text("below")));
-    EXPECT_THAT(callsFor(view(VStack{.spacing = 0}, view(Section{}, text(std::string(30, 'x'))), text("below"))),
+    show(view(VStack{.spacing = 0}, section("", {text("a")}), text("below")));
+    EXPECT_THAT(callsFor(view(VStack{.spacing = 0}, section("", {text(std::string(30, 'x'))}), text("below"))),
                 ElementsAre("update 2: Text \"" + std::string(30, 'x') + "\"", "place 1 (0,0 200x52)",
                             "place 2 (12,10 176x32)", "place 3 (0,52 35x16)"));
 }
@@ -108,9 +108,19 @@ TEST_F(ReconcilerTest, createsAndDestroysWhatComesAndGoes) {
 }
 
 TEST_F(ReconcilerTest, destroysWhatIsInsideFirst) {
-    show(view(VStack{}, view(Form{}, view(Section{}, text("a")))));
+    show(view(VStack{}, form({section("", {text("a")})})));
     EXPECT_THAT(callsFor(view(VStack{})), ElementsAre("destroy 3", "destroy 2", "destroy 1"));
     EXPECT_EQ(m_host.dump(), "");
+}
+
+TEST_F(ReconcilerTest, tellsSiblingsApartByIdentityKindAndOrder) {
+    show(
+        view(VStack{}, text("1").withId("a"), text("2"), text("3").withId("a"), view(Toggle{}).withId("a"), text("5")));
+    // The second of identity "a" and the second without one are still those, wherever they are now.
+    EXPECT_THAT(callsFor(view(VStack{}, view(Toggle{}).withId("a"), text("2"), text("5x"), text("1").withId("a"),
+                              text("3x").withId("a"))),
+                ::testing::IsSupersetOf({"update 5: Text \"5x\"", "update 3: Text \"3x\""}));
+    EXPECT_EQ(m_host.outline(), "Toggle off\nText \"2\"\nText \"5x\"\nText \"1\"\nText \"3x\"\n");
 }
 
 TEST_F(ReconcilerTest, aControlOfAnotherKindIsAnotherControl) {
@@ -120,8 +130,8 @@ TEST_F(ReconcilerTest, aControlOfAnotherKindIsAnotherControl) {
 }
 
 TEST_F(ReconcilerTest, aWholeViewOfAnotherKindReplacesAllControls) {
-    show(view(ProgressView{.title = "Loading"}));
-    show(view(Form{}, text("a")));
+    show(progressView("Loading"));
+    show(form({text("a")}));
     EXPECT_EQ(m_host.outline(), "ScrollView spacing=20\n  Text \"a\"\n");
 }
 
@@ -161,19 +171,19 @@ TEST_F(ReconcilerTest, equalIdentitiesAreToldApartByTheirOrder) {
 }
 
 TEST_F(ReconcilerTest, whatMovesBetweenContainersIsMadeAnew) {
-    show(view(VStack{}, view(Section{}, view(TextField{}).withId("a"))));
-    show(view(VStack{}, view(TextField{}).withId("a"), view(Section{}, text("b"))));
+    show(view(VStack{}, section("", {view(TextField{}).withId("a")})));
+    show(view(VStack{}, view(TextField{}).withId("a"), section("", {text("b")})));
     EXPECT_EQ(m_host.outline(), "TextField \"\"\nBox\n  Text \"b\"\n");
 }
 
 TEST_F(ReconcilerTest, theTabOrderFollowsTheRowsAndHoldsOnlyWhatTakesKeys) {
-    show(view(VStack{}, text("a"), view(Form{}, view(Section{}, view(TextField{}), view(Toggle{}), view(Stepper{}))),
+    show(view(VStack{}, text("a"), form({section("", {view(TextField{}), view(Toggle{}), view(Stepper{})})}),
               view(HStack{}, view(Spacer{}), view(Picker{}), view(Checkbox{}), view(TextEditor{}), view(Button{})),
               view(Symbol{}), view(Divider{})));
     std::vector<std::string> kinds;
     for (const ControlId id : m_host.tabOrder) {
         const std::string line = dump(m_host.control(id));
-        kinds.push_back(line.substr(0, line.find(' ')));
+        kinds.push_back(line.substr(0, line.find_first_of(" \n")));
     }
     EXPECT_THAT(kinds, ElementsAre("TextField", "Toggle", "Stepper", "Picker", "Checkbox", "TextEditor", "Button"));
 }
@@ -193,8 +203,7 @@ TEST_F(ReconcilerTest, anotherWindowSizePlacesOnlyWhatMoves) {
 
 TEST_F(ReconcilerTest, knowsWhereAViewLiesInItsScrollView) {
     show(view(VStack{.spacing = 0}, text("above"),
-              view(Form{}, view(Section{.title = "A"}, text("a")),
-                   view(Section{.title = "B"}, text("b"), view(VStack{}, text("c")).withId("row")))));
+              form({section("A", {text("a")}), section("B", {text("b"), view(VStack{}, text("c")).withId("row")})})));
     const auto place = m_reconciler.placeOf("row");
     ASSERT_TRUE(place.has_value());
     EXPECT_EQ(place->scrollView, m_host.find("ScrollView"));
@@ -216,7 +225,7 @@ View field(const std::string& characters) {
 TEST_F(ReconcilerTest, aTextThatTheModelDidNotTakeStaysWhileItIsEdited) {
     show(field("30"));
     m_host.type(1, "30x");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x", "30x"));
     show(field("30"));
     m_reconciler.settle();
     EXPECT_THAT(callsFor(field("30")), IsEmpty());
@@ -228,11 +237,11 @@ TEST_F(ReconcilerTest, aTextThatTheModelDidNotTakeStaysWhileItIsEdited) {
 TEST_F(ReconcilerTest, whatAKeystrokeBroughtAboutDoesNotReplaceIt) {
     show(field("4"));
     m_host.type(1, "4.0");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "4.0"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "4.0", "4.0"));
     show(field("4"));
     m_reconciler.settle();
     m_host.type(1, "4.50");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "4.50"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "4.50", "4.50"));
     show(field("4.5"));
     m_reconciler.settle();
     EXPECT_THAT(callsFor(field("4.5")), IsEmpty());
@@ -244,7 +253,7 @@ TEST_F(ReconcilerTest, whatAKeystrokeBroughtAboutDoesNotReplaceIt) {
 TEST_F(ReconcilerTest, anotherChangeOfTheModelReplacesTheTextEvenWhileItIsEdited) {
     show(field("30"));
     m_host.type(1, "30x");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x", "30x"));
     show(field("30"));
     m_reconciler.settle();
     EXPECT_THAT(callsFor(field("31")), ElementsAre("update 1: TextField \"31\""));
@@ -260,7 +269,7 @@ TEST_F(ReconcilerTest, theTextIsTheViewsAgainOnceEditingEnds) {
 TEST_F(ReconcilerTest, otherPropertiesChangeWhileTheTextStays) {
     show(field("30"));
     m_host.type(1, "30x");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x", "30x"));
     m_reconciler.settle();
     EXPECT_THAT(callsFor(field("30").withAccessibility("Warn", "Must be a number")),
                 ElementsAre("update 1: TextField \"30x\" label=\"Warn\" description=\"Must be a number\""));
@@ -269,12 +278,12 @@ TEST_F(ReconcilerTest, otherPropertiesChangeWhileTheTextStays) {
 TEST_F(ReconcilerTest, puttingTheTextBackKeepsTheEditing) {
     show(field("30"));
     m_host.type(1, "30x");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "30x", "30x"));
     m_reconciler.settle();
     m_reconciler.putBackEditedText();
     EXPECT_EQ(m_host.text(1), "30");
     m_host.type(1, "301");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "301"));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "301", "301"));
     show(field("301"));
     m_reconciler.settle();
     EXPECT_EQ(m_host.text(1), "301");
@@ -282,14 +291,14 @@ TEST_F(ReconcilerTest, puttingTheTextBackKeepsTheEditing) {
 
 TEST_F(ReconcilerTest, aTextThatIsShownAnywayWasNotTyped) {
     show(field("30"));
-    EXPECT_FALSE(m_reconciler.noteTyped(1, "30"));
-    EXPECT_FALSE(m_reconciler.noteTyped(99, "x"));
+    EXPECT_FALSE(m_reconciler.noteTyped(1, "30", "30"));
+    EXPECT_FALSE(m_reconciler.noteTyped(99, "x", "x"));
 }
 
 TEST_F(ReconcilerTest, anEditorsTextIsThePersonsToo) {
     show(view(TextEditor{.text = "a"}));
     m_host.type(1, "  ");
-    EXPECT_TRUE(m_reconciler.noteTyped(1, "  "));
+    EXPECT_TRUE(m_reconciler.noteTyped(1, "  ", "  "));
     show(view(TextEditor{.text = ""}));
     m_reconciler.settle();
     EXPECT_EQ(m_host.text(1), "  ");

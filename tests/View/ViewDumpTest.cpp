@@ -1,4 +1,4 @@
-#include "MenubarApp/View/View.h"
+#include "tests/support/ViewDump.h"
 
 #include <string>
 #include <utility>
@@ -25,20 +25,9 @@ TEST(ViewDump, writesEachKindInOneLine) {
         {view(HStack{.alignment = VerticalAlignment::bottom}), "HStack spacing=8 bottom"},
         {view(Spacer{}), "Spacer"},
         {view(Spacer{.minLength = 6}), "Spacer min=6"},
-        {view(Form{}), "Form"},
-        {view(Section{}), "Section"},
-        {view(Section{.title = "Cache"}), "Section \"Cache\""},
         {view(ScrollView{}), "ScrollView spacing=8"},
-        {view(Label{.symbol = "lock", .text = "Locked"}), "Label \"Locked\" lock"},
-        {view(Label{.symbol = "lock",
-                    .symbolDescription = "Locked",
-                    .text = "By a flag",
-                    .font = Font::caption,
-                    .color = TextColor::red,
-                    .symbolColor = TextColor::orange,
-                    .selectable = true}),
-         "Label \"By a flag\" lock described=\"Locked\" caption red symbol=orange selectable"},
-        {view(ProgressView{.title = "Loading"}), "ProgressView \"Loading\""},
+        {view(Box{}), "Box"},
+        {view(Spinner{}), "Spinner"},
         {view(Text{.text = "a \"b\"\nc\\"}), R"(Text "a \"b\"\nc\\")"},
         {view(Text{
              .text = "x", .font = Font::headline, .color = TextColor::secondary, .selectable = true, .lineLimit = 2}),
@@ -96,6 +85,42 @@ TEST(ViewDump, indentsWhatAViewHolds) {
               "    Text \"a\"\n"
               "    Spacer\n"
               "  Divider\n");
+}
+
+TEST(View, aFormIsAScrollView) {
+    EXPECT_EQ(dump(form({view(Text{.text = "a"})})), "ScrollView spacing=20 padding=20,20,20,20\n  Text \"a\"\n");
+}
+
+TEST(View, aSectionIsATitleAndRowsOnABoxWithHairlinesBetween) {
+    EXPECT_EQ(dump(section("Cache", {view(Text{.text = "a"}), view(Text{.text = "b"}), view(Text{.text = "c"})})),
+              "VStack spacing=8 fill-width\n"
+              "  Text \"Cache\" headline\n"
+              "  Box fill-width padding=10,12,10,12\n"
+              "    Text \"a\"\n"
+              "    Divider\n"
+              "    Text \"b\"\n"
+              "    Divider\n"
+              "    Text \"c\"\n");
+}
+
+TEST(View, aSectionHasNoTextForAnEmptyTitleAndNoBoxAroundNothing) {
+    EXPECT_EQ(dump(section("", {view(Text{.text = "a"})})),
+              "VStack spacing=8 fill-width\n  Box fill-width padding=10,12,10,12\n    Text \"a\"\n");
+    EXPECT_EQ(dump(section("Cache", {})), "VStack spacing=8 fill-width\n  Text \"Cache\" headline\n");
+}
+
+TEST(View, aLabelIsASymbolBesideAText) {
+    EXPECT_EQ(dump(label({.name = "lock", .description = "Locked", .color = TextColor::orange},
+                         {.text = "By a flag", .font = Font::caption})),
+              "HStack spacing=6 baseline\n"
+              "  Symbol lock described=\"Locked\" orange\n"
+              "  Text \"By a flag\" caption\n");
+}
+
+TEST(View, aProgressViewIsASpinnerAboveItsTitle) {
+    EXPECT_EQ(dump(progressView("Loading")), "VStack spacing=8 center\n"
+                                             "  Spinner label=\"Loading\"\n"
+                                             "  Text \"Loading\"\n");
 }
 
 TEST(View, isEqualWhateverItsHandlersAre) {

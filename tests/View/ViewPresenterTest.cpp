@@ -45,7 +45,7 @@ protected:
             view(Stepper{.value = static_cast<double>(m_number),
                          .onStep = [this](StepDirection d) { m_number += d == StepDirection::up ? 1 : -1; }}),
             view(Button{.title = "Save", .enabled = m_enabled, .onPress = [this] { save(); }}),
-            view(Form{}, view(Section{}, view(Text{.text = m_caption}).withId("row"))));
+            form({section("", {view(Text{.text = m_caption}).withId("row")})}));
     }
 
     /// As a number field does: what is no number leaves the model alone.
@@ -345,6 +345,101 @@ TEST_F(ViewPresenterTest, aFocusedControlMayBeDestroyedWhileItIsEdited) {
     EXPECT_EQ(host.outline(), "Text \"gone\"\n");
     EXPECT_FALSE(host.focused.has_value());
     EXPECT_THAT(host.faults, IsEmpty());
+}
+
+// What a person sees of an edit
+
+TEST_F(ViewPresenterTest, aLineBreakBecomesABlankInAFieldAndStaysInAnEditor) {
+    std::string typed;
+    const auto body = [&] {
+        return view(VStack{}, view(TextField{.text = typed, .onEdit = [&](const std::string& text) { typed = text; }}),
+                    view(TextEditor{.onEdit = [&](const std::string& text) { m_note = text; }}));
+    };
+    RecordingViewHost host;
+    const auto presenter = ViewPresenter::create(host, body, m_later.later());
+    const ControlId field = host.find("TextField");
+    host.type(field, "a\nb\r\nc\rd\u2028e\u2029f");
+    EXPECT_EQ(typed, "a b c d e f");
+    EXPECT_EQ(host.text(field), typed);
+    host.type(host.find("TextEditor"), "a\nb");
+    EXPECT_EQ(m_note, "a\nb");
+    EXPECT_THAT(host.faults, IsEmpty());
+}
+
+/// Rows on a box in a window that holds four of them: an error may stand below the second, a banner above all.
+class RowsTest : public ::testing::Test {
+protected:
+    void TearDown() override { EXPECT_THAT(m_host.faults, IsEmpty()); }
+
+    void SetUp() override {
+        m_host.size = {.width = 300, .height = 160};
+        m_presenter = ViewPresenter::create(m_host, [this] { return body(); }, m_later.later());
+    }
+
+    View body() {
+        std::vector<View> rows;
+        for (const char* id : {"a", "b", "c"}) {
+            View row = view(VStack{}, view(TextField{.onEdit = [this](const std::string& text) { m_typed = text; }})
+                                          .withAccessibility(id))
+                           .withId(id);
+            if (row.id == "b" && m_typed == "bad") {
+                row.children.push_back(view(Text{.text = std::string(m_errorLines * 10, 'e')}).withWidth(70));
+            }
+            rows.push_back(std::move(row));
+        }
+        std::vector<View> sections;
+        if (m_hasBanner) {
+            sections.push_back(section("", {view(Text{.text = "banner"})}).withId("banner"));
+        }
+        sections.push_back(section("", std::move(rows)).withId("rows"));
+        return form(std::move(sections));
+    }
+
+    [[nodiscard]] std::vector<std::string> scrolls() {
+        std::vector<std::string> result = m_host.takeLog();
+        std::erase_if(result, [](const std::string& call) { return !call.starts_with("scroll"); });
+        return result;
+    }
+
+    std::string m_typed;
+    std::size_t m_errorLines = 1;
+    bool m_hasBanner = false;
+    RecordingViewHost m_host;
+    LaterQueue m_later;
+    std::shared_ptr<ViewPresenter> m_presenter;
+};
+
+TEST_F(RowsTest, anErrorThatAnEditBringsIsShownWithItsWholeRow) {
+    m_host.type(m_host.find("TextField", "b"), "bad");
+    EXPECT_THAT(scrolls(), ElementsAre("scroll 1 to (32,73 236x46)"));
+    m_host.type(m_host.find("TextField", "b"), "good");
+    EXPECT_THAT(scrolls(), IsEmpty()) << "a row that shrinks is in sight already";
+}
+
+TEST_F(RowsTest, aRowThatIsHigherThanItsRoomIsNotScrolledAwayFromTheHands) {
+    m_errorLines = 20;
+    m_host.type(m_host.find("TextField", "b"), "bad");
+    EXPECT_THAT(scrolls(), IsEmpty());
+}
+
+TEST_F(RowsTest, whatComesAndGoesAboveMovesNothingUnderTheHands) {
+    m_host.type(m_host.find("TextField", "c"), "x");
+    m_host.log.clear();
+    m_hasBanner = true;
+    m_presenter->setNeedsRender();
+    m_later.run();
+    EXPECT_THAT(scrolls(), ElementsAre("scroll 1 by 56"));
+    m_hasBanner = false;
+    m_presenter->setNeedsRender();
+    m_later.run();
+    EXPECT_THAT(scrolls(), ElementsAre("scroll 1 by -56"));
+}
+
+TEST_F(RowsTest, withoutAnEditNothingIsScrolled) {
+    m_hasBanner = true;
+    m_presenter->setNeedsRender();
+    m_later.run();
+    EXPECT_THAT(scrolls(), IsEmpty());
 }
 
 } // namespace

@@ -20,7 +20,7 @@ class ControlInAWindow : public driver::ControlsInAWindow {
   protected:
     Lines takeLog() { return m_events->takeLog(); }
 
-    Measured measured(ControlId shown, const Control::Content& content) {
+    Measured measured(ControlId shown, const View::Content& content) {
         return host().measure(shown, {.content = content}, std::numeric_limits<double>::infinity());
     }
 };

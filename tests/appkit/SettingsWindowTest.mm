@@ -132,12 +132,16 @@ TEST_F(SettingsWindowTest, theFirstEditAfterASaveTakesTheMarkAway) {
 TEST_F(SettingsWindowTest, aTextThatIsNoNumberYetLeavesTheValueAndIsPutBackWhenEditingEnds) {
     m_screen.writeConfig(R"({"number":7})");
     open();
-    m_screen.type("Number", "-");
+    m_screen.type("Text", "new");
+    m_screen.type("Number", "1,5");
     EXPECT_FALSE(canSave());
-    EXPECT_EQ(toString([m_screen.editor() string]), "-");
+    EXPECT_TRUE(m_screen.shows("Must be a number"));
+    EXPECT_EQ(toString([m_screen.editor() string]), "1,5");
     [window() makeFirstResponder:m_screen.field("Text")];
     m_screen.settle();
     EXPECT_EQ(m_screen.text("Number"), "7");
+    EXPECT_FALSE(m_screen.shows("Must be a number"));
+    EXPECT_TRUE(canSave());
 }
 
 TEST_F(SettingsWindowTest, anErrorAppearsUnderItsRowWhileOneTypes) {
@@ -149,6 +153,41 @@ TEST_F(SettingsWindowTest, anErrorAppearsUnderItsRowWhileOneTypes) {
     EXPECT_FALSE(m_screen.shows("Must be between 1 and 10"));
     save();
     EXPECT_EQ(m_screen.config(), "{\n  \"number\" : 7\n}\n");
+}
+
+TEST_F(SettingsWindowTest, anErrorThatAppearsAtTheLowerEdgeIsScrolledIntoSight) {
+    open();
+    [window() setContentSize:NSMakeSize(520, 300)];
+    m_screen.settle();
+    m_screen.focus(m_screen.field("Number")); // as little as needed: it stands at the edge
+    m_screen.type("Number", "70");
+    EXPECT_TRUE(m_screen.isInSight("Must be between 1 and 10"));
+}
+
+TEST_F(SettingsWindowTest, aBannerThatAppearsLeavesTheEditedFieldWhereItIs) {
+    m_screen.writeConfig(R"({"number":7})");
+    open();
+    [window() setContentSize:NSMakeSize(520, 420)];
+    m_screen.type("Number", "8");
+    NSTextField* field = m_screen.field("Number");
+    const NSRect before = [field convertRect:[field bounds] toView:nil];
+    m_screen.writeConfig(R"({"number":9})");
+    m_screen.poll(nullptr);
+    ASSERT_TRUE(m_screen.waitToShow("Another program has changed the config file"));
+    EXPECT_TRUE(NSEqualRects([field convertRect:[field bounds] toView:nil], before));
+    m_screen.press("Reload");
+    ASSERT_TRUE(pumpUntil([&] { return m_screen.text("Number") == "9"; }));
+}
+
+TEST_F(SettingsWindowTest, addPutsTheInsertionPointIntoTheNewItem) {
+    open();
+    m_screen.pressNear("Words", "Add");
+    typeKeys(window(), "one");
+    m_screen.settle();
+    m_screen.pressNear("Words", "Add");
+    typeKeys(window(), "two");
+    save();
+    EXPECT_EQ(m_screen.config(), "{\n  \"words\" : [\n    \"one\",\n    \"two\"\n  ]\n}\n");
 }
 
 TEST_F(SettingsWindowTest, aStepperStepsNumbersAndDurations) {

@@ -58,9 +58,9 @@ class ControlsInAWindow : public ::testing::Test {
     ~ControlsInAWindow() override;
 
     /// Makes a control in the window, 200 by 24 points large, below those that are there; its id counts from 1.
-    ControlId add(Control::Content content, ControlId parent = windowContent);
+    ControlId add(View::Content content, ControlId parent = windowContent);
     /// Shows `now` in the control, which showed `before`.
-    void update(ControlId shown, const Control::Content& now, const Control::Content& before);
+    void update(ControlId shown, const View::Content& now, const View::Content& before);
 
     template <class View> View* native(ControlId shown) const { return static_cast<View*>(host().nativeView(shown)); }
 

@@ -25,14 +25,14 @@ ControlsInAWindow::~ControlsInAWindow() {
     [m_window.get() close];
 }
 
-ControlId ControlsInAWindow::add(Control::Content content, ControlId parent) {
+ControlId ControlsInAWindow::add(View::Content content, ControlId parent) {
     const ControlId made = ++m_lastId;
     host().create(made, parent, {.content = std::move(content)});
     host().place(made, {.x = 10.0, .y = 30.0 * static_cast<double>(made), .width = 200.0, .height = 24.0});
     return made;
 }
 
-void ControlsInAWindow::update(ControlId shown, const Control::Content& now, const Control::Content& before) {
+void ControlsInAWindow::update(ControlId shown, const View::Content& now, const View::Content& before) {
     host().update(shown, {.content = now}, {.content = before});
 }
 

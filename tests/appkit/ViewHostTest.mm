@@ -28,7 +28,7 @@ class ViewHostInAWindow : public driver::ControlsInAWindow {
   protected:
     Lines takeLog() { return m_events->takeLog(); }
 
-    Measured measured(ControlId shown, const Control::Content& content, double width = infinity) {
+    Measured measured(ControlId shown, const View::Content& content, double width = infinity) {
         return host().measure(shown, {.content = content}, width);
     }
 
@@ -223,9 +223,9 @@ TEST_F(ViewHostInAWindow, contentThatGetsShorterLeavesNoEmptyRoomInSight) {
 TEST_F(ViewHostInAWindow, whatGetsTheFocusComesIntoSight) {
     const ControlId scroll = add(ScrollView{});
     host().place(scroll, {.x = 0, .y = 0, .width = 300, .height = 100});
-    const std::vector<Control::Content> contents = {Button{.title = "a"},    Toggle{},     Checkbox{.title = "b"},
-                                                    TextField{.text = "c"},  TextEditor{}, Stepper{},
-                                                    Picker{.options = {"d"}}};
+    const std::vector<View::Content> contents = {Button{.title = "a"},    Toggle{},     Checkbox{.title = "b"},
+                                                 TextField{.text = "c"},  TextEditor{}, Stepper{},
+                                                 Picker{.options = {"d"}}};
     std::vector<ControlId> made;
     for (const auto& content : contents) {
         const ControlId shown = add(content, scroll);
@@ -337,10 +337,10 @@ TEST(ViewHost, twoHundredWindowsLeaveNothingBehind) {
             [window setContentView:content.get()];
             auto host = std::make_unique<AppKitViewHost>(content.get());
             ControlId made = 0;
-            for (const Control::Content& each :
-                 {Control::Content(Box{}), Control::Content(TextField{.text = "a"}), Control::Content(TextEditor{}),
-                  Control::Content(Button{.title = "b"}), Control::Content(Toggle{}), Control::Content(Stepper{}),
-                  Control::Content(Picker{.options = {"c"}}), Control::Content(Spinner{})}) {
+            for (const View::Content& each :
+                 {View::Content(Box{}), View::Content(TextField{.text = "a"}), View::Content(TextEditor{}),
+                  View::Content(Button{.title = "b"}), View::Content(Toggle{}), View::Content(Stepper{}),
+                  View::Content(Picker{.options = {"c"}}), View::Content(Spinner{})}) {
                 host->create(++made, windowContent, {.content = each});
             }
             host->setTabOrder(std::vector<ControlId>{2, 3, 4, 5, 6, 7});

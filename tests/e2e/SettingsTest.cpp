@@ -184,7 +184,41 @@ TEST_F(SettingsTest, listsTakeEachValueAsAnItem) {
     expectSaved({"set", "on-critical", "inject", "--", "notify"},
                 "{\n  \"ignored-directories\" : [\n    \"\\/a\",\n    \"~\\/b c\"\n  ],\n  \"on-critical\" : [\n"
                 "    \"inject\",\n    \"notify\"\n  ]\n}\n");
-    expectSaved({"set", "ignored-directories"}, "{\n  \"on-critical\" : [\n    \"inject\",\n    \"notify\"\n  ]\n}\n");
+}
+
+TEST_F(SettingsTest, anEmptyListIsNotStoredAndTheDefaultThatHoldsIsNamed) {
+    writeConfig(R"({"ignored-directories":["/a"],"on-critical":["inject"]})");
+    const Result emptied = settings({"set", "ignored-directories"});
+    EXPECT_EQ(emptied.status, 0);
+    EXPECT_EQ(emptied.output, "settings saved to " + configPath() + "\n");
+    EXPECT_EQ(emptied.errors, "ignored-directories: an empty list is not stored; the daemon's default holds: []\n");
+    EXPECT_EQ(config(), "{\n  \"on-critical\" : [\n    \"inject\"\n  ]\n}\n");
+    EXPECT_THAT(settings({"set", "on-critical"}).errors,
+                StartsWith("on-critical: an empty list is not stored; the daemon's default holds: [\""));
+}
+
+TEST_F(SettingsTest, aNameThatTheSchemaListsTwiceIsAmbiguous) {
+    useDaemon(R"(echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"text"},{"name":"a"}]}]}')",
+              R"(echo '{"ok":true}')");
+    writeConfig(R"({"a":"old"})");
+    const std::string complaint = "a: ambiguous: the schema lists this name more than once\n";
+    EXPECT_EQ(complaintOf({"set", "a", "new"}), complaint);
+    EXPECT_EQ(complaintOf({"reset", "a"}), complaint);
+}
+
+TEST_F(SettingsTest, aValueThatIsNotUTF8IsRefused) {
+    useValidator(R"(echo '{"ok":true}')");
+    EXPECT_EQ(complaintOf({"set", "a",
+                           "a\xff"
+                           "b"}),
+              "a: VALUE is not UTF-8\n");
+    EXPECT_EQ(settings({"set", "a", "größe"}).status, 0);
+}
+
+TEST_F(SettingsTest, aConfigPathThatCanOnlyNameADirectoryMakesNone) {
+    home.environment["OSTREL_CONFIG_FILE"] = home / "zz/";
+    EXPECT_THAT(complaintOf({"set", "dry-run", "on"}), StartsWith("The config file could not be read\n"));
+    EXPECT_FALSE(fs::exists(home / "zz"));
 }
 
 TEST_F(SettingsTest, aControlThatIsNotKnownTakesJSON) {
@@ -293,8 +327,9 @@ TEST_F(SettingsTest, aSettingThatAFlagLocksIsLeftAlone) {
     const std::string refusal = "warn-context: Set by a command-line flag in the launch agent; reinstall the daemon to "
                                 "manage it here.\n";
     EXPECT_EQ(complaintOf({"set", "warn-context", "45"}), refusal);
-    EXPECT_EQ(complaintOf({"reset", "warn-context"}), refusal);
     EXPECT_EQ(settings({"set", "dry-run", "on"}).status, 0);
+    writeConfig(R"({"warn-context":10})");
+    expectSaved({"reset", "warn-context"}, "{}\n");
 }
 
 TEST_F(SettingsTest, theFileIsFoundAsTheAppFindsIt) {
@@ -443,15 +478,6 @@ TEST_F(SettingsTest, fiveThousandSettingsAreListed) {
     home.write("schema.json", schema + "]}]}");
     const JSONValue all = document();
     EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 5000);
-}
-
-TEST_F(SettingsTest, aNameThatIsListedTwiceIsEditedWhereItComesFirst) {
-    useDaemon(R"(echo '{"x-groups":[{"id":"g","settings":[{"name":"a","control":"text"}]},
-        {"id":"h","settings":[{"name":"a","control":"path"}]}]}')",
-              R"(echo '{"ok":true}')");
-    expectSaved({"set", "a", "x"}, "{\n  \"a\" : \"x\"\n}\n");
-    const JSONValue all = document();
-    EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 2);
 }
 
 TEST_F(SettingsTest, aConfigFileThatCannotBeReadIsNamed) {

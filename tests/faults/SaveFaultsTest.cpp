@@ -146,7 +146,7 @@ std::vector<std::string> callsOfOneSave() {
 
 /// What may fail without consequence: what it did can be done without, or is only asked to be sure.
 bool isHarmless(const SaveOutcome& outcome, const Scene& scene) {
-    return outcome.kind() == SaveOutcome::Case::saved && scene.isNew();
+    return outcome.isSaved() && scene.isNew();
 }
 
 } // namespace

@@ -101,13 +101,28 @@ std::string describe(const Rect& frame) {
     return "(" + format(frame.x) + "," + format(frame.y) + " " + format(frame.width) + "x" + format(frame.height) + ")";
 }
 
+/// What a host has to do with a view.
+View nativeLook(const View& view) {
+    return {.content = view.content, .help = view.help, .accessibility = view.accessibility};
+}
+
+bool canHoldViews(const View& view) {
+    return std::holds_alternative<ScrollView>(view.content) || std::holds_alternative<Box>(view.content);
+}
+
+std::string line(const View& view) {
+    std::string text = menubar::dump(nativeLook(view));
+    text.pop_back();
+    return text;
+}
+
 std::string label(ControlId id) {
     return " " + std::to_string(id);
 }
 
 } // namespace
 
-Measured TypewriterMeasurer::measure(ControlId /*id*/, const Control& control, double width) {
+Measured TypewriterMeasurer::measure(ControlId /*id*/, const View& control, double width) {
     ++measurements;
     return std::visit(Measure{width}, control.content);
 }
@@ -126,23 +141,24 @@ bool RecordingViewHost::check(bool isTrue, std::string_view fault) {
     return isTrue;
 }
 
-void RecordingViewHost::create(ControlId id, ControlId parent, const Control& made) {
-    log.push_back("create" + label(id) + " in" + label(parent) + ": " + menubar::dump(made));
+void RecordingViewHost::create(ControlId id, ControlId parent, const View& made) {
+    log.push_back("create" + label(id) + " in" + label(parent) + ": " + line(made));
     const bool canHold =
-        parent == windowContent || (m_controls.contains(parent) && m_controls[parent].control.content.index() < 2);
+        parent == windowContent || (m_controls.contains(parent) && canHoldViews(m_controls[parent].control));
     if (check(canHold, "created in what holds nothing") && check(!m_controls.contains(id), "created twice")) {
-        m_controls[id] = {.parent = parent, .control = made, .frame = {}, .contentSize = {}, .children = {}};
+        m_controls[id] = {
+            .parent = parent, .control = nativeLook(made), .frame = {}, .contentSize = {}, .children = {}};
         childrenOf(parent).push_back(id);
     }
 }
 
-void RecordingViewHost::update(ControlId id, const Control& now, const Control& before) {
-    log.push_back("update" + label(id) + ": " + menubar::dump(now));
+void RecordingViewHost::update(ControlId id, const View& now, const View& before) {
+    log.push_back("update" + label(id) + ": " + line(now));
     if (check(m_controls.contains(id), "updated what is not there") &&
         check(now.content.index() == before.content.index(), "updated to another kind") &&
-        check(now != before, "updated without a change") &&
-        check(m_controls[id].control == before, "updated from what is not shown")) {
-        m_controls[id].control = now;
+        check(!looksAlike(now, before), "updated without a change") &&
+        check(looksAlike(m_controls[id].control, before), "updated from what is not shown")) {
+        m_controls[id].control = nativeLook(now);
     }
 }
 
@@ -194,13 +210,18 @@ void RecordingViewHost::commitEditing() {
     }
 }
 
+void RecordingViewHost::scrollBy(ControlId scrollView, double length) {
+    log.push_back("scroll" + label(scrollView) + " by " + JSONValue::format(length));
+    (void)check(m_controls.contains(scrollView), "scrolled what is not there");
+}
+
 void RecordingViewHost::scrollToVisible(ControlId scrollView, const Rect& area) {
     log.push_back("scroll" + label(scrollView) + " to " + recording::describe(area));
     (void)check(m_controls.contains(scrollView), "scrolled what is not there");
 }
 
-Measured RecordingViewHost::measure(ControlId id, const Control& shown, double width) {
-    (void)check(m_controls.contains(id) && m_controls[id].control == shown, "measured what is not shown");
+Measured RecordingViewHost::measure(ControlId id, const View& shown, double width) {
+    (void)check(m_controls.contains(id) && looksAlike(m_controls[id].control, shown), "measured what is not shown");
     const Measured measured = typewriter.measure(id, shown, width);
     (void)check(measured.width >= 0.0, "measured what has no size");
     return measured;
@@ -220,7 +241,7 @@ void RecordingViewHost::append(std::string& out, ControlId id, std::size_t depth
     for (const ControlId child : childrenOf(id)) {
         const Native& native = m_controls.at(child);
         out.append(depth * 2, ' ');
-        out += menubar::dump(native.control);
+        out += line(native.control);
         if (withFrames) {
             out += " " + recording::describe(native.frame);
             if (native.contentSize != Size{}) {
@@ -244,7 +265,7 @@ std::string RecordingViewHost::outline() const {
     return out;
 }
 
-ControlId RecordingViewHost::findIn(ControlId parent, const std::function<bool(const Control&)>& matches) const {
+ControlId RecordingViewHost::findIn(ControlId parent, const std::function<bool(const View&)>& matches) const {
     for (const ControlId id : childrenOf(parent)) {
         if (matches(m_controls.at(id).control)) {
             return id;
@@ -257,16 +278,15 @@ ControlId RecordingViewHost::findIn(ControlId parent, const std::function<bool(c
 }
 
 ControlId RecordingViewHost::find(std::string_view beginning) const {
-    return findIn(windowContent, [&](const Control& c) { return menubar::dump(c).starts_with(beginning); });
+    return findIn(windowContent, [&](const View& c) { return line(c).starts_with(beginning); });
 }
 
 ControlId RecordingViewHost::find(std::string_view beginning, std::string_view label) const {
-    return findIn(windowContent, [&](const Control& c) {
-        return c.accessibility.label == label && menubar::dump(c).starts_with(beginning);
-    });
+    return findIn(windowContent,
+                  [&](const View& c) { return c.accessibility.label == label && line(c).starts_with(beginning); });
 }
 
-const Control& RecordingViewHost::control(ControlId id) const {
+const View& RecordingViewHost::control(ControlId id) const {
     return m_controls.at(id).control;
 }
 
@@ -302,7 +322,7 @@ void RecordingViewHost::resize(Size newSize) {
 }
 
 bool RecordingViewHost::press(std::string_view title) {
-    const ControlId id = findIn(windowContent, [&](const Control& c) {
+    const ControlId id = findIn(windowContent, [&](const View& c) {
         const auto* button = std::get_if<Button>(&c.content);
         return button != nullptr && button->enabled && button->title == title;
     });

@@ -3,6 +3,8 @@
 #include "MenubarApp/View/ViewHost.h"
 #include "MenubarApp/View/ViewPresenter.h"
 
+#include "tests/support/ViewDump.h"
+
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -20,7 +22,7 @@ namespace menubar::recording {
 /// lines 16, 18, 13 and 16 high) and lines break anywhere.
 class TypewriterMeasurer final : public Measurer {
 public:
-    [[nodiscard]] Measured measure(ControlId id, const Control& control, double width) override;
+    [[nodiscard]] Measured measure(ControlId id, const View& control, double width) override;
 
     int measurements = 0;
 };
@@ -32,16 +34,18 @@ public:
     // The port
 
     void setEvents(std::weak_ptr<ViewEvents> events) override;
-    void create(ControlId id, ControlId parent, const Control& control) override;
-    void update(ControlId id, const Control& now, const Control& before) override;
+    void create(ControlId id, ControlId parent, const View& control) override;
+    void update(ControlId id, const View& now, const View& before) override;
     void place(ControlId id, const Rect& frame) override;
     void setContentSize(ControlId scrollView, Size size) override;
     void arrange(ControlId parent, std::span<const ControlId> order) override;
     void setTabOrder(std::span<const ControlId> order) override;
     void destroy(ControlId id) override;
     void commitEditing() override;
+    void focus(ControlId id) override;
+    void scrollBy(ControlId scrollView, double length) override;
     void scrollToVisible(ControlId scrollView, const Rect& area) override;
-    [[nodiscard]] Measured measure(ControlId id, const Control& control, double width) override;
+    [[nodiscard]] Measured measure(ControlId id, const View& control, double width) override;
 
     // What a person sees
 
@@ -54,7 +58,7 @@ public:
     [[nodiscard]] ControlId find(std::string_view beginning) const;
     /// The first control with this accessibility label whose dumped line begins so.
     [[nodiscard]] ControlId find(std::string_view beginning, std::string_view label) const;
-    [[nodiscard]] const Control& control(ControlId id) const;
+    [[nodiscard]] const View& control(ControlId id) const;
     [[nodiscard]] Rect frame(ControlId id) const;
 
     /// What a text field or editor shows.
@@ -69,8 +73,7 @@ public:
     void toggle(ControlId id, bool isOn);
     void step(ControlId id, StepDirection direction);
     void pick(ControlId id, std::size_t option);
-    /// Puts the insertion point into a control, out of where it was.
-    void focus(ControlId id);
+    /// `focus` does what a person's click into a control does.
     void blur();
     /// Replaces the text of a control, one event for the whole change.
     void type(ControlId id, const std::string& typed);
@@ -90,7 +93,7 @@ public:
 private:
     struct Native {
         ControlId parent = windowContent;
-        Control control;
+        View control;
         Rect frame;
         Size contentSize;
         std::vector<ControlId> children;
@@ -101,7 +104,7 @@ private:
     [[nodiscard]] const std::vector<ControlId>& childrenOf(ControlId id) const;
     [[nodiscard]] std::string* shownText(ControlId id);
     void append(std::string& out, ControlId id, std::size_t depth, bool withFrames) const;
-    [[nodiscard]] ControlId findIn(ControlId parent, const std::function<bool(const Control&)>& matches) const;
+    [[nodiscard]] ControlId findIn(ControlId parent, const std::function<bool(const View&)>& matches) const;
     void send(const std::function<void(ViewEvents&)>& event) const;
 
     std::weak_ptr<ViewEvents> m_events;

@@ -30,10 +30,10 @@ public:
     [[nodiscard]] virtual NSView* contentView() const { return view(); }
 
     /// Sets the properties in which `now` differs from `before`; all of them when there is no `before`.
-    virtual void show(const Control::Content& now, const Control::Content* before) = 0;
+    virtual void show(const View::Content& now, const View::Content* before) = 0;
 
     /// See Measurer.
-    [[nodiscard]] virtual Measured measure(const Control::Content& shown, double width) const;
+    [[nodiscard]] virtual Measured measure(const View::Content& shown, double width) const;
 
     /// Reports text that was not reported yet, what an input method composes included.
     virtual void commitEditing() {}
@@ -59,7 +59,7 @@ class AdapterFor : public ControlAdapter {
 public:
     [[nodiscard]] NSView* view() const final { return m_view.get(); }
 
-    void show(const Control::Content& now, const Control::Content* before) final {
+    void show(const View::Content& now, const View::Content* before) final {
         const Change<Content> change{std::get<Content>(now), before == nullptr ? nullptr : &std::get<Content>(*before)};
         apply(change);
     }

@@ -27,7 +27,7 @@ class TextAdapter final : public AdapterFor<Text, NSTextField> {
         [[label cell] setLineBreakMode:NSLineBreakByWordWrapping];
     }
 
-    [[nodiscard]] Measured measure(const Control::Content& shown, double width) const override {
+    [[nodiscard]] Measured measure(const View::Content& shown, double width) const override {
         NSTextField* label = native();
         const auto& text = std::get<Text>(shown);
         NSFont* font = Look::font(text.font);
@@ -78,7 +78,7 @@ class SymbolAdapter final : public AdapterFor<Symbol, NSImageView> {
   public:
     SymbolAdapter() : AdapterFor(NativeLook::newSymbolView()) {}
 
-    [[nodiscard]] Measured measure(const Control::Content& shown, double) const override {
+    [[nodiscard]] Measured measure(const View::Content& shown, double) const override {
         const NSSize size = [[native() image] size];
         const double height = std::ceil(size.height);
         return {.width = std::ceil(size.width),
@@ -108,7 +108,7 @@ class SpinnerAdapter final : public AdapterFor<Spinner, NSProgressIndicator> {
         [native() startAnimation:nil];
     }
 
-    [[nodiscard]] Measured measure(const Control::Content&, double) const override {
+    [[nodiscard]] Measured measure(const View::Content&, double) const override {
         return {.width = side, .height = side, .baseline = side};
     }
 

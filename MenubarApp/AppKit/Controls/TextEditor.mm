@@ -82,7 +82,7 @@ class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
 
     [[nodiscard]] NSView* keyView() const override { return m_text.get(); }
 
-    [[nodiscard]] Measured measure(const Control::Content&, double) const override {
+    [[nodiscard]] Measured measure(const View::Content&, double) const override {
         NSFont* font = Look::font(Font::body);
         const double inset = [m_text.get() textContainerInset].height;
         return {

@@ -1,7 +1,9 @@
-#include "MenubarApp/View/View.h"
+#include "tests/support/ViewDump.h"
+
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Text/Quoted.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -119,27 +121,6 @@ void append(Line& line, const Spacer& spacer) {
     }
 }
 
-void append(Line& line, const Form&) {
-    line.word("Form");
-}
-
-void append(Line& line, const Section& section) {
-    line.word("Section").text("", section.title);
-}
-
-void append(Line& line, const Label& label) {
-    line.word("Label").quoted(label.text).word(label.symbol).text("described=", label.symbolDescription);
-    line.choice(label.font, Font::body).choice(label.color, TextColor::primary);
-    if (label.symbolColor != TextColor::primary) {
-        line.word("symbol=" + std::string(name(label.symbolColor)));
-    }
-    line.flag(label.selectable, "selectable");
-}
-
-void append(Line& line, const ProgressView& progress) {
-    line.word("ProgressView").quoted(progress.title);
-}
-
 void append(Line& line, const ScrollView& scroll) {
     line.word("ScrollView").number("spacing=", scroll.spacing);
 }
@@ -221,22 +202,41 @@ void append(Line& line, const Sizing& sizing) {
     }
 }
 
-void append(Line& line, const std::string& help, const Accessibility& accessibility) {
-    line.text("help=", help).text("label=", accessibility.label).text("description=", accessibility.description);
+void append(Line& line, const Shown& shown, bool scrolls) {
+    constexpr auto format = JSONValue::format;
+    const Rect& frame = shown.frame;
+    line.word("(" + format(frame.x) + "," + format(frame.y) + " " + format(frame.width) + "x" + format(frame.height) +
+              ")");
+    if (scrolls) {
+        line.word("content=" + format(shown.contentSize.width) + "x" + format(shown.contentSize.height));
+    }
 }
 
-void append(std::string& out, const View& view, std::size_t depth) {
+void append(std::string& out, const View& view, std::size_t depth, bool withFrames) {
     out.append(depth * 2, ' ');
     Line line(out);
+    const std::size_t start = out.size();
     std::visit([&](const auto& content) { append(line, content); }, view.content);
-    if (!view.id.empty()) {
-        line.word("#" + view.id);
+    if (withFrames && !isControl(view)) {
+        out.resize(std::min(out.size(), out.find(' ', start))); // how a stack places shows in the frames
     }
-    append(line, view.sizing);
-    append(line, view.help, view.accessibility);
+    const auto other = [&] {
+        line.text("help=", view.help).text("label=", view.accessibility.label);
+        line.text("description=", view.accessibility.description);
+    };
+    if (withFrames) {
+        other();
+    }
+    line.flag(!view.id.empty(), "#" + view.id);
+    if (withFrames) {
+        append(line, view.shown, std::holds_alternative<ScrollView>(view.content));
+    } else {
+        append(line, view.sizing);
+        other();
+    }
     out += '\n';
     for (const View& child : view.children) {
-        append(out, child, depth + 1);
+        append(out, child, depth + 1, withFrames);
     }
 }
 
@@ -244,15 +244,13 @@ void append(std::string& out, const View& view, std::size_t depth) {
 
 std::string dump(const View& view) {
     std::string out;
-    append(out, view, 0);
+    append(out, view, 0, false);
     return out;
 }
 
-std::string dump(const Control& control) {
+std::string dumpFrames(const View& root) {
     std::string out;
-    Line line(out);
-    std::visit([&](const auto& content) { append(line, content); }, control.content);
-    append(line, control.help, control.accessibility);
+    append(out, root, 0, true);
     return out;
 }
 
