@@ -8,12 +8,16 @@
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "compat/gnustep/desktop/XdgOpener.h"
-#include "compat/gnustep/shim/ChildSignal.h"
 #include "compat/gnustep/shim/PasteboardServer.h"
 #include "compat/gnustep/shim/TerminationSignals.h"
-#include "compat/gnustep/shim/ThreadPool.h"
 
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -33,6 +37,7 @@ class OverlaySheet final : public AlertSheet {
             tell(button);
         }];
         [window beginSheetView:m_view.get()];
+        [window makeFirstResponder:[[m_view.get() buttons] objectAtIndex:0]];
     }
 
     ~OverlaySheet() override {
@@ -46,6 +51,29 @@ class OverlaySheet final : public AlertSheet {
     ObjCPointer<SheetWindow> m_window;
     ObjCPointer<AlertView> m_view;
 };
+
+/// A thread for each action: they wait more than they compute, and are few.
+class ThreadForEach final : public BackgroundQueue {
+  public:
+    void run(std::function<void()> action) override {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_running, [](const std::future<void>& each) {
+            return each.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        });
+        m_running.push_back(std::async(std::launch::async, std::move(action)));
+    }
+
+  private:
+    std::mutex m_mutex;
+    std::vector<std::future<void>> m_running; // destroying one waits for it
+};
+
+/// GNUstep's task class, once anything uses it (the pasteboard does), answers SIGCHLD by collecting every child that
+/// has ended, and then nobody else learns how it ended. It still collects its own children when asked about them.
+void keepChildrenToOurselves() {
+    [NSTask class]; // installs its handler, now and never again
+    std::signal(SIGCHLD, SIG_DFL);
+}
 
 /// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
 void hideArguments() {
@@ -89,7 +117,7 @@ void prepareProcess() {
     TerminationSignals::hold();
     hideArguments();
     moveFoldersHome();
-    ChildSignal::keepToOurselves();
+    keepChildrenToOurselves();
     registerLook();
 }
 
@@ -121,11 +149,13 @@ ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
     PasteboardServer::start();
     const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
                              NSWindowStyleMaskResizable;
-    return ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]
+    auto window = ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]
         initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
                   styleMask:style
                     backing:NSBackingStoreBuffered
                       defer:NO]);
+    [window.get() setAcceptsMouseMovedEvents:YES]; // for the tooltips
+    return window;
 }
 
 std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
@@ -134,7 +164,7 @@ std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
 }
 
 std::unique_ptr<BackgroundQueue> makeBackgroundQueue() {
-    return std::make_unique<ThreadPool>();
+    return std::make_unique<ThreadForEach>();
 }
 
 std::unique_ptr<FileOpener> makeFileOpener() {

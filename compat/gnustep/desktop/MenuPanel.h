@@ -4,7 +4,6 @@
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
 
-@class HintWindow;
 @class MenuView;
 
 /// Shows a menu and tracks mouse and keyboard until it is closed. GNUstep's own menus cannot do it: they neither tell
@@ -17,13 +16,10 @@
     menubar::ObjCPointer<NSMenu> _menu;
     menubar::ObjCPointer<NSWindow> _window;
     menubar::ObjCPointer<MenuView> _view;
-    menubar::ObjCPointer<HintWindow> _hint;
     menubar::ObjCPointer<NSMenuItem> _chosen;
     NSRect _strip;
-    NSPoint _mouse;               // the last position seen, in screen coordinates
-    NSTimeInterval _pressedAt;    // when the press that opened the menu began; 0 once it is over
-    NSTimeInterval _restingSince; // the mouse, over one row
-    NSInteger _restingRow;
+    NSPoint _mouse;            // the last position seen, in screen coordinates
+    NSTimeInterval _pressedAt; // when the press that opened the menu began; 0 once it is over
     NSInteger _firstHighlighted;
     BOOL _isDone;
     BOOL _isStale;
@@ -46,6 +42,5 @@
 - (NSMenu*)menu;
 - (NSWindow*)window;
 - (MenuView*)view;
-- (HintWindow*)hint;
 
 @end

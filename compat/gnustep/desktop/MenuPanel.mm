@@ -1,12 +1,9 @@
 #import "compat/gnustep/desktop/MenuPanel.h"
 
 #import "compat/gnustep/desktop/MenuView.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 
 #import <GNUstepGUI/GSDisplayServer.h>
-
-#include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 
@@ -18,7 +15,6 @@ constexpr CGFloat arrowSpeed = 12.0; // points a turn of the loop
 constexpr CGFloat wheelSpeed = 44.0; // points a notch
 constexpr NSTimeInterval turn = 0.05;
 constexpr NSTimeInterval longestClick = 0.3;
-constexpr NSTimeInterval hintDelay = 0.7;
 constexpr unichar escape = 0x1B;
 constexpr unichar enter = 0x03;
 
@@ -68,7 +64,6 @@ NSTimeInterval now() {
     if (self != nil) {
         _menu = menubar::ObjCPointer<NSMenu>::retain(menu);
         _firstHighlighted = [MenuView none];
-        _hint = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
         NSWindow* window = [[MenuWindow alloc] initWithContentRect:NSMakeRect(0, 0, narrowest, narrowest)
                                                          styleMask:NSBorderlessWindowMask
                                                            backing:NSBackingStoreBuffered
@@ -105,10 +100,6 @@ NSTimeInterval now() {
     return _view.get();
 }
 
-- (HintWindow*)hint {
-    return _hint.get();
-}
-
 - (void)startAtItem:(NSInteger)index {
     _firstHighlighted = index;
 }
@@ -130,7 +121,6 @@ NSTimeInterval now() {
     const NSRect frame = NSMakeRect(x, NSMinY(_strip) - height, width, height);
     if (!NSEqualRects(frame, [_window.get() frame])) {
         [_window.get() setFrame:frame display:NO];
-        menubar::roundCorners(_window.get(), menubar::RoundedCorners::all, menubar::Palette::menuRadius);
     }
     [_view.get() setItems:[_menu.get() itemArray]]; // the scroll position depends on the height
     [_view.get() setNeedsDisplay:YES];
@@ -141,8 +131,6 @@ NSTimeInterval now() {
     _isDone = NO;
     _pressedAt = press != nil ? now() : 0.0;
     _mouse = [NSEvent mouseLocation];
-    _restingRow = [MenuView none];
-    _restingSince = now();
     const auto keyBefore = menubar::ObjCPointer<NSWindow>::retain([NSApp keyWindow]);
     openPanel = self;
     [self layout];
@@ -160,7 +148,7 @@ NSTimeInterval now() {
     }
     openPanel = nil;
     [GSServerForWindow(_window.get()) releasemouse];
-    [_hint.get() hide];
+    [[Hint shared] hide];
     [_window.get() orderOut:nil];
     [keyBefore.get() makeKeyWindow];
     return [[_chosen.get() retain] autorelease];
@@ -181,7 +169,6 @@ NSTimeInterval now() {
         [self layout];
     }
     [self scrollUnderArrow];
-    [self updateHint];
     [_view.get() displayIfNeeded];
     [_window.get() flushWindow];
 }
@@ -234,10 +221,11 @@ NSTimeInterval now() {
 - (void)highlightUnderMouse {
     const NSInteger row = [_view.get() indexAtPoint:[self mouseInView]];
     [_view.get() setHighlighted:row];
-    if (row != _restingRow) {
-        _restingRow = row;
-        _restingSince = now();
-    }
+    // Also of one that cannot be chosen.
+    [[Hint shared] pointAt:self
+                      area:[_view.get() convertRect:[_view.get() rectOfItem:row] toView:nil]
+                        of:_window.get()
+                      text:[[_view.get() itemAtIndex:row] toolTip]];
 }
 
 - (void)mouseMoved:(NSEvent*)event {
@@ -278,7 +266,6 @@ NSTimeInterval now() {
 
 - (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step {
     const NSInteger next = [_view.get() selectableFrom:index step:step];
-    _restingSince = now();
     [_view.get() setHighlighted:next];
     [_view.get() scrollToItem:[_view.get() highlighted]];
 }
@@ -339,19 +326,6 @@ NSTimeInterval now() {
     if (const int direction = [_view.get() arrowAtPoint:[self mouseInView]]; direction != 0) {
         [_view.get() scrollBy:arrowSpeed * direction];
     }
-}
-
-/// The tooltip of whatever row the mouse rests on, also of one that cannot be chosen.
-- (void)updateHint {
-    NSString* text = [[_view.get() itemAtIndex:_restingRow] toolTip];
-    if ([text length] == 0 || now() - _restingSince < hintDelay) {
-        [_hint.get() hide];
-        return;
-    }
-    if ([text isEqualToString:[_hint.get() text]]) {
-        return;
-    }
-    [_hint.get() show:text at:NSMakePoint(_mouse.x + 12, _mouse.y - 16)];
 }
 
 @end

@@ -1,19 +1,19 @@
 #import "compat/gnustep/desktop/MenuView.h"
 
+#include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
+namespace Drawing = menubar::Drawing;
 namespace Palette = menubar::Palette;
 
 constexpr CGFloat rowHeight = 22.0;
 constexpr CGFloat separatorHeight = 11.0;
 constexpr CGFloat edge = 5.0;        // above the first row, below the last, and beside the highlight
-constexpr CGFloat corner = 4.0;      // of the highlight
 constexpr CGFloat checkLeft = 11.0;  // of the check mark
 constexpr CGFloat titleLeft = 26.0;  // of an item that is not indented
 constexpr CGFloat indent = 11.0;     // per level
@@ -24,15 +24,11 @@ constexpr NSInteger noItem = -1;
 constexpr std::size_t measuredTitles = 200; // measuring costs; the widest is among the longest
 
 NSFont* menuFont() {
-    return [NSFont menuFontOfSize:Palette::menuFontSize];
-}
-
-NSDictionary* attributes(NSColor* color) {
-    return @{NSFontAttributeName : menuFont(), NSForegroundColorAttributeName : color};
+    return [NSFont menuFontOfSize:13.0];
 }
 
 CGFloat widthOf(NSString* text) {
-    return std::ceil([text sizeWithAttributes:@{NSFontAttributeName : menuFont()}].width);
+    return std::ceil(Drawing::lineWidth(text, menuFont()));
 }
 
 NSString* keyText(NSMenuItem* item) {
@@ -70,38 +66,18 @@ CGFloat widthOfRows(NSArray* items) {
     return widest;
 }
 
-void drawText(NSString* text, CGFloat left, NSRect row, NSColor* color) {
-    NSDictionary* look = attributes(color);
-    const CGFloat top = NSMinY(row) + std::floor((NSHeight(row) - [text sizeWithAttributes:look].height) / 2);
-    [text drawAtPoint:NSMakePoint(left, top) withAttributes:look];
+void drawText(NSString* text, CGFloat left, CGFloat width, NSRect row, NSColor* color) {
+    Drawing::drawLine(text, NSMakeRect(left, NSMinY(row), width, NSHeight(row)), menuFont(), color);
 }
 
-void drawCheckMark(NSRect row, NSColor* color) {
-    NSBezierPath* mark = [NSBezierPath bezierPath];
-    const CGFloat middle = std::floor(NSMidY(row));
-    [mark moveToPoint:NSMakePoint(checkLeft, middle + 0.5)];
-    [mark lineToPoint:NSMakePoint(checkLeft + 3.2, middle + 4.0)];
-    [mark lineToPoint:NSMakePoint(checkLeft + 8.6, middle - 4.5)];
-    [mark setLineWidth:1.6];
-    [mark setLineCapStyle:NSRoundLineCapStyle];
-    [mark setLineJoinStyle:NSRoundLineJoinStyle];
-    [color set];
-    [mark stroke];
-}
-
-/// A triangle in the middle of a bar, pointing up (-1) or down (1).
+/// In the middle of a bar, pointing up (-1) or down (1).
 void drawArrow(NSRect bar, int direction) {
     [Palette::surface() set];
     NSRectFill(NSInsetRect(bar, 1, 0));
-    NSBezierPath* arrow = [NSBezierPath bezierPath];
     const CGFloat x = NSMidX(bar);
     const CGFloat y = NSMidY(bar);
-    [arrow moveToPoint:NSMakePoint(x - 5, y - 2.5 * direction)];
-    [arrow lineToPoint:NSMakePoint(x + 5, y - 2.5 * direction)];
-    [arrow lineToPoint:NSMakePoint(x, y + 2.5 * direction)];
-    [arrow closePath];
-    [Palette::disabledText() set];
-    [arrow fill];
+    const NSPoint arrow[] = {{x - 5, y - 2.5 * direction}, {x, y + 2.5 * direction}, {x + 5, y - 2.5 * direction}};
+    Drawing::strokeLines(arrow, 3, 2.0, Palette::disabledText());
 }
 
 } // namespace
@@ -242,41 +218,27 @@ void drawArrow(NSRect bar, int direction) {
     return point.y < NSMinY([self viewport]) ? -1 : 1;
 }
 
-- (NSString*)title:(NSString*)title fittedTo:(CGFloat)width {
-    if (widthOf(title) <= width) {
-        return title;
-    }
-    NSUInteger fits = 0;
-    NSUInteger tooLong = [title length];
-    while (fits + 1 < tooLong) {
-        const NSUInteger middle = fits + (tooLong - fits) / 2;
-        NSString* shorter = [[title substringToIndex:middle] stringByAppendingString:@"…"];
-        (widthOf(shorter) <= width ? fits : tooLong) = middle;
-    }
-    // Never between the two halves of a character.
-    const NSUInteger end = [title rangeOfComposedCharacterSequenceAtIndex:fits].location;
-    return [[title substringToIndex:end] stringByAppendingString:@"…"];
-}
-
 - (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {
     NSColor* color = isHighlighted      ? Palette::highlightedText()
                      : [item isEnabled] ? Palette::text()
                                         : Palette::disabledText();
     if (isHighlighted) {
         [Palette::highlight() set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, edge, 0) xRadius:corner yRadius:corner] fill];
+        NSRectFill(NSInsetRect(row, edge, 0));
     }
     if ([item state] == NSControlStateValueOn) {
-        drawCheckMark(row, color);
+        const CGFloat y = std::floor(NSMidY(row));
+        const NSPoint mark[] = {{checkLeft, y + 0.5}, {checkLeft + 3.2, y + 4.0}, {checkLeft + 8.6, y - 4.5}};
+        Drawing::strokeLines(mark, 3, 1.6, color);
     }
     CGFloat right = NSWidth(row) - titleRight;
     NSString* key = keyText(item);
     if ([key length] > 0) {
         right -= widthOf(key);
-        drawText(key, right, row, isHighlighted ? color : Palette::disabledText());
+        drawText(key, right, NSWidth(row), row, isHighlighted ? color : Palette::disabledText());
         right -= keyGap;
     }
-    drawText([self title:[item title] fittedTo:right - leftOf(item)], leftOf(item), row, color);
+    drawText([item title], leftOf(item), right - leftOf(item), row, color);
 }
 
 - (void)drawRect:(NSRect)dirty {
@@ -305,7 +267,7 @@ void drawArrow(NSRect bar, int direction) {
         drawArrow(NSMakeRect(0, NSHeight(bounds) - arrowHeight, NSWidth(bounds), arrowHeight), 1);
     }
     [Palette::border() set];
-    [menubar::roundedOutline(bounds, menubar::RoundedCorners::all, Palette::menuRadius, true) stroke];
+    NSFrameRect(bounds);
 }
 
 @end

@@ -1,11 +1,10 @@
 #import "compat/gnustep/desktop/StatusStripItem.h"
 
 #import "compat/gnustep/desktop/MenuPanel.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 #import "compat/gnustep/look/SymbolImage.h"
 
 #include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +15,6 @@ constexpr CGFloat height = 26.0;
 constexpr CGFloat margin = 8.0;   // to the right edge of the screen
 constexpr CGFloat padding = 10.0; // inside, left and right
 constexpr CGFloat symbolSide = 18.0;
-constexpr NSTimeInterval hintDelay = 0.7;
 
 } // namespace
 
@@ -47,12 +45,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
 
 - (void)forgetItem {
     _item = nil;
-    [_hintWindow.get() hide];
-    [NSObject cancelPreviousPerformRequestsWithTarget:self];
-}
-
-- (HintWindow*)hint {
-    return _hintWindow.get();
+    [[Hint shared] hide];
 }
 
 - (NSUInteger)changes {
@@ -92,9 +85,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
 - (void)setToolTip:(NSString*)text {
     ++_changes;
     _hint = menubar::ObjCPointer<NSString>::adopt([text copy]);
-    if ([_hintWindow.get() text] != nil) {
-        [self showHint];
-    }
+    [[Hint shared] setText:text ofOwner:self];
 }
 
 - (NSString*)accessibilityLabel {
@@ -120,11 +111,10 @@ constexpr NSTimeInterval hintDelay = 0.7;
     NSRectFill(bounds);
     if ([_item isOpen]) {
         [menubar::Palette::pressed() set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(bounds, 3, 2) xRadius:4 yRadius:4] fill];
+        NSRectFill(bounds);
     }
     [menubar::Palette::border() set];
-    [menubar::roundedOutline(bounds, menubar::RoundedCorners::lower, menubar::Palette::stripRadius,
-                             [self isFlipped] != NO) stroke];
+    NSFrameRect(bounds);
     NSImage* image = [self image];
     if ([image isKindOfClass:[SymbolImage class]]) {
         const NSRect place =
@@ -141,7 +131,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
 
 /// Not NSButton's, whose tracking would wait for a mouse-up that the menu takes.
 - (void)mouseDown:(NSEvent*)event {
-    [self hideHint];
+    [[Hint shared] hide];
     [_item openMenuWithEvent:event];
 }
 
@@ -153,37 +143,8 @@ constexpr NSTimeInterval hintDelay = 0.7;
     [_item openMenuWithEvent:nil];
 }
 
-/// For the tooltip; the window has the button's size.
-- (void)trackMouse {
-    if (_tracking != 0) {
-        [self removeTrackingRect:_tracking];
-    }
-    _tracking = [self addTrackingRect:[self bounds] owner:self userData:nullptr assumeInside:NO];
-}
-
-- (void)mouseEntered:(NSEvent*)event {
-    [self performSelector:@selector(showHint) withObject:nil afterDelay:hintDelay];
-}
-
-- (void)mouseExited:(NSEvent*)event {
-    [self hideHint];
-}
-
-- (void)showHint {
-    if ([_hint.get() length] == 0 || ![_item isOnScreen] || [_item isOpen]) {
-        [_hintWindow.get() hide];
-        return;
-    }
-    if (!_hintWindow) {
-        _hintWindow = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
-    }
-    const NSRect strip = [[self window] frame];
-    [_hintWindow.get() show:_hint.get() at:NSMakePoint(NSMinX(strip), NSMinY(strip) - 4)];
-}
-
-- (void)hideHint {
-    [NSObject cancelPreviousPerformRequestsWithTarget:self];
-    [_hintWindow.get() hide];
+- (void)mouseMoved:(NSEvent*)event {
+    [[Hint shared] pointAt:self area:[self bounds] of:[self window] text:_hint.get()];
 }
 
 @end
@@ -201,7 +162,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
         [window setReleasedWhenClosed:NO];
         [window setLevel:NSStatusWindowLevel];
         [window setHidesOnDeactivate:NO];
-        [window setAcceptsMouseMovedEvents:YES]; // without them nothing is said to be entered
+        [window setAcceptsMouseMovedEvents:YES]; // for the tooltip
         _window = menubar::ObjCPointer<NSWindow>::adopt(window);
         _button = menubar::ObjCPointer<StatusStripButton>::adopt([[StatusStripButton alloc] initWithItem:self]);
         [window setContentView:_button.get()];
@@ -262,8 +223,6 @@ constexpr NSTimeInterval hintDelay = 0.7;
     const NSRect frame = NSMakeRect(fits ? left : NSMaxX(screen) + margin, NSMaxY(screen) - height, width, height);
     if (!NSEqualRects(frame, [_window.get() frame])) {
         [_window.get() setFrame:frame display:YES];
-        menubar::roundCorners(_window.get(), menubar::RoundedCorners::lower, menubar::Palette::stripRadius);
-        [_button.get() trackMouse];
     }
 }
 

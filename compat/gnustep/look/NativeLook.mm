@@ -1,8 +1,7 @@
 #include "MenubarApp/AppKit/Controls/Look.h"
 
-#import "compat/gnustep/look/PickerCell.h"
+#import "compat/gnustep/look/Cells.h"
 #import "compat/gnustep/look/SymbolImage.h"
-#import "compat/gnustep/look/TextCells.h"
 #import "compat/gnustep/shim/OverlayScrollView.h"
 
 #include "MenubarApp/AppKit/Conversions.h"

@@ -32,6 +32,46 @@ bool isClick(NSView* view) {
 
 } // namespace
 
+@interface NSCell (Private)
+- (void)_drawAttributedText:(NSAttributedString*)text inFrame:(NSRect)frame;
+@end
+
+/// GNUstep's button lets a title that does not fit run out of sight.
+@implementation NSButtonCell (MenubarOverride)
+
+- (NSRect)drawTitle:(NSAttributedString*)title withFrame:(NSRect)frame inView:(NSView*)view {
+    const auto styled = [title](NSString* text) {
+        NSDictionary* look = [title length] > 0 ? [title attributesAtIndex:0 effectiveRange:nullptr] : @{};
+        return [[[NSMutableAttributedString alloc] initWithString:text attributes:look] autorelease];
+    };
+    NSMutableAttributedString* shown = styled(Drawing::shortened(
+        [title string], [&](NSString* part) { return [styled(part) size].width <= NSWidth(frame) + 0.5; }));
+    if (Drawing::isDefaultButton(self) && [self isEnabled] && ![self isHighlighted]) {
+        [shown addAttribute:NSForegroundColorAttributeName
+                      value:Palette::highlightedText()
+                      range:NSMakeRange(0, [shown length])];
+    }
+    [self _drawAttributedText:shown inFrame:frame];
+    return frame;
+}
+
+@end
+
+/// Controls draw the focus themselves.
+@implementation NSControl (MenubarOverride)
+
+- (BOOL)becomeFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (BOOL)resignFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+@end
+
 /// GNUstep's switch answers neither the mouse nor the keyboard.
 @implementation NSSwitch (MenubarOverride)
 
@@ -60,16 +100,6 @@ bool isClick(NSView* view) {
 
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
-}
-
-- (BOOL)becomeFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
-}
-
-- (BOOL)resignFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
 }
 
 - (void)drawRect:(NSRect)dirty {
@@ -134,16 +164,6 @@ bool isClick(NSView* view) {
 
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
-}
-
-- (BOOL)becomeFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
-}
-
-- (BOOL)resignFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
 }
 
 - (void)keyDown:(NSEvent*)event {

@@ -1,7 +1,7 @@
 // The part of macOS's controls that GNUstep's do not have.
 #import <AppKit/AppKit.h>
 
-#import "compat/gnustep/look/TextCells.h"
+#import "compat/gnustep/look/Cells.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -123,6 +123,7 @@ constexpr double labelMargin = 2.0;
 
 - (void)setPlaceholderString:(NSString*)text {
     [[self cell] setPlaceholderString:text];
+    [self setNeedsDisplay:YES];
 }
 
 - (void)setMaximumNumberOfLines:(NSInteger)lines {

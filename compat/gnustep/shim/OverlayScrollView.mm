@@ -1,5 +1,13 @@
 #import "compat/gnustep/shim/OverlayScrollView.h"
 
+#include <algorithm>
+
+namespace {
+
+constexpr CGFloat wheelSpeed = 40.0; // points a notch
+
+} // namespace
+
 @implementation OverlayScrollView
 
 /// GNUstep asks for one where the content is wider by a fraction.
@@ -24,6 +32,20 @@
     if (!NSEqualRects([scroller frame], edge)) {
         [scroller setFrame:edge];
     }
+}
+
+/// What cannot scroll any further hands the wheel on.
+- (void)scrollWheel:(NSEvent*)event {
+    NSClipView* clip = [self contentView];
+    const NSRect shown = [clip documentVisibleRect];
+    const CGFloat lowest = std::max(0.0, NSHeight([clip documentRect]) - NSHeight(shown));
+    const CGFloat y = std::clamp(NSMinY(shown) - wheelSpeed * [event deltaY], 0.0, lowest);
+    if (y == NSMinY(shown)) {
+        [[self nextResponder] scrollWheel:event];
+        return;
+    }
+    [clip scrollToPoint:NSMakePoint(NSMinX(shown), y)];
+    [self reflectScrolledClipView:clip];
 }
 
 @end

@@ -1,4 +1,4 @@
-#import "compat/gnustep/look/TextCells.h"
+#import "compat/gnustep/look/Cells.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -13,6 +13,9 @@ namespace Palette = menubar::Palette;
 
 constexpr CGFloat labelMargin = 2.0; // on each side, as the field editor has it
 constexpr CGFloat fieldMargin = 7.0;
+constexpr CGFloat pickerLeading = 10.0;
+constexpr CGFloat pickerTrailing = 26.0; // for the arrows
+constexpr CGFloat pickerHeight = 24.0;
 
 NSDictionary* wrapped(NSFont* font, NSColor* color) {
     NSMutableParagraphStyle* style = [[[NSMutableParagraphStyle alloc] init] autorelease];
@@ -66,6 +69,7 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
     if ([view isKindOfClass:[NSControl class]] && [static_cast<NSControl*>(view) currentEditor] != nil) {
         return; // the editor draws the text, for it to be selected
     }
@@ -102,6 +106,7 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
     const bool isField = [view isKindOfClass:[NSControl class]];
     NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;
     Drawing::drawBezel(frame, [self isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
@@ -124,6 +129,38 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
     [self drawWithFrame:frame inView:view];
+}
+
+@end
+
+@implementation PickerCell
+
+- (NSSize)cellSize {
+    double widest = 0.0;
+    for (NSMenuItem* item in [self itemArray]) {
+        widest = std::max(widest, Drawing::lineWidth([item title], [self font]));
+    }
+    return NSMakeSize(std::ceil(widest) + pickerLeading + pickerTrailing, pickerHeight);
+}
+
+- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
+    const bool isEnabled = [self isEnabled];
+    NSColor* color = isEnabled ? Palette::text() : Palette::disabledText();
+    Drawing::drawBezel(frame, isEnabled ? Palette::control() : Palette::disabledControl(), Palette::border(),
+                       Drawing::focusOf(view), Palette::controlRadius);
+    if ([self indexOfSelectedItem] >= 0) {
+        NSRect room = frame;
+        room.origin.x += pickerLeading;
+        room.size.width -= pickerLeading + pickerTrailing;
+        Drawing::drawLine([self titleOfSelectedItem], room, [self font], color);
+    }
+    const CGFloat x = NSMaxX(frame) - pickerTrailing / 2;
+    const CGFloat y = NSMidY(frame);
+    for (const CGFloat side : {-1.0, 1.0}) {
+        const NSPoint arrow[] = {{x - 3.0, y + side * 2.5}, {x, y + side * 5.5}, {x + 3.0, y + side * 2.5}};
+        Drawing::strokeLines(arrow, 3, 1.5, color);
+    }
 }
 
 @end

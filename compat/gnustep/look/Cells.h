@@ -19,3 +19,7 @@
 /// Draws one line of text in a rounded border, with its placeholder and the focus. Main thread.
 @interface FieldCell : NSTextFieldCell
 @end
+
+/// Draws a pop-up button: the chosen title, cut with an ellipsis, and two arrows. Main thread.
+@interface PickerCell : NSPopUpButtonCell
+@end
