@@ -27,7 +27,8 @@ struct Picture {
     [[nodiscard]] std::size_t colors() const;
 };
 
-/// The window with its frame, as it is at this moment. The one function that is another on each platform.
+/// The window with its frame, as it is on the screen at this moment. The one function here that each platform has its
+/// own of: it must ask the window server, for the view's own drawing methods draw before they answer.
 [[nodiscard]] Picture look(NSWindow* window);
 
 /// The same once the main loop has drawn what was marked, and nothing moves any more.

@@ -20,6 +20,41 @@
 
 #include <gtest/gtest.h>
 
+/// Takes a picture of the open panel while it is up.
+@interface PanelPhotographer : NSObject {
+    BOOL _isDone;
+}
+- (void)take;
+- (BOOL)isDone;
+@end
+
+@implementation PanelPhotographer
+
+- (void)take {
+    if (NSWindow* panel = [NSApp modalWindow]) {
+        menubar::driver::save(menubar::driver::look(panel),
+                              std::string(std::getenv("MENUBAR_PICTURES")) + "/open-panel.png");
+        _isDone = YES;
+        [NSApp stopModalWithCode:NSModalResponseCancel];
+        [NSApp postEvent:[NSEvent otherEventWithType:NSEventTypeApplicationDefined
+                                            location:NSZeroPoint
+                                       modifierFlags:0
+                                           timestamp:0
+                                        windowNumber:0
+                                             context:nil
+                                             subtype:0
+                                               data1:0
+                                               data2:0]
+                 atStart:NO];
+    }
+}
+
+- (BOOL)isDone {
+    return _isDone;
+}
+
+@end
+
 namespace menubar {
 namespace {
 
@@ -39,9 +74,8 @@ void takeMenu(const std::string& name) {
     }
 }
 
-// NOLINTBEGIN: the framework's word for what runs only on request
+/// The framework's word for what runs only on request.
 class DISABLED_Pictures : public driver::ControlsInAWindow {
-    // NOLINTEND
   protected:
     void show(const std::string& name, const std::vector<View>& rows, double width = 600, bool isFocused = false) {
         [m_window.get() setContentSize:NSMakeSize(width, 400)];
@@ -149,6 +183,44 @@ TEST(DISABLED_Screens, Settings) {
     take(screen.window(), "settings-narrow");
     [screen.window() setFrame:NSMakeRect(20, 20, 1200, 700) display:YES];
     take(screen.window(), "settings-wide");
+}
+
+TEST(DISABLED_Screens, Help) {
+    driver::SettingsScreen screen;
+    screen.writeConfig(R"({"text":"new"})");
+    screen.open();
+    NSButton* reset = screen.button("Reset to default");
+    [NSApp postEvent:[NSEvent mouseEventWithType:NSEventTypeMouseMoved
+                                        location:[reset convertPoint:NSMakePoint(9, 9) toView:nil]
+                                   modifierFlags:0
+                                       timestamp:0
+                                    windowNumber:[screen.window() windowNumber]
+                                         context:nil
+                                     eventNumber:0
+                                      clickCount:0
+                                        pressure:0]
+             atStart:NO];
+    driver::pump(driver::milliseconds(1200));
+    for (NSWindow* window in [NSApp windows]) {
+        if ([window isVisible] && [window level] == NSScreenSaverWindowLevel) {
+            take(window, "help");
+        }
+    }
+}
+
+TEST(DISABLED_Screens, OpenPanel) {
+    driver::SettingsScreen screen;
+    screen.open();
+    const auto hand = ObjCPointer<PanelPhotographer>::adopt([[PanelPhotographer alloc] init]);
+    NSTimer* timer = [NSTimer timerWithTimeInterval:0.3
+                                             target:hand.get()
+                                           selector:@selector(take)
+                                           userInfo:nil
+                                            repeats:YES];
+    [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSModalPanelRunLoopMode];
+    screen.press("Choose...");
+    (void)driver::pumpUntil([&] { return [hand.get() isDone] != NO; });
+    [timer invalidate];
 }
 
 TEST(DISABLED_Screens, SettingsSaving) {

@@ -2,18 +2,16 @@
 
 #import "compat/gnustep/desktop/AlertView.h"
 #import "compat/gnustep/desktop/StatusStripItem.h"
-#import "compat/gnustep/look/ControlTheme.h"
+#import "compat/gnustep/look/Controls.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "compat/gnustep/desktop/XdgOpener.h"
-#include "compat/gnustep/shim/PasteboardServer.h"
-#include "compat/gnustep/shim/TerminationSignals.h"
+#include "compat/gnustep/shim/Process.h"
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <future>
 #include <mutex>
 #include <utility>
@@ -60,20 +58,13 @@ class ThreadForEach final : public BackgroundQueue {
         std::erase_if(m_running, [](const std::future<void>& each) {
             return each.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
         });
-        m_running.push_back(std::async(std::launch::async, std::move(action)));
+        m_running.push_back(std::async(std::launch::async, [action = std::move(action)]() noexcept { action(); }));
     }
 
   private:
     std::mutex m_mutex;
     std::vector<std::future<void>> m_running; // destroying one waits for it
 };
-
-/// GNUstep's task class, once anything uses it (the pasteboard does), answers SIGCHLD by collecting every child that
-/// has ended, and then nobody else learns how it ended. It still collects its own children when asked about them.
-void keepChildrenToOurselves() {
-    [NSTask class]; // installs its handler, now and never again
-    std::signal(SIGCHLD, SIG_DFL);
-}
 
 /// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
 void hideArguments() {
@@ -104,6 +95,10 @@ void registerLook() {
         @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle", // a main menu without a window of its own
         @"NSScrollViewInterfaceStyle" : @"NSMacintoshInterfaceStyle",
         @"windowBackgroundColor" : @"0.94 0.94 0.95",
+        @"controlColor" : @"0.985 0.985 0.99",
+        @"windowFrameTextColor" : @"0.11 0.11 0.12",
+        @"controlShadowColor" : @"0.80 0.80 0.82",
+        @"selectedControlColor" : @"0.70 0.84 1.0",
         @"controlBackgroundColor" : @"0.985 0.985 0.99",
         @"selectedTextBackgroundColor" : @"0.70 0.84 1.0",
     }];
@@ -114,17 +109,17 @@ void registerLook() {
 namespace Desktop {
 
 void prepareProcess() {
-    TerminationSignals::hold();
+    Process::holdTerminationSignals();
     hideArguments();
     moveFoldersHome();
-    keepChildrenToOurselves();
+    Process::keepChildren();
     registerLook();
 }
 
 void prepareApplication() {
     static ControlTheme* const theme = [[ControlTheme alloc] initWithBundle:nil];
     [GSTheme setTheme:theme];
-    TerminationSignals::handle();
+    Process::handleTerminationSignals();
 }
 
 ObjCPointer<NSStatusItem> makeStatusItem() {
@@ -146,7 +141,7 @@ VisibilityProbe readVisibility(NSStatusItem* item) {
 }
 
 ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
-    PasteboardServer::start();
+    Process::startPasteboardServer();
     const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
                              NSWindowStyleMaskResizable;
     auto window = ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]

@@ -20,19 +20,15 @@
     NSRect _strip;
     NSPoint _mouse;            // the last position seen, in screen coordinates
     NSTimeInterval _pressedAt; // when the press that opened the menu began; 0 once it is over
-    NSInteger _firstHighlighted;
     BOOL _isDone;
     BOOL _isStale;
 }
 
 - (instancetype)initWithMenu:(NSMenu*)menu;
 
-/// The menu opens with this item highlighted and in sight; without it with none, and at its top.
-- (void)startAtItem:(NSInteger)index;
-
-/// Opens below `strip` (screen coordinates) and returns the item that was chosen, nil for none. `press` is the event
-/// that opened the menu, nil when no button is down.
-- (NSMenuItem*)trackBelow:(NSRect)strip pressedBy:(NSEvent*)press;
+/// Opens below `strip` (screen coordinates), with the item of that index highlighted and in sight, and returns the one
+/// that was chosen, nil for none. `press` is the event that opened the menu, nil when no button is down.
+- (NSMenuItem*)trackBelow:(NSRect)strip from:(NSInteger)index pressedBy:(NSEvent*)press;
 
 /// Ends the tracking of `menu`, if it is open, without choosing.
 + (void)cancelTracking:(NSMenu*)menu;

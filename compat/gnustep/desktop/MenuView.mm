@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -19,7 +20,6 @@ constexpr CGFloat titleLeft = 26.0;  // of an item that is not indented
 constexpr CGFloat indent = 11.0;     // per level
 constexpr CGFloat keyGap = 24.0;     // between title and key equivalent
 constexpr CGFloat titleRight = 18.0; // to the right edge
-constexpr CGFloat arrowHeight = 18.0;
 constexpr NSInteger noItem = -1;
 constexpr std::size_t measuredTitles = 200; // measuring costs; the widest is among the longest
 
@@ -51,33 +51,21 @@ CGFloat widthOfRow(NSMenuItem* item) {
 }
 
 CGFloat widthOfRows(NSArray* items) {
-    std::vector<NSMenuItem*> longest;
+    std::vector<NSMenuItem*> rows;
     for (NSMenuItem* item in items) {
-        if (![item isSeparatorItem]) {
-            longest.push_back(item);
-        }
+        rows.push_back(item);
     }
-    const auto measured = static_cast<std::ptrdiff_t>(std::min(longest.size(), measuredTitles));
-    std::partial_sort(longest.begin(), longest.begin() + measured, longest.end(),
-                      [](NSMenuItem* a, NSMenuItem* b) { return [[a title] length] > [[b title] length]; });
+    std::ranges::sort(rows, std::ranges::greater{}, [](NSMenuItem* item) { return [[item title] length]; });
+    rows.resize(std::min(rows.size(), measuredTitles));
     CGFloat widest = 0.0;
-    std::for_each_n(longest.begin(), measured,
-                    [&widest](NSMenuItem* item) { widest = std::max(widest, widthOfRow(item)); });
+    for (NSMenuItem* item : rows) {
+        widest = std::max(widest, widthOfRow(item));
+    }
     return widest;
 }
 
 void drawText(NSString* text, CGFloat left, CGFloat width, NSRect row, NSColor* color) {
     Drawing::drawLine(text, NSMakeRect(left, NSMinY(row), width, NSHeight(row)), menuFont(), color);
-}
-
-/// In the middle of a bar, pointing up (-1) or down (1).
-void drawArrow(NSRect bar, int direction) {
-    [Palette::surface() set];
-    NSRectFill(NSInsetRect(bar, 1, 0));
-    const CGFloat x = NSMidX(bar);
-    const CGFloat y = NSMidY(bar);
-    const NSPoint arrow[] = {{x - 5, y - 2.5 * direction}, {x, y + 2.5 * direction}, {x + 5, y - 2.5 * direction}};
-    Drawing::strokeLines(arrow, 3, 2.0, Palette::disabledText());
 }
 
 } // namespace
@@ -159,21 +147,8 @@ void drawArrow(NSRect bar, int direction) {
     return std::max(0.0, [self naturalSize].height - NSHeight([self bounds]));
 }
 
-/// The part of the view where rows are drawn: all of it but the arrows.
-- (NSRect)viewport {
-    NSRect area = [self bounds];
-    if (_scroll > 0) {
-        area.origin.y += arrowHeight;
-        area.size.height -= arrowHeight;
-    }
-    if (_scroll < [self hiddenHeight]) {
-        area.size.height -= arrowHeight;
-    }
-    return area;
-}
-
 - (NSInteger)indexAtPoint:(NSPoint)point {
-    if (!NSPointInRect(point, [self viewport])) {
+    if (!NSPointInRect(point, [self bounds])) {
         return noItem;
     }
     const auto after = std::ranges::upper_bound(_tops, point.y + _scroll);
@@ -202,20 +177,12 @@ void drawArrow(NSRect bar, int direction) {
     if (NSIsEmptyRect(row)) {
         return;
     }
-    // Clear of the arrows, whether or not they show now.
-    const NSRect inside = NSInsetRect([self bounds], 0, arrowHeight);
+    const NSRect inside = [self bounds];
     if (NSMinY(row) < NSMinY(inside)) {
         [self scrollBy:NSMinY(row) - NSMinY(inside)];
     } else if (NSMaxY(row) > NSMaxY(inside)) {
         [self scrollBy:NSMaxY(row) - NSMaxY(inside)];
     }
-}
-
-- (int)arrowAtPoint:(NSPoint)point {
-    if (!NSPointInRect(point, [self bounds]) || NSPointInRect(point, [self viewport])) {
-        return 0;
-    }
-    return point.y < NSMinY([self viewport]) ? -1 : 1;
 }
 
 - (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {
@@ -259,12 +226,6 @@ void drawArrow(NSRect bar, int direction) {
         } else {
             [self drawItem:item inRow:row isHighlighted:index == _highlighted];
         }
-    }
-    if (_scroll > 0) {
-        drawArrow(NSMakeRect(0, 0, NSWidth(bounds), arrowHeight), -1);
-    }
-    if (_scroll < [self hiddenHeight]) {
-        drawArrow(NSMakeRect(0, NSHeight(bounds) - arrowHeight, NSWidth(bounds), arrowHeight), 1);
     }
     [Palette::border() set];
     NSFrameRect(bounds);

@@ -40,7 +40,6 @@
     StatusStripItem* _item; // not owned: it owns this button
     menubar::ObjCPointer<NSColor> _tint;
     menubar::ObjCPointer<NSString> _label;
-    menubar::ObjCPointer<NSString> _hint;
     NSUInteger _changes;
 }
 

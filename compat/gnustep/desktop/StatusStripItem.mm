@@ -4,6 +4,7 @@
 #import "compat/gnustep/look/Hint.h"
 #import "compat/gnustep/look/SymbolImage.h"
 
+#include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
@@ -18,18 +19,6 @@ constexpr CGFloat symbolSide = 18.0;
 
 } // namespace
 
-/// It never takes the keyboard from the window that has it.
-@interface StatusStripWindow : NSWindow
-@end
-
-@implementation StatusStripWindow
-
-- (BOOL)canBecomeKeyWindow {
-    return NO;
-}
-
-@end
-
 @implementation StatusStripButton
 
 - (instancetype)initWithItem:(StatusStripItem*)item {
@@ -38,7 +27,6 @@ constexpr CGFloat symbolSide = 18.0;
         _item = item;
         [self setTitle:@""];
         [self setBordered:NO];
-        _changes = 0;
     }
     return self;
 }
@@ -77,14 +65,9 @@ constexpr CGFloat symbolSide = 18.0;
     [self changed];
 }
 
-- (NSString*)toolTip {
-    return _hint.get();
-}
-
-/// Not NSView's, which shows no tooltip while another application is active, as a status item's must.
 - (void)setToolTip:(NSString*)text {
     ++_changes;
-    _hint = menubar::ObjCPointer<NSString>::adopt([text copy]);
+    [super setToolTip:text];
     [[Hint shared] setText:text ofOwner:self];
 }
 
@@ -107,21 +90,13 @@ constexpr CGFloat symbolSide = 18.0;
 
 - (void)drawRect:(NSRect)dirty {
     const NSRect bounds = [self bounds];
-    [menubar::Palette::surface() set];
+    [([_item isOpen] ? menubar::Palette::pressed : menubar::Palette::surface)() set];
     NSRectFill(bounds);
-    if ([_item isOpen]) {
-        [menubar::Palette::pressed() set];
-        NSRectFill(bounds);
-    }
     [menubar::Palette::border() set];
     NSFrameRect(bounds);
-    NSImage* image = [self image];
-    if ([image isKindOfClass:[SymbolImage class]]) {
-        const NSRect place =
-            NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
-        NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
-        [static_cast<SymbolImage*>(image) drawInRect:place tint:tint flipped:[self isFlipped]];
-    }
+    const NSRect place = NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
+    NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
+    [static_cast<SymbolImage*>([self image]) drawInRect:place tint:tint flipped:[self isFlipped]];
     if ([self showsTitle]) {
         NSAttributedString* title = [self attributedTitle];
         const CGFloat y = std::floor((NSHeight(bounds) - [title size].height) / 2);
@@ -144,7 +119,7 @@ constexpr CGFloat symbolSide = 18.0;
 }
 
 - (void)mouseMoved:(NSEvent*)event {
-    [[Hint shared] pointAt:self area:[self bounds] of:[self window] text:_hint.get()];
+    [[Hint shared] pointAt:self area:[self bounds] of:[self window] text:[self toolTip]];
 }
 
 @end
@@ -155,19 +130,11 @@ constexpr CGFloat symbolSide = 18.0;
     self = [super init];
     if (self != nil) {
         _room = NSWidth([[NSScreen mainScreen] frame]);
-        NSWindow* window = [[StatusStripWindow alloc] initWithContentRect:NSMakeRect(0, 0, height, height)
-                                                                styleMask:NSBorderlessWindowMask
-                                                                  backing:NSBackingStoreBuffered
-                                                                    defer:NO];
-        [window setReleasedWhenClosed:NO];
-        [window setLevel:NSStatusWindowLevel];
-        [window setHidesOnDeactivate:NO];
-        [window setAcceptsMouseMovedEvents:YES]; // for the tooltip
-        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
         _button = menubar::ObjCPointer<StatusStripButton>::adopt([[StatusStripButton alloc] initWithItem:self]);
-        [window setContentView:_button.get()];
+        _window = menubar::Drawing::makeOverlay([NSWindow class], NSStatusWindowLevel, _button.get());
+        [_window.get() setHidesOnDeactivate:NO];
         [self layout];
-        [window orderFrontRegardless];
+        [_window.get() orderFrontRegardless];
     }
     return self;
 }
@@ -240,6 +207,7 @@ constexpr CGFloat symbolSide = 18.0;
     [_button.get() display];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:menu.get()]);
     const auto chosen = menubar::ObjCPointer<NSMenuItem>::retain([panel.get() trackBelow:[_window.get() frame]
+                                                                                    from:-1
                                                                                pressedBy:event]);
     _isOpen = NO;
     [_button.get() display];

@@ -1,4 +1,4 @@
-#import "compat/gnustep/look/Cells.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -49,12 +49,10 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (NSSize)cellSizeForBounds:(NSRect)bounds {
-    NSString* text = [self stringValue];
-    NSSize size = NSMakeSize(0.0, Drawing::lineHeight([self font]));
-    if ([text length] > 0) {
-        size = sizeOf(text, NSWidth(bounds) - 2 * labelMargin, wrapped([self font], [self textColor]));
-    }
-    return NSMakeSize(std::ceil(size.width) + 2 * labelMargin, std::ceil(size.height));
+    const NSSize size =
+        sizeOf([self stringValue], NSWidth(bounds) - 2 * labelMargin, wrapped([self font], [self textColor]));
+    return NSMakeSize(std::ceil(size.width) + 2 * labelMargin,
+                      std::max(std::ceil(size.height), Drawing::lineHeight([self font])));
 }
 
 - (NSString*)textShownIn:(NSSize)size {
@@ -77,22 +75,14 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
                                withAttributes:wrapped([self font], [self textColor])];
 }
 
-- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
-    [self drawInteriorWithFrame:frame inView:view];
-}
-
 @end
 
 @implementation FieldCell
 
-- (NSRect)textRectForBounds:(NSRect)bounds {
+- (NSRect)titleRectForBounds:(NSRect)bounds {
     const CGFloat height = Drawing::lineHeight([self font]);
     return NSMakeRect(NSMinX(bounds) + fieldMargin, NSMinY(bounds) + std::floor((NSHeight(bounds) - height) / 2),
                       std::max(0.0, NSWidth(bounds) - 2 * fieldMargin), height);
-}
-
-- (NSRect)titleRectForBounds:(NSRect)bounds {
-    return [self textRectForBounds:bounds];
 }
 
 - (NSRect)drawingRectForBounds:(NSRect)bounds {
@@ -111,7 +101,7 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
     NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;
     Drawing::drawBezel(frame, [self isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
                        editor != nil ? Drawing::Focus::present : Drawing::Focus::absent, Palette::controlRadius);
-    const NSRect room = [self textRectForBounds:frame];
+    const NSRect room = [self titleRectForBounds:frame];
     NSString* text = editor != nil ? [editor string] : [self stringValue];
     if ([text length] == 0) {
         if ([[self placeholderString] length] > 0) {

@@ -1,4 +1,4 @@
-#import "compat/gnustep/look/ControlTheme.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -11,11 +11,7 @@ namespace {
 namespace Drawing = menubar::Drawing;
 namespace Palette = menubar::Palette;
 
-constexpr float scrollerWidth = 12.0F;
-
 constexpr float titleBarHeight = 28.0F;
-constexpr float resizeBarHeight = 6.0F;
-constexpr float titleButtonSide = 16.0F;
 constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 
 } // namespace
@@ -74,7 +70,7 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 // Scrollers
 
 - (float)defaultScrollerWidth {
-    return scrollerWidth;
+    return 12.0F;
 }
 
 - (BOOL)scrollViewUseBottomCorner {
@@ -82,11 +78,13 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 }
 
 - (NSCell*)cellForScrollerKnob:(BOOL)isHorizontal {
-    return [[[KnobCell alloc] init] autorelease];
+    static KnobCell* const cell = [[KnobCell alloc] init]; // its users do not own it
+    return cell;
 }
 
 - (NSCell*)cellForScrollerKnobSlot:(BOOL)isHorizontal {
-    return [[[NSCell alloc] initTextCell:@""] autorelease];
+    static NSCell* const cell = [[NSCell alloc] initTextCell:@""];
+    return cell;
 }
 
 // Steppers
@@ -169,15 +167,7 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 }
 
 - (float)resizebarHeight {
-    return resizeBarHeight;
-}
-
-- (float)titlebarButtonSize {
-    return titleButtonSide;
-}
-
-- (float)titlebarPaddingTop {
-    return (titleBarHeight - titleButtonSide) / 2;
+    return 6.0F;
 }
 
 /// The main menu is there for its keys; it takes no room in a window.

@@ -65,6 +65,18 @@ Drawing::Focus Drawing::focusOf(NSView* view) {
     return responder == view ? Focus::present : Focus::absent;
 }
 
+ObjCPointer<NSWindow> Drawing::makeOverlay(Class type, NSInteger level, NSView* content) {
+    auto window = ObjCPointer<NSWindow>::adopt([[type alloc] initWithContentRect:[content frame]
+                                                                       styleMask:NSBorderlessWindowMask
+                                                                         backing:NSBackingStoreBuffered
+                                                                           defer:NO]);
+    [window.get() setReleasedWhenClosed:NO];
+    [window.get() setLevel:level];
+    [window.get() setAcceptsMouseMovedEvents:YES];
+    [window.get() setContentView:content];
+    return window;
+}
+
 bool Drawing::isDefaultButton(NSCell* cell) {
     return [cell isKindOfClass:[NSButtonCell class]] &&
            [[static_cast<NSButtonCell*>(cell) keyEquivalent] isEqualToString:@"\r"];

@@ -29,6 +29,5 @@
 
 /// What is shown; nil for nothing.
 - (NSString*)text;
-- (NSWindow*)window;
 
 @end

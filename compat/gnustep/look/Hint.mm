@@ -1,8 +1,9 @@
 #import "compat/gnustep/look/Hint.h"
 
-#import "compat/gnustep/look/Cells.h"
+#import "compat/gnustep/look/Controls.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
+#include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
@@ -27,19 +28,14 @@ constexpr NSTimeInterval delay = 0.7;
 - (instancetype)init {
     self = [super init];
     if (self != nil) {
-        NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 10, 10)
-                                                       styleMask:NSBorderlessWindowMask
-                                                         backing:NSBackingStoreBuffered
-                                                           defer:NO];
-        [window setReleasedWhenClosed:NO];
-        [window setLevel:NSScreenSaverWindowLevel];
-        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
         NSTextField* label = [[NSTextField alloc] initWithFrame:NSMakeRect(0, 0, 10, 10)];
         [label setCell:[[[LabelCell alloc] initTextCell:@""] autorelease]];
         [label setFont:[NSFont systemFontOfSize:[NSFont smallSystemFontSize]]];
         _label = menubar::ObjCPointer<NSTextField>::adopt(label);
-        [window setBackgroundColor:menubar::Palette::hintSurface()];
-        [[window contentView] addSubview:label];
+        NSView* content = [[[NSView alloc] initWithFrame:[label frame]] autorelease];
+        [content addSubview:label];
+        _window = menubar::Drawing::makeOverlay([NSWindow class], NSScreenSaverWindowLevel, content);
+        [_window.get() setBackgroundColor:menubar::Palette::hintSurface()];
     }
     return self;
 }
@@ -117,10 +113,6 @@ constexpr NSTimeInterval delay = 0.7;
 
 - (NSString*)text {
     return [_window.get() isVisible] ? _text.get() : nil;
-}
-
-- (NSWindow*)window {
-    return _window.get();
 }
 
 @end

@@ -39,6 +39,9 @@ constexpr Drawing drawings[] = {
     {"lock", "M 5.6 9 L 5.6 12.4 A 9 12.4 3.4 180 0 L 12.4 9 S M 3.4 1.6 L 14.6 1.6 L 14.6 9.8 L 3.4 9.8 Z F"},
     {"minus.circle", MINUS},
     {"plus.circle", MINUS "M 9 5.4 L 9 12.6 S"},
+    {"square", "M 0.8 2.3 L 13.2 2.3 L 13.2 14.7 L 0.8 14.7 Z S"},
+    {"checkmark.square.fill", "M 0 1.5 L 14 1.5 L 14 15.5 L 0 15.5 Z "
+                              "M 2.6 8.2 L 5.8 5 L 11.6 11.6 L 10.4 12.8 L 5.8 7.4 L 3.8 9.4 Z F"},
 };
 
 #undef EYE

@@ -18,18 +18,6 @@ unichar keyOf(NSEvent* event) {
     return [characters length] > 0 ? [characters characterAtIndex:0] : 0;
 }
 
-/// Whether the button went up again inside the view.
-bool isClick(NSView* view) {
-    NSEvent* event = nil;
-    do {
-        event = [NSApp nextEventMatchingMask:NSEventMaskLeftMouseUp | NSEventMaskLeftMouseDragged
-                                   untilDate:[NSDate distantFuture]
-                                      inMode:NSEventTrackingRunLoopMode
-                                     dequeue:YES];
-    } while ([event type] != NSEventTypeLeftMouseUp);
-    return NSPointInRect([view convertPoint:[event locationInWindow] fromView:nil], [view bounds]);
-}
-
 } // namespace
 
 @interface NSCell (Private)
@@ -85,9 +73,7 @@ bool isClick(NSView* view) {
 }
 
 - (void)mouseDown:(NSEvent*)event {
-    if ([self isEnabled] && isClick(self)) {
-        [self performClick:self];
-    }
+    [self performClick:self];
 }
 
 - (void)keyDown:(NSEvent*)event {
@@ -120,9 +106,6 @@ bool isClick(NSView* view) {
     }
     [[self retain] autorelease];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
-    if ([self indexOfSelectedItem] >= 0) {
-        [panel.get() startAtItem:[self indexOfSelectedItem]];
-    }
     NSWindow* window = [self window];
     NSRect strip = [self convertRect:[self bounds] toView:nil];
     strip.origin = [window convertBaseToScreen:strip.origin];
@@ -132,7 +115,7 @@ bool isClick(NSView* view) {
     const CGFloat wanted =
         std::min(NSHeight(screen) - 2 * rowHeight, rowHeight * static_cast<CGFloat>([self numberOfItems] + 1));
     strip.origin.y = std::max(NSMinY(strip), NSMinY(screen) + wanted);
-    NSMenuItem* chosen = [panel.get() trackBelow:strip pressedBy:press];
+    NSMenuItem* chosen = [panel.get() trackBelow:strip from:[self indexOfSelectedItem] pressedBy:press];
     if (chosen != nil) {
         [self selectItem:chosen];
         [self setNeedsDisplay:YES];

@@ -1,12 +1,6 @@
-#import "compat/gnustep/shim/OverlayScrollView.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr CGFloat wheelSpeed = 40.0; // points a notch
-
-} // namespace
 
 @implementation OverlayScrollView
 
@@ -36,6 +30,7 @@ constexpr CGFloat wheelSpeed = 40.0; // points a notch
 
 /// What cannot scroll any further hands the wheel on.
 - (void)scrollWheel:(NSEvent*)event {
+    constexpr CGFloat wheelSpeed = 40.0; // points a notch
     NSClipView* clip = [self contentView];
     const NSRect shown = [clip documentVisibleRect];
     const CGFloat lowest = std::max(0.0, NSHeight([clip documentRect]) - NSHeight(shown));
