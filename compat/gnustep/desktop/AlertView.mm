@@ -114,7 +114,7 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
     NSFrameRect(_panelFrame);
 }
 
-// Whatever the pointer does here is the alert's.
+// What the pointer does here is the alert's; so are the keys that no button takes.
 
 - (void)mouseDown:(NSEvent*)event {
 }
@@ -123,6 +123,15 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
 }
 
 - (void)scrollWheel:(NSEvent*)event {
+}
+
+/// The other Return key, on the number pad.
+- (void)keyDown:(NSEvent*)event {
+    if ([[event charactersIgnoringModifiers] isEqualToString:@"\003"]) {
+        [[_buttons.get() objectAtIndex:0] performClick:nil];
+    } else {
+        [super keyDown:event];
+    }
 }
 
 - (void)press:(NSButton*)sender {

@@ -36,8 +36,7 @@ NSString* keyText(NSMenuItem* item) {
     if ([key length] == 0) {
         return @"";
     }
-    const bool shifted = ([item keyEquivalentModifierMask] & NSEventModifierFlagShift) != 0;
-    return [NSString stringWithFormat:@"%@⌘%@", shifted ? @"⇧" : @"", [key uppercaseString]];
+    return [@"⌘" stringByAppendingString:[key uppercaseString]];
 }
 
 CGFloat leftOf(NSMenuItem* item) {
@@ -62,10 +61,6 @@ CGFloat widthOfRows(NSArray* items) {
         widest = std::max(widest, widthOfRow(item));
     }
     return widest;
-}
-
-void drawText(NSString* text, CGFloat left, CGFloat width, NSRect row, NSColor* color) {
-    Drawing::drawLine(text, NSMakeRect(left, NSMinY(row), width, NSHeight(row)), menuFont(), color);
 }
 
 } // namespace
@@ -198,14 +193,17 @@ void drawText(NSString* text, CGFloat left, CGFloat width, NSRect row, NSColor* 
         const NSPoint mark[] = {{checkLeft, y + 0.5}, {checkLeft + 3.2, y + 4.0}, {checkLeft + 8.6, y - 4.5}};
         Drawing::strokeLines(mark, 3, 1.6, color);
     }
-    CGFloat right = NSWidth(row) - titleRight;
+    NSRect room = row;
+    room.origin.x = leftOf(item);
+    room.size.width = NSWidth(row) - titleRight - leftOf(item);
     NSString* key = keyText(item);
     if ([key length] > 0) {
-        right -= widthOf(key);
-        drawText(key, right, NSWidth(row), row, isHighlighted ? color : Palette::disabledText());
-        right -= keyGap;
+        const CGFloat width = widthOf(key);
+        const NSRect place = NSMakeRect(NSMaxX(room) - width, NSMinY(row), width, NSHeight(row));
+        Drawing::drawLine(key, place, menuFont(), isHighlighted ? color : Palette::disabledText());
+        room.size.width -= width + keyGap;
     }
-    drawText([item title], leftOf(item), right - leftOf(item), row, color);
+    Drawing::drawLine([item title], room, menuFont(), color);
 }
 
 - (void)drawRect:(NSRect)dirty {

@@ -118,21 +118,16 @@ constexpr double labelMargin = 2.0;
 @implementation NSButton (MenubarShim)
 
 - (NSSize)intrinsicContentSize {
-    NSSize size = [[self cell] cellSize];
     NSString* title = [self imagePosition] == NSImageOnly ? @"" : [self title];
     const double image = [self image] != nil ? [[self image] size].width : 0.0;
     const double gap = image > 0.0 && [title length] > 0 ? imageGap : 0.0;
-    const double text = [title length] > 0 ? std::ceil(menubar::Drawing::lineWidth(title, [self font])) : 0.0;
-    const bool isSmall = [[self cell] controlSize] == NSSmallControlSize;
-    size.width = image + gap + text;
-    if ([self isBordered]) {
-        size.width += 2 * (isSmall ? smallButtonMargin : buttonMargin);
-        size.height = isSmall ? smallButtonHeight : buttonHeight;
-    } else {
-        size.width += 2 * bareMargin;
-        size.height = plainHeight;
+    const double width = image + gap + std::ceil(menubar::Drawing::lineWidth(title, [self font]));
+    if (![self isBordered]) {
+        return NSMakeSize(width + 2 * bareMargin, plainHeight);
     }
-    return size;
+    const bool isSmall = [[self cell] controlSize] == NSSmallControlSize;
+    return NSMakeSize(width + 2 * (isSmall ? smallButtonMargin : buttonMargin),
+                      isSmall ? smallButtonHeight : buttonHeight);
 }
 
 @end
