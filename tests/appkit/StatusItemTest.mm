@@ -1,5 +1,5 @@
 #import "compat/gnustep/desktop/StatusStripItem.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 #import "compat/gnustep/look/SymbolImage.h"
 
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
@@ -205,15 +205,26 @@ TEST_F(StatusItemOnScreen, withoutRoomItIsMovedOffTheScreenAndSaysSo) {
 
 TEST_F(StatusItemOnScreen, showsItsTooltipWhereTheMouseRests) {
     m_item.apply(running);
-    [button() mouseEntered:[NSApp currentEvent]];
-    const auto shown = [this] { return [[button() hint] text] != nil; };
-    ASSERT_TRUE(driver::pumpUntil(shown));
-    EXPECT_EQ(toString([[button() hint] text]), "Daemon running (last poll 3s ago)");
-    EXPECT_TRUE([[[button() hint] window] isVisible]);
+    const auto move = [this](NSPoint place) {
+        [NSApp postEvent:[NSEvent mouseEventWithType:NSEventTypeMouseMoved
+                                            location:place
+                                       modifierFlags:0
+                                           timestamp:0
+                                        windowNumber:[[strip() window] windowNumber]
+                                             context:nil
+                                         eventNumber:0
+                                          clickCount:0
+                                            pressure:0]
+                 atStart:NO];
+    };
+    Hint* hint = [Hint shared];
+    move(NSMakePoint(5, 5));
+    ASSERT_TRUE(driver::pumpUntil([&] { return [hint text] != nil; }));
+    EXPECT_EQ(toString([hint text]), "Daemon running (last poll 3s ago)");
     m_item.apply({.symbolName = "eye", .title = "72%", .tone = Tone::ok, .tooltip = "later"});
-    EXPECT_EQ(toString([[button() hint] text]), "later") << "it follows a poll";
-    [button() mouseExited:[NSApp currentEvent]];
-    EXPECT_FALSE(shown());
+    EXPECT_EQ(toString([hint text]), "later") << "it follows a poll";
+    [[strip() window] orderOut:nil];
+    EXPECT_TRUE(driver::pumpUntil([&] { return [hint text] == nil; })) << "it goes with what it belongs to";
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 #import "MenubarApp/AppKit/Controls/KeyControls.h"
 #import "MenubarApp/AppKit/Controls/TextEditor.h"
 #import "MenubarApp/AppKit/Controls/TextField.h"
-#import "compat/gnustep/look/TextCells.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 

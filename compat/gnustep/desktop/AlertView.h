@@ -8,14 +8,14 @@
 #include <cstddef>
 #include <functional>
 
-/// Covers a window's content with a shade and hangs an alert from the upper edge: a message, a text, and buttons, the
-/// first of them rightmost. Return presses the first, Escape the last, Space the one that Tab has led to. Main thread.
+/// Covers a window with a shade and hangs an alert from the upper edge: a message, a text, and buttons, the first of
+/// them rightmost. Return presses the first, Escape the last, Space the one that Tab has led to. Main thread.
 @interface AlertView : NSView {
     menubar::ObjCPointer<NSMutableArray> _buttons;
-    menubar::ObjCPointer<NSAttributedString> _message;
-    menubar::ObjCPointer<NSAttributedString> _information;
+    menubar::ObjCPointer<NSTextField> _message;
+    menubar::ObjCPointer<NSTextField> _information;
     std::function<void(std::size_t)> _pressed;
-    NSUInteger _focused;
+    NSRect _panelFrame;
 }
 
 - (instancetype)initWithAlert:(const menubar::Alert&)alert;

@@ -2,18 +2,20 @@
 
 #import "compat/gnustep/desktop/AlertView.h"
 #import "compat/gnustep/desktop/StatusStripItem.h"
-#import "compat/gnustep/look/ControlTheme.h"
+#import "compat/gnustep/look/Controls.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "compat/gnustep/desktop/XdgOpener.h"
-#include "compat/gnustep/shim/ChildSignal.h"
-#include "compat/gnustep/shim/PasteboardServer.h"
-#include "compat/gnustep/shim/TerminationSignals.h"
-#include "compat/gnustep/shim/ThreadPool.h"
+#include "compat/gnustep/shim/Process.h"
 
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -33,6 +35,7 @@ class OverlaySheet final : public AlertSheet {
             tell(button);
         }];
         [window beginSheetView:m_view.get()];
+        [window makeFirstResponder:[[m_view.get() buttons] objectAtIndex:0]];
     }
 
     ~OverlaySheet() override {
@@ -45,6 +48,22 @@ class OverlaySheet final : public AlertSheet {
   private:
     ObjCPointer<SheetWindow> m_window;
     ObjCPointer<AlertView> m_view;
+};
+
+/// A thread for each action: they wait more than they compute, and are few.
+class ThreadForEach final : public BackgroundQueue {
+  public:
+    void run(std::function<void()> action) override {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_running, [](const std::future<void>& each) {
+            return each.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        });
+        m_running.push_back(std::async(std::launch::async, [action = std::move(action)]() noexcept { action(); }));
+    }
+
+  private:
+    std::mutex m_mutex;
+    std::vector<std::future<void>> m_running; // destroying one waits for it
 };
 
 /// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
@@ -76,6 +95,10 @@ void registerLook() {
         @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle", // a main menu without a window of its own
         @"NSScrollViewInterfaceStyle" : @"NSMacintoshInterfaceStyle",
         @"windowBackgroundColor" : @"0.94 0.94 0.95",
+        @"controlColor" : @"0.985 0.985 0.99",
+        @"windowFrameTextColor" : @"0.11 0.11 0.12",
+        @"controlShadowColor" : @"0.80 0.80 0.82",
+        @"selectedControlColor" : @"0.70 0.84 1.0",
         @"controlBackgroundColor" : @"0.985 0.985 0.99",
         @"selectedTextBackgroundColor" : @"0.70 0.84 1.0",
     }];
@@ -86,17 +109,17 @@ void registerLook() {
 namespace Desktop {
 
 void prepareProcess() {
-    TerminationSignals::hold();
+    Process::holdTerminationSignals();
     hideArguments();
     moveFoldersHome();
-    ChildSignal::keepToOurselves();
+    Process::keepChildren();
     registerLook();
 }
 
 void prepareApplication() {
     static ControlTheme* const theme = [[ControlTheme alloc] initWithBundle:nil];
     [GSTheme setTheme:theme];
-    TerminationSignals::handle();
+    Process::handleTerminationSignals();
 }
 
 ObjCPointer<NSStatusItem> makeStatusItem() {
@@ -118,14 +141,16 @@ VisibilityProbe readVisibility(NSStatusItem* item) {
 }
 
 ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
-    PasteboardServer::start();
+    Process::startPasteboardServer();
     const NSUInteger style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable |
                              NSWindowStyleMaskResizable;
-    return ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]
+    auto window = ObjCPointer<NSWindow>::adopt([[SheetWindow alloc]
         initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
                   styleMask:style
                     backing:NSBackingStoreBuffered
                       defer:NO]);
+    [window.get() setAcceptsMouseMovedEvents:YES]; // for the tooltips
+    return window;
 }
 
 std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
@@ -134,7 +159,7 @@ std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
 }
 
 std::unique_ptr<BackgroundQueue> makeBackgroundQueue() {
-    return std::make_unique<ThreadPool>();
+    return std::make_unique<ThreadForEach>();
 }
 
 std::unique_ptr<FileOpener> makeFileOpener() {

@@ -4,7 +4,6 @@
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
 
-@class HintWindow;
 @class MenuView;
 
 /// Shows a menu and tracks mouse and keyboard until it is closed. GNUstep's own menus cannot do it: they neither tell
@@ -17,26 +16,19 @@
     menubar::ObjCPointer<NSMenu> _menu;
     menubar::ObjCPointer<NSWindow> _window;
     menubar::ObjCPointer<MenuView> _view;
-    menubar::ObjCPointer<HintWindow> _hint;
     menubar::ObjCPointer<NSMenuItem> _chosen;
     NSRect _strip;
-    NSPoint _mouse;               // the last position seen, in screen coordinates
-    NSTimeInterval _pressedAt;    // when the press that opened the menu began; 0 once it is over
-    NSTimeInterval _restingSince; // the mouse, over one row
-    NSInteger _restingRow;
-    NSInteger _firstHighlighted;
+    NSPoint _mouse;            // the last position seen, in screen coordinates
+    NSTimeInterval _pressedAt; // when the press that opened the menu began; 0 once it is over
     BOOL _isDone;
     BOOL _isStale;
 }
 
 - (instancetype)initWithMenu:(NSMenu*)menu;
 
-/// The menu opens with this item highlighted and in sight; without it with none, and at its top.
-- (void)startAtItem:(NSInteger)index;
-
-/// Opens below `strip` (screen coordinates) and returns the item that was chosen, nil for none. `press` is the event
-/// that opened the menu, nil when no button is down.
-- (NSMenuItem*)trackBelow:(NSRect)strip pressedBy:(NSEvent*)press;
+/// Opens below `strip` (screen coordinates), with the item of that index highlighted and in sight, and returns the one
+/// that was chosen, nil for none. `press` is the event that opened the menu, nil when no button is down.
+- (NSMenuItem*)trackBelow:(NSRect)strip from:(NSInteger)index pressedBy:(NSEvent*)press;
 
 /// Ends the tracking of `menu`, if it is open, without choosing.
 + (void)cancelTracking:(NSMenu*)menu;
@@ -46,6 +38,5 @@
 - (NSMenu*)menu;
 - (NSWindow*)window;
 - (MenuView*)view;
-- (HintWindow*)hint;
 
 @end

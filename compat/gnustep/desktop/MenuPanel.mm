@@ -1,12 +1,11 @@
 #import "compat/gnustep/desktop/MenuPanel.h"
 
 #import "compat/gnustep/desktop/MenuView.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 
 #import <GNUstepGUI/GSDisplayServer.h>
 
-#include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
+#include "compat/gnustep/look/Drawing.h"
 
 #include <algorithm>
 
@@ -14,11 +13,9 @@ namespace {
 
 constexpr CGFloat screenMargin = 4.0;
 constexpr CGFloat narrowest = 180.0;
-constexpr CGFloat arrowSpeed = 12.0; // points a turn of the loop
 constexpr CGFloat wheelSpeed = 44.0; // points a notch
 constexpr NSTimeInterval turn = 0.05;
 constexpr NSTimeInterval longestClick = 0.3;
-constexpr NSTimeInterval hintDelay = 0.7;
 constexpr unichar escape = 0x1B;
 constexpr unichar enter = 0x03;
 
@@ -49,17 +46,7 @@ NSTimeInterval now() {
 
 + (void)cancelTracking:(NSMenu*)menu {
     if (openPanel != nil && openPanel->_menu.get() == menu) {
-        openPanel->_isDone = YES;
-        [NSApp postEvent:[NSEvent otherEventWithType:NSEventTypeApplicationDefined
-                                            location:NSZeroPoint
-                                       modifierFlags:0
-                                           timestamp:0
-                                        windowNumber:0
-                                             context:nil
-                                             subtype:0
-                                               data1:0
-                                               data2:0]
-                 atStart:NO]; // ends the wait
+        openPanel->_isDone = YES; // seen within a turn
     }
 }
 
@@ -67,18 +54,9 @@ NSTimeInterval now() {
     self = [super init];
     if (self != nil) {
         _menu = menubar::ObjCPointer<NSMenu>::retain(menu);
-        _firstHighlighted = [MenuView none];
-        _hint = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
-        NSWindow* window = [[MenuWindow alloc] initWithContentRect:NSMakeRect(0, 0, narrowest, narrowest)
-                                                         styleMask:NSBorderlessWindowMask
-                                                           backing:NSBackingStoreBuffered
-                                                             defer:NO];
-        [window setReleasedWhenClosed:NO];
-        [window setLevel:NSPopUpMenuWindowLevel];
-        [window setAcceptsMouseMovedEvents:YES];
-        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
-        _view = menubar::ObjCPointer<MenuView>::adopt([[MenuView alloc] initWithFrame:NSZeroRect]);
-        [window setContentView:_view.get()];
+        const NSRect frame = NSMakeRect(0, 0, narrowest, narrowest);
+        _view = menubar::ObjCPointer<MenuView>::adopt([[MenuView alloc] initWithFrame:frame]);
+        _window = menubar::Drawing::makeOverlay([MenuWindow class], NSPopUpMenuWindowLevel, _view.get());
         NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
         for (NSString* name in
              @[ NSMenuDidAddItemNotification, NSMenuDidChangeItemNotification, NSMenuDidRemoveItemNotification ]) {
@@ -105,14 +83,6 @@ NSTimeInterval now() {
     return _view.get();
 }
 
-- (HintWindow*)hint {
-    return _hint.get();
-}
-
-- (void)startAtItem:(NSInteger)index {
-    _firstHighlighted = index;
-}
-
 - (void)menuChanged:(NSNotification*)notification {
     _isStale = YES;
 }
@@ -130,26 +100,20 @@ NSTimeInterval now() {
     const NSRect frame = NSMakeRect(x, NSMinY(_strip) - height, width, height);
     if (!NSEqualRects(frame, [_window.get() frame])) {
         [_window.get() setFrame:frame display:NO];
-        menubar::roundCorners(_window.get(), menubar::RoundedCorners::all, menubar::Palette::menuRadius);
     }
     [_view.get() setItems:[_menu.get() itemArray]]; // the scroll position depends on the height
-    [_view.get() setNeedsDisplay:YES];
 }
 
-- (NSMenuItem*)trackBelow:(NSRect)strip pressedBy:(NSEvent*)press {
+- (NSMenuItem*)trackBelow:(NSRect)strip from:(NSInteger)index pressedBy:(NSEvent*)press {
     _strip = strip;
     _isDone = NO;
     _pressedAt = press != nil ? now() : 0.0;
     _mouse = [NSEvent mouseLocation];
-    _restingRow = [MenuView none];
-    _restingSince = now();
     const auto keyBefore = menubar::ObjCPointer<NSWindow>::retain([NSApp keyWindow]);
     openPanel = self;
     [self layout];
-    if (_firstHighlighted != [MenuView none]) {
-        [_view.get() scrollToItem:_firstHighlighted];
-        [_view.get() setHighlighted:_firstHighlighted];
-    }
+    [_view.get() scrollToItem:index];
+    [_view.get() setHighlighted:index];
     [_window.get() makeKeyAndOrderFront:nil];
     [_view.get() display];
     [GSServerForWindow(_window.get()) capturemouse:static_cast<int>([_window.get() windowNumber])];
@@ -160,7 +124,7 @@ NSTimeInterval now() {
     }
     openPanel = nil;
     [GSServerForWindow(_window.get()) releasemouse];
-    [_hint.get() hide];
+    [[Hint shared] hide];
     [_window.get() orderOut:nil];
     [keyBefore.get() makeKeyWindow];
     return [[_chosen.get() retain] autorelease];
@@ -180,40 +144,27 @@ NSTimeInterval now() {
     if (_isStale) {
         [self layout];
     }
-    [self scrollUnderArrow];
-    [self updateHint];
     [_view.get() displayIfNeeded];
     [_window.get() flushWindow];
 }
 
 - (void)handle:(NSEvent*)event {
-    switch ([event type]) {
-    case NSMouseMoved:
-    case NSLeftMouseDragged:
-    case NSRightMouseDragged:
-    case NSOtherMouseDragged:
+    constexpr NSUInteger moved =
+        NSMouseMovedMask | NSLeftMouseDraggedMask | NSRightMouseDraggedMask | NSOtherMouseDraggedMask;
+    const NSUInteger kind = NSEventMaskFromType([event type]);
+    if ((kind & moved) != 0) {
         [self mouseMoved:event];
-        return;
-    case NSLeftMouseDown:
-    case NSRightMouseDown:
-    case NSOtherMouseDown:
+    } else if ((kind & (NSLeftMouseDownMask | NSRightMouseDownMask | NSOtherMouseDownMask)) != 0) {
         [self mouseDown:event];
-        return;
-    case NSLeftMouseUp:
-    case NSRightMouseUp:
-    case NSOtherMouseUp:
+    } else if ((kind & (NSLeftMouseUpMask | NSRightMouseUpMask | NSOtherMouseUpMask)) != 0) {
         [self mouseUp:event];
-        return;
-    case NSScrollWheel:
+    } else if (kind == NSScrollWheelMask) {
         [_view.get() scrollBy:-wheelSpeed * [event deltaY]];
         [self highlightUnderMouse];
-        return;
-    case NSKeyDown:
+    } else if (kind == NSKeyDownMask) {
         [self keyDown:event];
-        return;
-    default:
-        [NSApp sendEvent:event];
-        return; // what the windows need to live: exposure, focus
+    } else {
+        [NSApp sendEvent:event]; // what the windows need to live: exposure, focus
     }
 }
 
@@ -234,10 +185,11 @@ NSTimeInterval now() {
 - (void)highlightUnderMouse {
     const NSInteger row = [_view.get() indexAtPoint:[self mouseInView]];
     [_view.get() setHighlighted:row];
-    if (row != _restingRow) {
-        _restingRow = row;
-        _restingSince = now();
-    }
+    // Also of one that cannot be chosen.
+    [[Hint shared] pointAt:self
+                      area:[_view.get() convertRect:[_view.get() rectOfItem:row] toView:nil]
+                        of:_window.get()
+                      text:[[_view.get() itemAtIndex:row] toolTip]];
 }
 
 - (void)mouseMoved:(NSEvent*)event {
@@ -278,7 +230,6 @@ NSTimeInterval now() {
 
 - (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step {
     const NSInteger next = [_view.get() selectableFrom:index step:step];
-    _restingSince = now();
     [_view.get() setHighlighted:next];
     [_view.get() scrollToItem:[_view.get() highlighted]];
 }
@@ -294,32 +245,19 @@ NSTimeInterval now() {
     }
     const NSInteger highlighted = [_view.get() highlighted];
     const auto count = static_cast<NSInteger>([_view.get() numberOfItems]);
-    switch ([characters characterAtIndex:0]) {
-    case NSDownArrowFunctionKey:
+    const unichar key = [characters characterAtIndex:0];
+    if (key == NSDownArrowFunctionKey) {
         [self moveHighlightFrom:highlighted step:1];
-        return;
-    case NSUpArrowFunctionKey:
+    } else if (key == NSUpArrowFunctionKey) {
         [self moveHighlightFrom:highlighted == [MenuView none] ? count : highlighted step:-1];
-        return;
-    case NSHomeFunctionKey:
-    case NSPageUpFunctionKey:
+    } else if (key == NSHomeFunctionKey) {
         [self moveHighlightFrom:-1 step:1];
-        return;
-    case NSEndFunctionKey:
-    case NSPageDownFunctionKey:
+    } else if (key == NSEndFunctionKey) {
         [self moveHighlightFrom:count step:-1];
-        return;
-    case '\r':
-    case '\n':
-    case ' ':
-    case enter:
+    } else if (key == '\r' || key == enter || key == ' ') {
         [self chooseHighlighted];
-        return;
-    case escape:
+    } else if (key == escape) {
         _isDone = YES;
-        return;
-    default:
-        return;
     }
 }
 
@@ -333,25 +271,6 @@ NSTimeInterval now() {
             return;
         }
     }
-}
-
-- (void)scrollUnderArrow {
-    if (const int direction = [_view.get() arrowAtPoint:[self mouseInView]]; direction != 0) {
-        [_view.get() scrollBy:arrowSpeed * direction];
-    }
-}
-
-/// The tooltip of whatever row the mouse rests on, also of one that cannot be chosen.
-- (void)updateHint {
-    NSString* text = [[_view.get() itemAtIndex:_restingRow] toolTip];
-    if ([text length] == 0 || now() - _restingSince < hintDelay) {
-        [_hint.get() hide];
-        return;
-    }
-    if ([text isEqualToString:[_hint.get() text]]) {
-        return;
-    }
-    [_hint.get() show:text at:NSMakePoint(_mouse.x + 12, _mouse.y - 16)];
 }
 
 @end

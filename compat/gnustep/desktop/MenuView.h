@@ -42,10 +42,4 @@
 
 - (void)scrollBy:(CGFloat)distance;
 - (void)scrollToItem:(NSInteger)index;
-/// -1 where the point is on the arrow that scrolls up, 1 on the one that scrolls down, else 0.
-- (int)arrowAtPoint:(NSPoint)point;
-
-/// How a title is drawn in that many points: whole, or cut and ended with "…".
-- (NSString*)title:(NSString*)title fittedTo:(CGFloat)width;
-
 @end

@@ -2,38 +2,33 @@
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace {
 
+namespace Drawing = menubar::Drawing;
 namespace Palette = menubar::Palette;
 
 constexpr CGFloat rowHeight = 22.0;
 constexpr CGFloat separatorHeight = 11.0;
 constexpr CGFloat edge = 5.0;        // above the first row, below the last, and beside the highlight
-constexpr CGFloat corner = 4.0;      // of the highlight
 constexpr CGFloat checkLeft = 11.0;  // of the check mark
 constexpr CGFloat titleLeft = 26.0;  // of an item that is not indented
 constexpr CGFloat indent = 11.0;     // per level
 constexpr CGFloat keyGap = 24.0;     // between title and key equivalent
 constexpr CGFloat titleRight = 18.0; // to the right edge
-constexpr CGFloat arrowHeight = 18.0;
 constexpr NSInteger noItem = -1;
 constexpr std::size_t measuredTitles = 200; // measuring costs; the widest is among the longest
 
 NSFont* menuFont() {
-    return [NSFont menuFontOfSize:Palette::menuFontSize];
-}
-
-NSDictionary* attributes(NSColor* color) {
-    return @{NSFontAttributeName : menuFont(), NSForegroundColorAttributeName : color};
+    return [NSFont menuFontOfSize:13.0];
 }
 
 CGFloat widthOf(NSString* text) {
-    return std::ceil([text sizeWithAttributes:@{NSFontAttributeName : menuFont()}].width);
+    return std::ceil(Drawing::lineWidth(text, menuFont()));
 }
 
 NSString* keyText(NSMenuItem* item) {
@@ -41,8 +36,7 @@ NSString* keyText(NSMenuItem* item) {
     if ([key length] == 0) {
         return @"";
     }
-    const bool shifted = ([item keyEquivalentModifierMask] & NSEventModifierFlagShift) != 0;
-    return [NSString stringWithFormat:@"%@⌘%@", shifted ? @"⇧" : @"", [key uppercaseString]];
+    return [@"⌘" stringByAppendingString:[key uppercaseString]];
 }
 
 CGFloat leftOf(NSMenuItem* item) {
@@ -56,53 +50,17 @@ CGFloat widthOfRow(NSMenuItem* item) {
 }
 
 CGFloat widthOfRows(NSArray* items) {
-    std::vector<NSMenuItem*> longest;
+    std::vector<NSMenuItem*> rows;
     for (NSMenuItem* item in items) {
-        if (![item isSeparatorItem]) {
-            longest.push_back(item);
-        }
+        rows.push_back(item);
     }
-    const auto measured = static_cast<std::ptrdiff_t>(std::min(longest.size(), measuredTitles));
-    std::partial_sort(longest.begin(), longest.begin() + measured, longest.end(),
-                      [](NSMenuItem* a, NSMenuItem* b) { return [[a title] length] > [[b title] length]; });
+    std::ranges::sort(rows, std::ranges::greater{}, [](NSMenuItem* item) { return [[item title] length]; });
+    rows.resize(std::min(rows.size(), measuredTitles));
     CGFloat widest = 0.0;
-    std::for_each_n(longest.begin(), measured,
-                    [&widest](NSMenuItem* item) { widest = std::max(widest, widthOfRow(item)); });
+    for (NSMenuItem* item : rows) {
+        widest = std::max(widest, widthOfRow(item));
+    }
     return widest;
-}
-
-void drawText(NSString* text, CGFloat left, NSRect row, NSColor* color) {
-    NSDictionary* look = attributes(color);
-    const CGFloat top = NSMinY(row) + std::floor((NSHeight(row) - [text sizeWithAttributes:look].height) / 2);
-    [text drawAtPoint:NSMakePoint(left, top) withAttributes:look];
-}
-
-void drawCheckMark(NSRect row, NSColor* color) {
-    NSBezierPath* mark = [NSBezierPath bezierPath];
-    const CGFloat middle = std::floor(NSMidY(row));
-    [mark moveToPoint:NSMakePoint(checkLeft, middle + 0.5)];
-    [mark lineToPoint:NSMakePoint(checkLeft + 3.2, middle + 4.0)];
-    [mark lineToPoint:NSMakePoint(checkLeft + 8.6, middle - 4.5)];
-    [mark setLineWidth:1.6];
-    [mark setLineCapStyle:NSRoundLineCapStyle];
-    [mark setLineJoinStyle:NSRoundLineJoinStyle];
-    [color set];
-    [mark stroke];
-}
-
-/// A triangle in the middle of a bar, pointing up (-1) or down (1).
-void drawArrow(NSRect bar, int direction) {
-    [Palette::surface() set];
-    NSRectFill(NSInsetRect(bar, 1, 0));
-    NSBezierPath* arrow = [NSBezierPath bezierPath];
-    const CGFloat x = NSMidX(bar);
-    const CGFloat y = NSMidY(bar);
-    [arrow moveToPoint:NSMakePoint(x - 5, y - 2.5 * direction)];
-    [arrow lineToPoint:NSMakePoint(x + 5, y - 2.5 * direction)];
-    [arrow lineToPoint:NSMakePoint(x, y + 2.5 * direction)];
-    [arrow closePath];
-    [Palette::disabledText() set];
-    [arrow fill];
 }
 
 } // namespace
@@ -184,21 +142,8 @@ void drawArrow(NSRect bar, int direction) {
     return std::max(0.0, [self naturalSize].height - NSHeight([self bounds]));
 }
 
-/// The part of the view where rows are drawn: all of it but the arrows.
-- (NSRect)viewport {
-    NSRect area = [self bounds];
-    if (_scroll > 0) {
-        area.origin.y += arrowHeight;
-        area.size.height -= arrowHeight;
-    }
-    if (_scroll < [self hiddenHeight]) {
-        area.size.height -= arrowHeight;
-    }
-    return area;
-}
-
 - (NSInteger)indexAtPoint:(NSPoint)point {
-    if (!NSPointInRect(point, [self viewport])) {
+    if (!NSPointInRect(point, [self bounds])) {
         return noItem;
     }
     const auto after = std::ranges::upper_bound(_tops, point.y + _scroll);
@@ -227,24 +172,12 @@ void drawArrow(NSRect bar, int direction) {
     if (NSIsEmptyRect(row)) {
         return;
     }
-    // Clear of the arrows, whether or not they show now.
-    const NSRect inside = NSInsetRect([self bounds], 0, arrowHeight);
+    const NSRect inside = [self bounds];
     if (NSMinY(row) < NSMinY(inside)) {
         [self scrollBy:NSMinY(row) - NSMinY(inside)];
     } else if (NSMaxY(row) > NSMaxY(inside)) {
         [self scrollBy:NSMaxY(row) - NSMaxY(inside)];
     }
-}
-
-- (int)arrowAtPoint:(NSPoint)point {
-    if (!NSPointInRect(point, [self bounds]) || NSPointInRect(point, [self viewport])) {
-        return 0;
-    }
-    return point.y < NSMinY([self viewport]) ? -1 : 1;
-}
-
-- (NSString*)title:(NSString*)title fittedTo:(CGFloat)width {
-    return menubar::Drawing::shortened(title, [width](NSString* text) { return widthOf(text) <= width; });
 }
 
 - (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {
@@ -253,19 +186,24 @@ void drawArrow(NSRect bar, int direction) {
                                         : Palette::disabledText();
     if (isHighlighted) {
         [Palette::highlight() set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(row, edge, 0) xRadius:corner yRadius:corner] fill];
+        NSRectFill(NSInsetRect(row, edge, 0));
     }
     if ([item state] == NSControlStateValueOn) {
-        drawCheckMark(row, color);
+        const CGFloat y = std::floor(NSMidY(row));
+        const NSPoint mark[] = {{checkLeft, y + 0.5}, {checkLeft + 3.2, y + 4.0}, {checkLeft + 8.6, y - 4.5}};
+        Drawing::strokeLines(mark, 3, 1.6, color);
     }
-    CGFloat right = NSWidth(row) - titleRight;
+    NSRect room = row;
+    room.origin.x = leftOf(item);
+    room.size.width = NSWidth(row) - titleRight - leftOf(item);
     NSString* key = keyText(item);
     if ([key length] > 0) {
-        right -= widthOf(key);
-        drawText(key, right, row, isHighlighted ? color : Palette::disabledText());
-        right -= keyGap;
+        const CGFloat width = widthOf(key);
+        const NSRect place = NSMakeRect(NSMaxX(room) - width, NSMinY(row), width, NSHeight(row));
+        Drawing::drawLine(key, place, menuFont(), isHighlighted ? color : Palette::disabledText());
+        room.size.width -= width + keyGap;
     }
-    drawText([self title:[item title] fittedTo:right - leftOf(item)], leftOf(item), row, color);
+    Drawing::drawLine([item title], room, menuFont(), color);
 }
 
 - (void)drawRect:(NSRect)dirty {
@@ -287,14 +225,8 @@ void drawArrow(NSRect bar, int direction) {
             [self drawItem:item inRow:row isHighlighted:index == _highlighted];
         }
     }
-    if (_scroll > 0) {
-        drawArrow(NSMakeRect(0, 0, NSWidth(bounds), arrowHeight), -1);
-    }
-    if (_scroll < [self hiddenHeight]) {
-        drawArrow(NSMakeRect(0, NSHeight(bounds) - arrowHeight, NSWidth(bounds), arrowHeight), 1);
-    }
     [Palette::border() set];
-    [menubar::roundedOutline(bounds, menubar::RoundedCorners::all, Palette::menuRadius, true) stroke];
+    NSFrameRect(bounds);
 }
 
 @end

@@ -4,7 +4,6 @@
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
 
-@class HintWindow;
 @class StatusStripButton;
 
 /// Stands in for the status item that GNUstep does not have: a strip at the top right of the screen with an image and a
@@ -41,20 +40,13 @@
     StatusStripItem* _item; // not owned: it owns this button
     menubar::ObjCPointer<NSColor> _tint;
     menubar::ObjCPointer<NSString> _label;
-    menubar::ObjCPointer<NSString> _hint;
-    menubar::ObjCPointer<HintWindow> _hintWindow;
-    NSTrackingRectTag _tracking;
     NSUInteger _changes;
 }
 
 - (instancetype)initWithItem:(StatusStripItem*)item;
 - (CGFloat)contentWidth;
-/// The tooltip's window; nil before the first.
-- (HintWindow*)hint;
 /// How often an image, title, tint or tooltip was set.
 - (NSUInteger)changes;
-/// After the window has taken a new size.
-- (void)trackMouse;
 /// The item goes first.
 - (void)forgetItem;
 

@@ -1,11 +1,11 @@
 #import "compat/gnustep/desktop/StatusStripItem.h"
 
 #import "compat/gnustep/desktop/MenuPanel.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 #import "compat/gnustep/look/SymbolImage.h"
 
+#include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
-#include "compat/gnustep/look/WindowShape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,21 +16,8 @@ constexpr CGFloat height = 26.0;
 constexpr CGFloat margin = 8.0;   // to the right edge of the screen
 constexpr CGFloat padding = 10.0; // inside, left and right
 constexpr CGFloat symbolSide = 18.0;
-constexpr NSTimeInterval hintDelay = 0.7;
 
 } // namespace
-
-/// It never takes the keyboard from the window that has it.
-@interface StatusStripWindow : NSWindow
-@end
-
-@implementation StatusStripWindow
-
-- (BOOL)canBecomeKeyWindow {
-    return NO;
-}
-
-@end
 
 @implementation StatusStripButton
 
@@ -40,19 +27,13 @@ constexpr NSTimeInterval hintDelay = 0.7;
         _item = item;
         [self setTitle:@""];
         [self setBordered:NO];
-        _changes = 0;
     }
     return self;
 }
 
 - (void)forgetItem {
     _item = nil;
-    [_hintWindow.get() hide];
-    [NSObject cancelPreviousPerformRequestsWithTarget:self];
-}
-
-- (HintWindow*)hint {
-    return _hintWindow.get();
+    [[Hint shared] hide];
 }
 
 - (NSUInteger)changes {
@@ -84,17 +65,10 @@ constexpr NSTimeInterval hintDelay = 0.7;
     [self changed];
 }
 
-- (NSString*)toolTip {
-    return _hint.get();
-}
-
-/// Not NSView's, which shows no tooltip while another application is active, as a status item's must.
 - (void)setToolTip:(NSString*)text {
     ++_changes;
-    _hint = menubar::ObjCPointer<NSString>::adopt([text copy]);
-    if ([_hintWindow.get() text] != nil) {
-        [self showHint];
-    }
+    [super setToolTip:text];
+    [[Hint shared] setText:text ofOwner:self];
 }
 
 - (NSString*)accessibilityLabel {
@@ -116,22 +90,13 @@ constexpr NSTimeInterval hintDelay = 0.7;
 
 - (void)drawRect:(NSRect)dirty {
     const NSRect bounds = [self bounds];
-    [menubar::Palette::surface() set];
+    [([_item isOpen] ? menubar::Palette::pressed : menubar::Palette::surface)() set];
     NSRectFill(bounds);
-    if ([_item isOpen]) {
-        [menubar::Palette::pressed() set];
-        [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(bounds, 3, 2) xRadius:4 yRadius:4] fill];
-    }
     [menubar::Palette::border() set];
-    [menubar::roundedOutline(bounds, menubar::RoundedCorners::lower, menubar::Palette::stripRadius,
-                             [self isFlipped] != NO) stroke];
-    NSImage* image = [self image];
-    if ([image isKindOfClass:[SymbolImage class]]) {
-        const NSRect place =
-            NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
-        NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
-        [static_cast<SymbolImage*>(image) drawInRect:place tint:tint flipped:[self isFlipped]];
-    }
+    NSFrameRect(bounds);
+    const NSRect place = NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
+    NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
+    [static_cast<SymbolImage*>([self image]) drawInRect:place tint:tint flipped:[self isFlipped]];
     if ([self showsTitle]) {
         NSAttributedString* title = [self attributedTitle];
         const CGFloat y = std::floor((NSHeight(bounds) - [title size].height) / 2);
@@ -141,7 +106,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
 
 /// Not NSButton's, whose tracking would wait for a mouse-up that the menu takes.
 - (void)mouseDown:(NSEvent*)event {
-    [self hideHint];
+    [[Hint shared] hide];
     [_item openMenuWithEvent:event];
 }
 
@@ -153,37 +118,8 @@ constexpr NSTimeInterval hintDelay = 0.7;
     [_item openMenuWithEvent:nil];
 }
 
-/// For the tooltip; the window has the button's size.
-- (void)trackMouse {
-    if (_tracking != 0) {
-        [self removeTrackingRect:_tracking];
-    }
-    _tracking = [self addTrackingRect:[self bounds] owner:self userData:nullptr assumeInside:NO];
-}
-
-- (void)mouseEntered:(NSEvent*)event {
-    [self performSelector:@selector(showHint) withObject:nil afterDelay:hintDelay];
-}
-
-- (void)mouseExited:(NSEvent*)event {
-    [self hideHint];
-}
-
-- (void)showHint {
-    if ([_hint.get() length] == 0 || ![_item isOnScreen] || [_item isOpen]) {
-        [_hintWindow.get() hide];
-        return;
-    }
-    if (!_hintWindow) {
-        _hintWindow = menubar::ObjCPointer<HintWindow>::adopt([[HintWindow alloc] init]);
-    }
-    const NSRect strip = [[self window] frame];
-    [_hintWindow.get() show:_hint.get() at:NSMakePoint(NSMinX(strip), NSMinY(strip) - 4)];
-}
-
-- (void)hideHint {
-    [NSObject cancelPreviousPerformRequestsWithTarget:self];
-    [_hintWindow.get() hide];
+- (void)mouseMoved:(NSEvent*)event {
+    [[Hint shared] pointAt:self area:[self bounds] of:[self window] text:[self toolTip]];
 }
 
 @end
@@ -194,19 +130,11 @@ constexpr NSTimeInterval hintDelay = 0.7;
     self = [super init];
     if (self != nil) {
         _room = NSWidth([[NSScreen mainScreen] frame]);
-        NSWindow* window = [[StatusStripWindow alloc] initWithContentRect:NSMakeRect(0, 0, height, height)
-                                                                styleMask:NSBorderlessWindowMask
-                                                                  backing:NSBackingStoreBuffered
-                                                                    defer:NO];
-        [window setReleasedWhenClosed:NO];
-        [window setLevel:NSStatusWindowLevel];
-        [window setHidesOnDeactivate:NO];
-        [window setAcceptsMouseMovedEvents:YES]; // without them nothing is said to be entered
-        _window = menubar::ObjCPointer<NSWindow>::adopt(window);
         _button = menubar::ObjCPointer<StatusStripButton>::adopt([[StatusStripButton alloc] initWithItem:self]);
-        [window setContentView:_button.get()];
+        _window = menubar::Drawing::makeOverlay([NSWindow class], NSStatusWindowLevel, _button.get());
+        [_window.get() setHidesOnDeactivate:NO];
         [self layout];
-        [window orderFrontRegardless];
+        [_window.get() orderFrontRegardless];
     }
     return self;
 }
@@ -262,8 +190,6 @@ constexpr NSTimeInterval hintDelay = 0.7;
     const NSRect frame = NSMakeRect(fits ? left : NSMaxX(screen) + margin, NSMaxY(screen) - height, width, height);
     if (!NSEqualRects(frame, [_window.get() frame])) {
         [_window.get() setFrame:frame display:YES];
-        menubar::roundCorners(_window.get(), menubar::RoundedCorners::lower, menubar::Palette::stripRadius);
-        [_button.get() trackMouse];
     }
 }
 
@@ -284,6 +210,7 @@ constexpr NSTimeInterval hintDelay = 0.7;
     [_button.get() display];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:menu.get()]);
     const auto chosen = menubar::ObjCPointer<NSMenuItem>::retain([panel.get() trackBelow:[_window.get() frame]
+                                                                                    from:-1
                                                                                pressedBy:event]);
     _isOpen = NO;
     [_button.get() display];

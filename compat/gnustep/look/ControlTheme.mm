@@ -1,4 +1,4 @@
-#import "compat/gnustep/look/ControlTheme.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -11,33 +11,17 @@ namespace {
 namespace Drawing = menubar::Drawing;
 namespace Palette = menubar::Palette;
 
-constexpr float scrollerWidth = 12.0F;
-
-/// The knob of a scroller, or what it slides in, which is not drawn.
-enum class ScrollerPart { knob, slot };
+constexpr float titleBarHeight = 28.0F;
+constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 
 } // namespace
 
-@interface ScrollerCell : NSCell {
-    ScrollerPart _part;
-}
-- (instancetype)initWithPart:(ScrollerPart)part;
+@interface KnobCell : NSCell
 @end
 
-@implementation ScrollerCell
-
-- (instancetype)initWithPart:(ScrollerPart)part {
-    self = [super initTextCell:@""];
-    if (self != nil) {
-        _part = part;
-    }
-    return self;
-}
+@implementation KnobCell
 
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
-    if (_part == ScrollerPart::slot) {
-        return;
-    }
     const NSRect knob = NSInsetRect(frame, 3.0, 3.0);
     const CGFloat radius = std::min(NSWidth(knob), NSHeight(knob)) / 2;
     [Palette::scroller() setFill];
@@ -51,7 +35,10 @@ enum class ScrollerPart { knob, slot };
 - (void)drawButton:(NSRect)frame in:(NSCell*)cell view:(NSView*)view style:(int)style state:(GSThemeControlState)state {
     const bool isPressed = state == GSThemeHighlightedState || state == GSThemeHighlightedFirstResponderState;
     const bool isDisabled = state == GSThemeDisabledState || ![cell isEnabled];
-    NSColor* fill = isPressed ? Palette::pressed() : isDisabled ? Palette::disabledControl() : Palette::control();
+    NSColor* fill = isPressed                        ? Palette::pressed()
+                    : isDisabled                     ? Palette::disabledControl()
+                    : Drawing::isDefaultButton(cell) ? Palette::highlight()
+                                                     : Palette::control();
     const bool isFocused = [cell showsFirstResponder] && Drawing::focusOf(view) == Drawing::Focus::present;
     Drawing::drawBezel(frame, fill, isDisabled ? Palette::separator() : Palette::border(),
                        isFocused ? Drawing::Focus::present : Drawing::Focus::absent, Palette::controlRadius);
@@ -83,7 +70,7 @@ enum class ScrollerPart { knob, slot };
 // Scrollers
 
 - (float)defaultScrollerWidth {
-    return scrollerWidth;
+    return 12.0F;
 }
 
 - (BOOL)scrollViewUseBottomCorner {
@@ -91,12 +78,12 @@ enum class ScrollerPart { knob, slot };
 }
 
 - (NSCell*)cellForScrollerKnob:(BOOL)isHorizontal {
-    static ScrollerCell* const cell = [[ScrollerCell alloc] initWithPart:ScrollerPart::knob];
+    static KnobCell* const cell = [[KnobCell alloc] init]; // its users do not own it
     return cell;
 }
 
 - (NSCell*)cellForScrollerKnobSlot:(BOOL)isHorizontal {
-    static ScrollerCell* const cell = [[ScrollerCell alloc] initWithPart:ScrollerPart::slot];
+    static NSCell* const cell = [[NSCell alloc] initTextCell:@""];
     return cell;
 }
 
@@ -157,29 +144,69 @@ enum class ScrollerPart { knob, slot };
     [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(x, NSMinY(track) + 1.5, side, side)] fill];
 }
 
-// The wheel
-
+/// A part of a circle, which turns.
 - (void)drawProgressIndicator:(NSProgressIndicator*)progress
                    withBounds:(NSRect)bounds
                      withClip:(NSRect)clip
                       atCount:(int)count
                      forValue:(double)value {
-    if ([progress style] != NSProgressIndicatorStyleSpinning) {
-        [super drawProgressIndicator:progress withBounds:bounds withClip:clip atCount:count forValue:value];
+    NSBezierPath* arc = [NSBezierPath bezierPath];
+    [arc appendBezierPathWithArcWithCenter:NSMakePoint(NSMidX(bounds), NSMidY(bounds))
+                                    radius:NSWidth(bounds) / 2 - 4.0
+                                startAngle:30.0 * count
+                                  endAngle:30.0 * count + 270.0];
+    [arc setLineWidth:3.0];
+    [Palette::scroller() setStroke];
+    [arc stroke];
+}
+
+// The frame of a window that no window manager decorates
+
+- (float)titlebarHeight {
+    return titleBarHeight;
+}
+
+- (float)resizebarHeight {
+    return 6.0F;
+}
+
+/// The main menu is there for its keys; it takes no room in a window.
+- (void)setMenu:(NSMenu*)menu forWindow:(NSWindow*)window {
+}
+
+- (void)updateAllWindowsWithMenu:(NSMenu*)menu {
+}
+
+- (NSButton*)standardWindowButton:(NSWindowButton)kind forStyleMask:(NSUInteger)mask {
+    const bool isClose = kind == NSWindowCloseButton;
+    NSButton* button = [[[NSButton alloc] init] autorelease];
+    [button setTitle:isClose ? @"✕" : @"–"];
+    [button setBordered:NO];
+    [button setRefusesFirstResponder:YES];
+    [button setAction:isClose ? @selector(performClose:) : @selector(performMiniaturize:)];
+    return button;
+}
+
+- (void)drawWindowBorder:(NSRect)dirty
+               withFrame:(NSRect)frame
+            forStyleMask:(unsigned int)style
+                   state:(int)state
+                andTitle:(NSString*)title {
+    [Palette::window() setFill];
+    NSRectFill(dirty);
+    if ((style & NSWindowStyleMaskTitled) == 0) {
         return;
     }
-    constexpr int spokes = 12;
-    const NSPoint center = NSMakePoint(NSMidX(bounds), NSMidY(bounds));
-    const CGFloat outer = std::min(NSWidth(bounds), NSHeight(bounds)) / 2 - 2.0;
-    for (int spoke = 0; spoke < spokes; ++spoke) {
-        const CGFloat angle = 2.0 * M_PI * spoke / spokes;
-        const CGFloat x = std::sin(angle);
-        const CGFloat y = -std::cos(angle);
-        const int age = (count - spoke % spokes + spokes) % spokes;
-        const NSPoint line[] = {{center.x + 0.5 * outer * x, center.y + 0.5 * outer * y},
-                                {center.x + outer * x, center.y + outer * y}};
-        Drawing::strokeLines(line, 2, 2.5, [Palette::text() colorWithAlphaComponent:0.85 - 0.06 * age]);
-    }
+    NSRect bar = NSMakeRect(0, NSHeight(frame) - titleBarHeight, NSWidth(frame), titleBarHeight);
+    [Palette::titleBar() setFill];
+    NSRectFill(bar);
+    [Palette::border() setFill];
+    NSRectFill(NSMakeRect(0, NSMinY(bar), NSWidth(bar), 1));
+    NSFrameRect(NSMakeRect(0, 0, NSWidth(frame), NSHeight(frame)));
+    NSFont* font = [NSFont boldSystemFontOfSize:[NSFont systemFontSize]];
+    const CGFloat width = std::ceil(Drawing::lineWidth(title, font));
+    bar = NSInsetRect(bar, std::max(titleMargin, std::floor((NSWidth(bar) - width) / 2)), 0);
+    Drawing::drawLine(title, bar, font, state == GSTitleBarKey ? Palette::text() : Palette::disabledText());
 }
 
 @end

@@ -2,6 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include "MenubarApp/AppKit/ObjCPointer.h"
+
 namespace menubar {
 
 /// What the drawn controls have in common. Main thread.
@@ -9,11 +11,14 @@ namespace Drawing {
 
 enum class Focus { absent, present };
 
-/// A filled shape with round corners and a hairline around it, which is strong and coloured where the focus is.
+/// A shape with round corners, filled unless that is nil, and a hairline around it, which is strong and coloured where
+/// the focus is.
 void drawBezel(NSRect frame, NSColor* fill, NSColor* line, Focus focus, CGFloat radius);
 
 /// Around a control that has no bezel of its own.
-void drawFocusRing(NSRect frame, CGFloat radius);
+inline void drawFocusRing(NSRect frame, CGFloat radius) {
+    drawBezel(frame, nil, nil, Focus::present, radius);
+}
 
 /// Lines from each point to the next, with round ends.
 void strokeLines(const NSPoint* points, int count, CGFloat width, NSColor* color);
@@ -42,6 +47,12 @@ template <class Fits> NSString* shortened(NSString* text, const Fits& fits) {
 
 /// Whether keys go to the view, in a window that takes them.
 [[nodiscard]] Focus focusOf(NSView* view);
+
+/// A window without a frame above others, as large as the content that it takes over.
+[[nodiscard]] ObjCPointer<NSWindow> makeOverlay(Class type, NSInteger level, NSView* content);
+
+/// Whether Return presses it.
+[[nodiscard]] bool isDefaultButton(NSCell* cell);
 
 } // namespace Drawing
 

@@ -19,20 +19,13 @@ void Drawing::drawBezel(NSRect frame, NSColor* fill, NSColor* line, Focus focus,
     NSBezierPath* shape = [NSBezierPath bezierPathWithRoundedRect:NSInsetRect(frame, width / 2, width / 2)
                                                           xRadius:radius
                                                           yRadius:radius];
-    [fill setFill];
-    [shape fill];
+    if (fill != nil) {
+        [fill setFill];
+        [shape fill];
+    }
     [(focus == Focus::present ? Palette::highlight() : line) setStroke];
     [shape setLineWidth:width];
     [shape stroke];
-}
-
-void Drawing::drawFocusRing(NSRect frame, CGFloat radius) {
-    NSBezierPath* ring = [NSBezierPath bezierPathWithRoundedRect:NSInsetRect(frame, 1.0, 1.0)
-                                                         xRadius:radius
-                                                         yRadius:radius];
-    [Palette::highlight() setStroke];
-    [ring setLineWidth:2.0];
-    [ring stroke];
 }
 
 void Drawing::strokeLines(const NSPoint* points, int count, CGFloat width, NSColor* color) {
@@ -70,6 +63,23 @@ Drawing::Focus Drawing::focusOf(NSView* view) {
         responder = [responder delegate];
     }
     return responder == view ? Focus::present : Focus::absent;
+}
+
+ObjCPointer<NSWindow> Drawing::makeOverlay(Class type, NSInteger level, NSView* content) {
+    auto window = ObjCPointer<NSWindow>::adopt([[type alloc] initWithContentRect:[content frame]
+                                                                       styleMask:NSBorderlessWindowMask
+                                                                         backing:NSBackingStoreBuffered
+                                                                           defer:NO]);
+    [window.get() setReleasedWhenClosed:NO];
+    [window.get() setLevel:level];
+    [window.get() setAcceptsMouseMovedEvents:YES];
+    [window.get() setContentView:content];
+    return window;
+}
+
+bool Drawing::isDefaultButton(NSCell* cell) {
+    return [cell isKindOfClass:[NSButtonCell class]] &&
+           [[static_cast<NSButtonCell*>(cell) keyEquivalent] isEqualToString:@"\r"];
 }
 
 } // namespace menubar

@@ -1,13 +1,9 @@
 #include "MenubarApp/AppKit/Controls/Look.h"
 
-#import "compat/gnustep/look/PickerCell.h"
+#import "compat/gnustep/look/Controls.h"
 #import "compat/gnustep/look/SymbolImage.h"
-#import "compat/gnustep/look/TextCells.h"
-#import "compat/gnustep/shim/OverlayScrollView.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 
@@ -29,61 +25,10 @@
 }
 
 - (void)drawRect:(NSRect)dirty {
-    if ([[self image] isKindOfClass:[SymbolImage class]]) {
-        const NSSize size = [[self image] size];
-        const NSRect bounds = [self bounds];
-        [static_cast<SymbolImage*>([self image])
-            drawInRect:NSMakeRect(std::floor(NSMidX(bounds) - size.width / 2),
-                                  std::floor(NSMidY(bounds) - size.height / 2), size.width, size.height)
-                  tint:_tint.get()
-               flipped:[self isFlipped]];
-    }
-}
-
-@end
-
-namespace {
-
-constexpr CGFloat checkSide = 14.0;
-constexpr CGFloat checkGap = 6.0; // to the title
-
-} // namespace
-
-/// The mark of a checkbox, on or off.
-@interface CheckImage : NSImage {
-    BOOL _isOn;
-}
-- (instancetype)initWithState:(BOOL)isOn;
-@end
-
-@implementation CheckImage
-
-- (instancetype)initWithState:(BOOL)isOn {
-    self = [super initWithSize:NSMakeSize(checkSide + checkGap, checkSide)];
-    if (self != nil) {
-        _isOn = isOn;
-    }
-    return self;
-}
-
-- (void)drawInRect:(NSRect)rect
-          fromRect:(NSRect)source
-         operation:(NSCompositingOperation)operation
-          fraction:(CGFloat)fraction
-    respectFlipped:(BOOL)respectFlipped
-             hints:(NSDictionary*)hints {
-    namespace Palette = menubar::Palette;
-    rect.size.width = checkSide * NSWidth(rect) / (checkSide + checkGap);
-    NSColor* fill = _isOn ? Palette::highlight() : Palette::control();
-    menubar::Drawing::drawBezel(rect, fill, _isOn ? fill : Palette::border(), menubar::Drawing::Focus::absent, 3.5);
-    if (_isOn) {
-        const bool isFlipped = [[NSGraphicsContext currentContext] isFlipped];
-        const auto place = [&](CGFloat x, CGFloat y) {
-            return NSMakePoint(NSMinX(rect) + x, isFlipped ? NSMaxY(rect) - y : NSMinY(rect) + y);
-        };
-        const NSPoint mark[] = {place(3.5, 7.0), place(6.0, 4.2), place(10.5, 10.0)};
-        menubar::Drawing::strokeLines(mark, 3, 1.7, [NSColor whiteColor]);
-    }
+    const NSSize size = [[self image] size];
+    const NSRect place = NSInsetRect([self bounds], std::floor((NSWidth([self bounds]) - size.width) / 2),
+                                     std::floor((NSHeight([self bounds]) - size.height) / 2));
+    [static_cast<SymbolImage*>([self image]) drawInRect:place tint:_tint.get() flipped:[self isFlipped]];
 }
 
 @end
@@ -108,8 +53,8 @@ void NativeLook::dressButton(NSButton* button, ButtonStyle style) {
 }
 
 void NativeLook::dressCheckbox(NSButton* checkbox) {
-    [checkbox setImage:[[[CheckImage alloc] initWithState:NO] autorelease]];
-    [checkbox setAlternateImage:[[[CheckImage alloc] initWithState:YES] autorelease]];
+    [checkbox setImage:symbol("square", {}, Look::font(Font::body))];
+    [checkbox setAlternateImage:symbol("checkmark.square.fill", {}, Look::font(Font::body))];
     [checkbox setImagePosition:NSImageLeft];
     [checkbox setAlignment:NSTextAlignmentLeft];
     [checkbox setFont:Look::font(Font::body)];

@@ -7,67 +7,36 @@ namespace menubar {
 /// The colours and measures of a light desktop, in points.
 namespace Palette {
 
-inline NSColor* rgb(int red, int green, int blue) {
-    return [NSColor colorWithCalibratedRed:red / 255.0 green:green / 255.0 blue:blue / 255.0 alpha:1.0];
-}
+struct Color {
+    int rgb;
 
-inline NSColor* surface() {
-    return rgb(0xf6, 0xf6, 0xf7);
-}
-inline NSColor* border() {
-    return rgb(0xc4, 0xc4, 0xc8);
-}
-inline NSColor* separator() {
-    return rgb(0xdc, 0xdc, 0xe0);
-}
-inline NSColor* pressed() {
-    return rgb(0xdf, 0xe0, 0xe4);
-}
-inline NSColor* highlight() {
-    return rgb(0x2a, 0x6f, 0xe8);
-}
-inline NSColor* text() {
-    return rgb(0x1d, 0x1d, 0x1f);
-}
-inline NSColor* disabledText() {
-    return rgb(0x86, 0x86, 0x8b);
-}
-inline NSColor* highlightedText() {
-    return [NSColor whiteColor];
-}
-inline NSColor* symbol() {
-    return rgb(0x5a, 0x5a, 0x60);
-}
-inline NSColor* window() {
-    return rgb(0xf0, 0xf0, 0xf2);
-}
-inline NSColor* titleBar() {
-    return rgb(0xe6, 0xe6, 0xe9);
-}
-inline NSColor* control() {
-    return [NSColor whiteColor];
-}
-inline NSColor* disabledControl() {
-    return rgb(0xf2, 0xf2, 0xf4);
-}
-inline NSColor* offSwitch() {
-    return rgb(0xbd, 0xbd, 0xc3);
-}
-inline NSColor* placeholder() {
-    return rgb(0x9a, 0x9a, 0xa0);
-}
-inline NSColor* scroller() {
-    return rgb(0xb4, 0xb4, 0xba);
-}
-inline NSColor* hintSurface() {
-    return rgb(0xff, 0xfd, 0xf0);
-}
+    NSColor* operator()() const {
+        return [NSColor colorWithCalibratedRed:(rgb >> 16) / 255.0
+                                         green:(rgb >> 8 & 0xff) / 255.0
+                                          blue:(rgb & 0xff) / 255.0
+                                         alpha:1.0];
+    }
+};
+
+constexpr Color surface{0xf6f6f7};
+constexpr Color border{0xc4c4c8};
+constexpr Color separator{0xdcdce0};
+constexpr Color pressed{0xdfe0e4};
+constexpr Color highlight{0x2a6fe8};
+constexpr Color text{0x1d1d1f};
+constexpr Color disabledText{0x86868b};
+constexpr Color highlightedText{0xffffff};
+constexpr Color symbol{0x5a5a60};
+constexpr Color window{0xf0f0f2};
+constexpr Color titleBar{0xe6e6e9};
+constexpr Color control{0xffffff};
+constexpr Color disabledControl{0xf2f2f4};
+constexpr Color offSwitch{0xbdbdc3};
+constexpr Color placeholder{0x9a9aa0};
+constexpr Color scroller{0xb4b4ba};
+constexpr Color hintSurface{0xfffdf0};
 
 constexpr CGFloat controlRadius = 5.0;
-constexpr int menuRadius = 7;
-constexpr int stripRadius = 6;
-constexpr CGFloat menuFontSize = 13.0;
-constexpr CGFloat hintFontSize = 11.0;
 
 } // namespace Palette
 

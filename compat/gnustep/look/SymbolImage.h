@@ -3,13 +3,14 @@
 #import <AppKit/AppKit.h>
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
-#include "compat/gnustep/look/SymbolDrawings.h"
+
+#include <string_view>
 
 /// One of the app's drawn symbols: lines of one colour, at any size. Main thread.
 @interface SymbolImage : NSImage {
     menubar::ObjCPointer<NSString> _symbolName;
     menubar::ObjCPointer<NSString> _accessibilityDescription;
-    menubar::SymbolDrawing _drawing;
+    std::string_view _drawing;
     BOOL _isTemplate;
 }
 

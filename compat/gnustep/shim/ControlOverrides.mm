@@ -18,19 +18,47 @@ unichar keyOf(NSEvent* event) {
     return [characters length] > 0 ? [characters characterAtIndex:0] : 0;
 }
 
-/// Whether the button went up again inside the view.
-bool isClick(NSView* view) {
-    NSEvent* event = nil;
-    do {
-        event = [NSApp nextEventMatchingMask:NSEventMaskLeftMouseUp | NSEventMaskLeftMouseDragged
-                                   untilDate:[NSDate distantFuture]
-                                      inMode:NSEventTrackingRunLoopMode
-                                     dequeue:YES];
-    } while ([event type] != NSEventTypeLeftMouseUp);
-    return NSPointInRect([view convertPoint:[event locationInWindow] fromView:nil], [view bounds]);
+} // namespace
+
+@interface NSCell (Private)
+- (void)_drawAttributedText:(NSAttributedString*)text inFrame:(NSRect)frame;
+@end
+
+/// GNUstep's button lets a title that does not fit run out of sight.
+@implementation NSButtonCell (MenubarOverride)
+
+- (NSRect)drawTitle:(NSAttributedString*)title withFrame:(NSRect)frame inView:(NSView*)view {
+    const auto styled = [title](NSString* text) {
+        NSDictionary* look = [title length] > 0 ? [title attributesAtIndex:0 effectiveRange:nullptr] : @{};
+        return [[[NSMutableAttributedString alloc] initWithString:text attributes:look] autorelease];
+    };
+    NSMutableAttributedString* shown = styled(Drawing::shortened(
+        [title string], [&](NSString* part) { return [styled(part) size].width <= NSWidth(frame) + 0.5; }));
+    if (Drawing::isDefaultButton(self) && [self isEnabled] && ![self isHighlighted]) {
+        [shown addAttribute:NSForegroundColorAttributeName
+                      value:Palette::highlightedText()
+                      range:NSMakeRange(0, [shown length])];
+    }
+    [self _drawAttributedText:shown inFrame:frame];
+    return frame;
 }
 
-} // namespace
+@end
+
+/// Controls draw the focus themselves.
+@implementation NSControl (MenubarOverride)
+
+- (BOOL)becomeFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+- (BOOL)resignFirstResponder {
+    [self setNeedsDisplay:YES];
+    return YES;
+}
+
+@end
 
 /// GNUstep's switch answers neither the mouse nor the keyboard.
 @implementation NSSwitch (MenubarOverride)
@@ -45,9 +73,7 @@ bool isClick(NSView* view) {
 }
 
 - (void)mouseDown:(NSEvent*)event {
-    if ([self isEnabled] && isClick(self)) {
-        [self performClick:self];
-    }
+    [self performClick:self];
 }
 
 - (void)keyDown:(NSEvent*)event {
@@ -60,16 +86,6 @@ bool isClick(NSView* view) {
 
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
-}
-
-- (BOOL)becomeFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
-}
-
-- (BOOL)resignFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
 }
 
 - (void)drawRect:(NSRect)dirty {
@@ -90,9 +106,6 @@ bool isClick(NSView* view) {
     }
     [[self retain] autorelease];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
-    if ([self indexOfSelectedItem] >= 0) {
-        [panel.get() startAtItem:[self indexOfSelectedItem]];
-    }
     NSWindow* window = [self window];
     NSRect strip = [self convertRect:[self bounds] toView:nil];
     strip.origin = [window convertBaseToScreen:strip.origin];
@@ -102,7 +115,7 @@ bool isClick(NSView* view) {
     const CGFloat wanted =
         std::min(NSHeight(screen) - 2 * rowHeight, rowHeight * static_cast<CGFloat>([self numberOfItems] + 1));
     strip.origin.y = std::max(NSMinY(strip), NSMinY(screen) + wanted);
-    NSMenuItem* chosen = [panel.get() trackBelow:strip pressedBy:press];
+    NSMenuItem* chosen = [panel.get() trackBelow:strip from:[self indexOfSelectedItem] pressedBy:press];
     if (chosen != nil) {
         [self selectItem:chosen];
         [self setNeedsDisplay:YES];
@@ -134,16 +147,6 @@ bool isClick(NSView* view) {
 
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
-}
-
-- (BOOL)becomeFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
-}
-
-- (BOOL)resignFirstResponder {
-    [self setNeedsDisplay:YES];
-    return YES;
 }
 
 - (void)keyDown:(NSEvent*)event {

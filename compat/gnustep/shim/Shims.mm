@@ -2,11 +2,26 @@
 #import <AppKit/AppKit.h>
 
 #import "compat/gnustep/desktop/MenuPanel.h"
+#import "compat/gnustep/look/Controls.h"
 #import "compat/gnustep/look/SymbolImage.h"
+
+#include "compat/gnustep/look/Drawing.h"
+#include "compat/gnustep/look/Palette.h"
+
+#include <cmath>
 
 namespace {
 
 NSApplicationActivationPolicy activationPolicy = NSApplicationActivationPolicyRegular;
+
+constexpr double buttonHeight = 24.0;
+constexpr double buttonMargin = 14.0; // on each side of its title
+constexpr double smallButtonHeight = 19.0;
+constexpr double smallButtonMargin = 8.0;
+constexpr double plainHeight = 18.0; // of what has no border
+constexpr double bareMargin = 2.0;
+constexpr double imageGap = 5.0;
+constexpr double labelMargin = 2.0;
 
 } // namespace
 
@@ -64,6 +79,125 @@ NSApplicationActivationPolicy activationPolicy = NSApplicationActivationPolicyRe
 @implementation NSTimer (MenubarShim)
 
 - (void)setTolerance:(NSTimeInterval)tolerance {
+}
+
+@end
+
+@implementation NSColor (MenubarShim)
+
++ (NSColor*)separatorColor {
+    return menubar::Palette::separator();
+}
+
+@end
+
+@implementation NSView (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    return NSZeroSize;
+}
+
+- (CGFloat)firstBaselineOffsetFromTop {
+    return 0.0;
+}
+
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+    return rect;
+}
+
+- (NSRect)alignmentRectForFrame:(NSRect)frame {
+    return frame;
+}
+
+- (NSTextInputContext*)inputContext {
+    return nil;
+}
+
+@end
+
+@implementation NSButton (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    NSString* title = [self imagePosition] == NSImageOnly ? @"" : [self title];
+    const double image = [self image] != nil ? [[self image] size].width : 0.0;
+    const double gap = image > 0.0 && [title length] > 0 ? imageGap : 0.0;
+    const double width = image + gap + std::ceil(menubar::Drawing::lineWidth(title, [self font]));
+    if (![self isBordered]) {
+        return NSMakeSize(width + 2 * bareMargin, plainHeight);
+    }
+    const bool isSmall = [[self cell] controlSize] == NSSmallControlSize;
+    return NSMakeSize(width + 2 * (isSmall ? smallButtonMargin : buttonMargin),
+                      isSmall ? smallButtonHeight : buttonHeight);
+}
+
+@end
+
+@implementation NSPopUpButton (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    return [[self cell] cellSize];
+}
+
+@end
+
+@implementation NSStepper (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(18.0, buttonHeight);
+}
+
+@end
+
+@implementation NSSwitch (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(38.0, buttonHeight);
+}
+
+/// The focus is drawn around it.
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+    return NSInsetRect(rect, -3.0, 0.0);
+}
+
+@end
+
+@implementation NSTextField (MenubarShim)
+
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(100.0, buttonHeight);
+}
+
+/// Of a label: its text begins at the edge of the rectangle.
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+    return [[self cell] isKindOfClass:[LabelCell class]] ? NSInsetRect(rect, -labelMargin, 0.0) : rect;
+}
+
+- (NSRect)alignmentRectForFrame:(NSRect)frame {
+    return [[self cell] isKindOfClass:[LabelCell class]] ? NSInsetRect(frame, labelMargin, 0.0) : frame;
+}
+
+- (void)setPlaceholderString:(NSString*)text {
+    [[self cell] setPlaceholderString:text];
+    [self setNeedsDisplay:YES];
+}
+
+- (void)setMaximumNumberOfLines:(NSInteger)lines {
+    [static_cast<LabelCell*>([self cell]) setMaximumNumberOfLines:lines];
+}
+
+@end
+
+@implementation NSCell (MenubarShim)
+
+/// Labels always do.
+- (void)setTruncatesLastVisibleLine:(BOOL)truncates {
+}
+
+@end
+
+@implementation NSTextView (MenubarShim)
+
+- (void)breakUndoCoalescing {
 }
 
 @end

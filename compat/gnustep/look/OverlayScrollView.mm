@@ -1,4 +1,6 @@
-#import "compat/gnustep/shim/OverlayScrollView.h"
+#import "compat/gnustep/look/Controls.h"
+
+#include <algorithm>
 
 @implementation OverlayScrollView
 
@@ -24,6 +26,21 @@
     if (!NSEqualRects([scroller frame], edge)) {
         [scroller setFrame:edge];
     }
+}
+
+/// What cannot scroll any further hands the wheel on.
+- (void)scrollWheel:(NSEvent*)event {
+    constexpr CGFloat wheelSpeed = 40.0; // points a notch
+    NSClipView* clip = [self contentView];
+    const NSRect shown = [clip documentVisibleRect];
+    const CGFloat lowest = std::max(0.0, NSHeight([clip documentRect]) - NSHeight(shown));
+    const CGFloat y = std::clamp(NSMinY(shown) - wheelSpeed * [event deltaY], 0.0, lowest);
+    if (y == NSMinY(shown)) {
+        [[self nextResponder] scrollWheel:event];
+        return;
+    }
+    [clip scrollToPoint:NSMakePoint(NSMinX(shown), y)];
+    [self reflectScrolledClipView:clip];
 }
 
 @end

@@ -1,4 +1,4 @@
-#import "compat/gnustep/look/TextCells.h"
+#import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
 #include "compat/gnustep/look/Palette.h"
@@ -13,6 +13,9 @@ namespace Palette = menubar::Palette;
 
 constexpr CGFloat labelMargin = 2.0; // on each side, as the field editor has it
 constexpr CGFloat fieldMargin = 7.0;
+constexpr CGFloat pickerLeading = 10.0;
+constexpr CGFloat pickerTrailing = 26.0; // for the arrows
+constexpr CGFloat pickerHeight = 24.0;
 
 NSDictionary* wrapped(NSFont* font, NSColor* color) {
     NSMutableParagraphStyle* style = [[[NSMutableParagraphStyle alloc] init] autorelease];
@@ -46,12 +49,10 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (NSSize)cellSizeForBounds:(NSRect)bounds {
-    NSString* text = [self stringValue];
-    NSSize size = NSMakeSize(0.0, Drawing::lineHeight([self font]));
-    if ([text length] > 0) {
-        size = sizeOf(text, NSWidth(bounds) - 2 * labelMargin, wrapped([self font], [self textColor]));
-    }
-    return NSMakeSize(std::ceil(size.width) + 2 * labelMargin, std::ceil(size.height));
+    const NSSize size =
+        sizeOf([self stringValue], NSWidth(bounds) - 2 * labelMargin, wrapped([self font], [self textColor]));
+    return NSMakeSize(std::ceil(size.width) + 2 * labelMargin,
+                      std::max(std::ceil(size.height), Drawing::lineHeight([self font])));
 }
 
 - (NSString*)textShownIn:(NSSize)size {
@@ -66,6 +67,7 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
     if ([view isKindOfClass:[NSControl class]] && [static_cast<NSControl*>(view) currentEditor] != nil) {
         return; // the editor draws the text, for it to be selected
     }
@@ -73,22 +75,14 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
                                withAttributes:wrapped([self font], [self textColor])];
 }
 
-- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
-    [self drawInteriorWithFrame:frame inView:view];
-}
-
 @end
 
 @implementation FieldCell
 
-- (NSRect)textRectForBounds:(NSRect)bounds {
+- (NSRect)titleRectForBounds:(NSRect)bounds {
     const CGFloat height = Drawing::lineHeight([self font]);
     return NSMakeRect(NSMinX(bounds) + fieldMargin, NSMinY(bounds) + std::floor((NSHeight(bounds) - height) / 2),
                       std::max(0.0, NSWidth(bounds) - 2 * fieldMargin), height);
-}
-
-- (NSRect)titleRectForBounds:(NSRect)bounds {
-    return [self textRectForBounds:bounds];
 }
 
 - (NSRect)drawingRectForBounds:(NSRect)bounds {
@@ -102,11 +96,12 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
     const bool isField = [view isKindOfClass:[NSControl class]];
     NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;
     Drawing::drawBezel(frame, [self isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
                        editor != nil ? Drawing::Focus::present : Drawing::Focus::absent, Palette::controlRadius);
-    const NSRect room = [self textRectForBounds:frame];
+    const NSRect room = [self titleRectForBounds:frame];
     NSString* text = editor != nil ? [editor string] : [self stringValue];
     if ([text length] == 0) {
         if ([[self placeholderString] length] > 0) {
@@ -124,6 +119,38 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
     [self drawWithFrame:frame inView:view];
+}
+
+@end
+
+@implementation PickerCell
+
+- (NSSize)cellSize {
+    double widest = 0.0;
+    for (NSMenuItem* item in [self itemArray]) {
+        widest = std::max(widest, Drawing::lineWidth([item title], [self font]));
+    }
+    return NSMakeSize(std::ceil(widest) + pickerLeading + pickerTrailing, pickerHeight);
+}
+
+- (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
+    _control_view = view; // which is told when what it shows changes
+    const bool isEnabled = [self isEnabled];
+    NSColor* color = isEnabled ? Palette::text() : Palette::disabledText();
+    Drawing::drawBezel(frame, isEnabled ? Palette::control() : Palette::disabledControl(), Palette::border(),
+                       Drawing::focusOf(view), Palette::controlRadius);
+    if ([self indexOfSelectedItem] >= 0) {
+        NSRect room = frame;
+        room.origin.x += pickerLeading;
+        room.size.width -= pickerLeading + pickerTrailing;
+        Drawing::drawLine([self titleOfSelectedItem], room, [self font], color);
+    }
+    const CGFloat x = NSMaxX(frame) - pickerTrailing / 2;
+    const CGFloat y = NSMidY(frame);
+    for (const CGFloat side : {-1.0, 1.0}) {
+        const NSPoint arrow[] = {{x - 3.0, y + side * 2.5}, {x, y + side * 5.5}, {x + 3.0, y + side * 2.5}};
+        Drawing::strokeLines(arrow, 3, 1.5, color);
+    }
 }
 
 @end

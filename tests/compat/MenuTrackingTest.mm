@@ -1,9 +1,10 @@
 #import "compat/gnustep/desktop/MenuPanel.h"
 #import "compat/gnustep/desktop/MenuView.h"
-#import "compat/gnustep/look/HintWindow.h"
+#import "compat/gnustep/look/Hint.h"
 
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/AppKit/Conversions.h"
+#include "compat/gnustep/look/Drawing.h"
 
 #include "tests/appkit/Driver.h"
 #include "tests/appkit/MenuDriver.h"
@@ -197,12 +198,12 @@ TEST_F(StatusMenuOnScreen, theTooltipShowsWhereTheMouseRestsAlsoOnADisabledItem)
     event.tooltip = "the whole text";
     m_item.setMenu({event, command("acme", MenuAction::focusSession, 1)});
     std::vector<driver::Step> steps = {hover("event")};
-    steps.insert(steps.end(), 45, wait()); // the delay
+    steps.insert(steps.end(), 60, wait()); // the delay
     std::string shown;
-    steps.push_back([&] { shown = toString([[[MenuPanel current] hint] text]); });
+    steps.push_back([&] { shown = toString([[Hint shared] text]); });
     steps.push_back(hover("acme"));
     std::string later = "?";
-    steps.push_back([&] { later = toString([[[MenuPanel current] hint] text]); });
+    steps.push_back([&] { later = toString([[Hint shared] text]); });
     steps.push_back(key(escapeKey));
     EXPECT_EQ(logOf(steps).size(), 2U);
     EXPECT_EQ(shown, "the whole text");
@@ -269,22 +270,15 @@ TEST_F(StatusMenuOnScreen, aTitleWiderThanTheScreenIsCutWithAnEllipsis) {
     const std::string wide(200, 'W');
     m_item.setMenu({command(wide, MenuAction::focusSession, 1)});
     NSRect open = NSZeroRect;
-    std::string fitted;
-    std::string whole;
-    EXPECT_EQ(logOf({[&] {
-                         open = [[[MenuPanel current] window] frame];
-                         MenuView* view = [[MenuPanel current] view];
-                         fitted = toString([view title:toNSString(wide) fittedTo:NSWidth(open) - 60]);
-                         whole = toString([view title:@"short" fittedTo:NSWidth(open) - 60]);
-                     },
-                     key(escapeKey)})
-                  .size(),
-              2U);
+    EXPECT_EQ(logOf({[&] { open = [[[MenuPanel current] window] frame]; }, key(escapeKey)}).size(), 2U);
     EXPECT_TRUE(NSContainsRect([[NSScreen mainScreen] frame], open));
+    NSFont* font = [NSFont menuFontOfSize:13.0];
+    const auto fits = [&](NSString* text) { return Drawing::lineWidth(text, font) <= NSWidth(open) - 60; };
+    const std::string fitted = toString(Drawing::shortened(toNSString(wide), fits));
     EXPECT_TRUE(fitted.ends_with("W…")) << fitted;
     EXPECT_LT(fitted.size(), wide.size());
     EXPECT_GT(fitted.size(), 40U);
-    EXPECT_EQ(whole, "short");
+    EXPECT_EQ(toString(Drawing::shortened(@"short", fits)), "short");
 }
 
 } // namespace
