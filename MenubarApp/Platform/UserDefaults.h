@@ -1,16 +1,22 @@
 #pragma once
 
+#include "MenubarCore/Status/FileManager.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace menubar {
 
-/// The app's stored preferences, in the domain "ostrel-menubar". Main thread.
+/// The app's stored preferences. Main thread.
 class UserDefaults {
 public:
-    /// Whatever the bundle's identifier is, the preferences are found under this name.
-    static constexpr std::string_view domain = "ostrel-menubar";
+    /// Names another domain, so that a test leaves a person's preferences alone.
+    static constexpr std::string_view domainKey = "OSTREL_MENUBAR_DEFAULTS_DOMAIN";
+
+    /// Where they are kept: "ostrel-menubar", whatever the bundle's identifier is, unless the variable names another
+    /// domain.
+    [[nodiscard]] static std::string domain(const Environment& environment);
 
     UserDefaults() = default;
     UserDefaults(const UserDefaults&) = delete;

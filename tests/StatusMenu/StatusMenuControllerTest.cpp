@@ -258,6 +258,14 @@ TEST(StatusMenuController, theSettingsHearOfEveryPoll) {
     EXPECT_EQ(shell.settings.lastState.kind(), DaemonState::Case::missing);
 }
 
+TEST(StatusMenuController, afterASleepItLooksAtOnce) {
+    StatusMenuHarness shell;
+    shell.start();
+    shell.writeRunningStatus();
+    shell.workspace.wake();
+    EXPECT_THAT(shell.item.menu[0].title, StartsWith("Daemon running"));
+}
+
 TEST(StatusMenuController, terminationStopsThePolling) {
     StatusMenuHarness shell;
     shell.start();
@@ -265,6 +273,7 @@ TEST(StatusMenuController, terminationStopsThePolling) {
     shell.controller->applicationWillTerminate();
     EXPECT_EQ(shell.mainLoop.runningTimers(), 0U);
     shell.tick();
+    shell.workspace.wake();
     EXPECT_EQ(shell.item.menuBuilds, 1);
 }
 

@@ -33,6 +33,14 @@ constexpr CGFloat side = menubar::symbolSide;
     return _symbolName.get();
 }
 
+- (NSColor*)ownColor {
+    return _ownColor.get();
+}
+
+- (void)setOwnColor:(NSColor*)color {
+    _ownColor = menubar::ObjCPointer<NSColor>::retain(color);
+}
+
 - (NSString*)accessibilityDescription {
     return _accessibilityDescription.get();
 }
