@@ -4,9 +4,9 @@
 #include "MenubarCtl/Screen.h"
 #include "MenubarCtl/Terminal.h"
 #include "MenubarCtl/TextOutput.h"
+#include "MenubarCtl/WatchWait.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -17,7 +17,6 @@
 #include <utility>
 #include <vector>
 
-#include <poll.h>
 #include <unistd.h>
 
 namespace menubar::ctl {
@@ -55,7 +54,7 @@ private:
     bool m_isScreen;
     Styling m_styling;
     Screen m_screen{STDOUT_FILENO, STDIN_FILENO};
-    bool m_watchesOutput = true; // until it turns out that this kind of descriptor cannot be polled
+    WatchWait m_wait;
     bool m_isFirstFrame = true;
 };
 
@@ -108,23 +107,21 @@ Wake MenuWatch::waitUntil(Steady::time_point deadline) {
         if (left.count() <= 0) {
             return Wake::elapsed;
         }
-        std::array<pollfd, 3> descriptors{{
-            {.fd = m_signals.descriptor(), .events = POLLIN, .revents = 0},
-            {.fd = m_screen.readsKeys() ? STDIN_FILENO : -1, .events = POLLIN, .revents = 0},
-            {.fd = m_watchesOutput ? STDOUT_FILENO : -1, .events = 0, .revents = 0},
-        }};
-        ::poll(descriptors.data(), descriptors.size(), static_cast<int>(left.count()));
-        const auto& [signals, keys, output] = descriptors;
-        if ((output.revents & (POLLERR | POLLHUP)) != 0 || (keys.revents & (POLLERR | POLLHUP)) != 0) {
-            return Wake::quit; // nobody reads any more
-        }
-        if ((output.revents & POLLNVAL) != 0) {
-            m_watchesOutput = false;
-        }
-        if (char key = 0; (keys.revents & POLLIN) != 0 && ::read(STDIN_FILENO, &key, 1) == 1 && key == 'q') {
+        const auto outcome = m_wait.wait({.signals = m_signals.descriptor(),
+                                          .keys = m_screen.readsKeys() ? STDIN_FILENO : -1,
+                                          .output = STDOUT_FILENO},
+                                         left);
+        if (outcome.isReaderGone) {
             return Wake::quit;
         }
-        if (signals.revents != 0) {
+        if (outcome.hasKey) {
+            char key = 0;
+            const ssize_t count = ::read(STDIN_FILENO, &key, 1);
+            if (count == 0 || (count == 1 && key == 'q')) {
+                return Wake::quit; // the terminal has gone, or the person says so
+            }
+        }
+        if (outcome.isSignalled) {
             if (const auto wake = handleSignals()) {
                 return *wake;
             }

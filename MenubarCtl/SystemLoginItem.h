@@ -9,9 +9,7 @@ namespace menubar::ctl {
 
 /// The app that this program came with, as the system's login item. The error says why it cannot be one: the platform
 /// has none, or the program does not run from the app's bundle. The build selects which implementation is linked.
-///
-/// On macOS the system knows an app by its bundle. A program that was started through a link is started again by its
-/// real path, which is inside the bundle: call this before anything else is done.
+/// Runs the app to ask it for its state.
 [[nodiscard]] std::expected<std::unique_ptr<LoginItem>, LoginItemError> systemLoginItem();
 
 } // namespace menubar::ctl

@@ -131,6 +131,11 @@ class Application {
     return NO;
 }
 
+/// Without this answer AppKit writes a warning to standard error before our first line.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+    return YES;
+}
+
 /// A second launch arrives here: a hidden icon must lock nobody out of the settings.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)hasVisibleWindows {
     [self show:nil];

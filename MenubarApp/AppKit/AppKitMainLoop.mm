@@ -59,7 +59,9 @@
     if (!isLast) {
         [self wakeUp];
     }
-    action();
+    @autoreleasepool {
+        action();
+    }
 }
 
 - (void)discardAll {

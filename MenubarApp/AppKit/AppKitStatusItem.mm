@@ -27,12 +27,6 @@ NSColor* tintOf(StatusItemPresentation::Tone tone) {
     return [NSColor secondaryLabelColor];
 }
 
-void setSymbol(NSStatusBarButton* button, const std::string& name) {
-    NSImage* image = [NSImage imageWithSystemSymbolName:toNSString(name) accessibilityDescription:@"ostrel"];
-    [image setTemplate:YES];
-    [button setImage:image];
-}
-
 void setTitle(NSStatusBarButton* button, const std::string& title, NSColor* tint) {
     if (title.empty()) {
         [button setImagePosition:NSImageOnly];
@@ -79,8 +73,8 @@ void AppKitStatusItem::apply(const StatusItemPresentation& presentation) {
     const bool first = !m_shown.has_value();
     const bool newTone = first || m_shown->tone != presentation.tone;
     NSColor* tint = tintOf(presentation.tone);
-    if (first || m_shown->symbolName != presentation.symbolName) {
-        setSymbol(button, presentation.symbolName);
+    if (newTone || m_shown->symbolName != presentation.symbolName) {
+        [button setImage:Desktop::statusSymbol(presentation.symbolName, tint)];
     }
     if (newTone) {
         [button setContentTintColor:tint];

@@ -52,6 +52,7 @@ AppKitWindow::AppKitWindow(const WindowOptions& options, std::weak_ptr<WindowEve
         if (const auto strong = events.lock()) {
             strong->windowWillClose();
         }
+        Desktop::giveBackKeys();
     };
     m_delegate = ObjCPointer<WindowDelegate>::adopt([[WindowDelegate alloc] initWithWillClose:std::move(willClose)]);
     NSWindow* window = m_window.get();
@@ -78,8 +79,14 @@ void AppKitWindow::withdrawQuestions() {
 }
 
 void AppKitWindow::bringForward() {
+    [NSApp unhideWithoutActivation];
     [NSApp activateIgnoringOtherApps:YES];
     const bool isNew = ![m_window.get() isVisible];
+    if ([m_window.get() isMiniaturized]) {
+        [m_window.get() deminiaturize:nil];
+    }
+    // The system may decline to activate an app that the person did not click on; its window is in front even then.
+    [m_window.get() orderFrontRegardless];
     [m_window.get() makeKeyAndOrderFront:nil];
     if (isNew) {
         [m_window.get() makeFirstResponder:nil]; // a key that was meant for something else presses nothing here

@@ -6,6 +6,7 @@
 #include "MenubarApp/AppKit/BackgroundQueue.h"
 #include "MenubarApp/AppKit/FileOpener.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarApp/Platform/LoginItem.h"
 #include "MenubarApp/Platform/VisibilityProbe.h"
 #include "MenubarApp/View/Window.h"
 
@@ -13,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace menubar {
 
@@ -29,11 +31,18 @@ void prepareApplication();
 /// A status item of variable length, with a button.
 [[nodiscard]] ObjCPointer<NSStatusItem> makeStatusItem();
 
+/// The system symbol of that name as a status item's image, described as "ostrel" and drawn in `color` whatever the
+/// button's tint; nil when there is none.
+[[nodiscard]] NSImage* statusSymbol(const std::string& name, NSColor* color);
+
 /// What the window server tells of the window of the item's button.
 [[nodiscard]] VisibilityProbe readVisibility(NSStatusItem* item);
 
 /// A window that can be closed, minimised and resized, and that shows alerts as sheets.
 [[nodiscard]] ObjCPointer<NSWindow> makeWindow(NSSize contentSize);
+
+/// Called when a window has closed, or is about to: with the last one, the keys go back to the program that had them.
+void giveBackKeys();
 
 /// Puts an alert on such a window and returns at once. Return presses the first button, Escape the last. `answer` gets
 /// the index of the pressed button, once, when the sheet has gone.
@@ -43,6 +52,9 @@ void prepareApplication();
 /// The value stored in the app's defaults domain, as it is now, whoever wrote it; nil when there is none.
 [[nodiscard]] id storedDefault(NSString* key);
 void storeDefault(NSString* key, bool value);
+
+/// The app among the things that are started at login; null where nothing is. Needs no application object.
+[[nodiscard]] std::unique_ptr<LoginItem> makeLoginItem();
 
 [[nodiscard]] std::unique_ptr<BackgroundQueue> makeBackgroundQueue();
 [[nodiscard]] std::unique_ptr<FileOpener> makeFileOpener();

@@ -5,6 +5,22 @@
 
 #include <utility>
 
+namespace {
+
+/// The path if it is a directory, else the one around it; nil for a path that is not absolute.
+NSURL* directoryOf(const std::string& path) {
+    if (!path.starts_with('/')) {
+        return nil;
+    }
+    NSString* text = menubar::toNSString(path);
+    BOOL isDirectory = NO;
+    const bool exists = [[NSFileManager defaultManager] fileExistsAtPath:text isDirectory:&isDirectory];
+    NSString* directory = exists && isDirectory ? text : [text stringByDeletingLastPathComponent];
+    return [NSURL fileURLWithPath:directory isDirectory:YES];
+}
+
+} // namespace
+
 @implementation OpenPanelRequest
 
 - (instancetype)initWithOptions:(const menubar::OpenPanel&)options
@@ -24,7 +40,12 @@
 - (void)run {
     const auto keepAlive = menubar::ObjCPointer<OpenPanelRequest>::retain(self);
     NSOpenPanel* panel = [NSOpenPanel openPanel];
-    [panel setTitle:menubar::toNSString(menubar::displayTitle(_options.title))];
+    NSString* purpose = menubar::toNSString(menubar::displayTitle(_options.title));
+    [panel setTitle:purpose];
+    [panel setMessage:purpose]; // macOS draws no title
+    if (NSURL* directory = directoryOf(_options.startPath)) {
+        [panel setDirectoryURL:directory];
+    }
     [panel setCanChooseFiles:YES];
     [panel setCanChooseDirectories:YES];
     [panel setAllowsMultipleSelection:NO];

@@ -3,7 +3,11 @@
 #import "MenubarApp/AppKit/AppDelegate.h"
 
 #include "MenubarApp/AppKit/Desktop.h"
+#include "MenubarApp/Platform/LoginRequest.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/StandardDescriptors.h"
+
+#include <cstdio>
 
 namespace menubar {
 
@@ -13,10 +17,23 @@ namespace {
 NSApplication* application = nil;
 AppDelegate* delegate = nil;
 
+/// Gives the process's exit status.
+int answer(LoginRequest::Kind request) {
+    @autoreleasepool {
+        const LoginRequest::Reply reply = LoginRequest::answer(request, Desktop::makeLoginItem().get());
+        std::fputs(reply.output.c_str(), stdout);
+        std::fputs(reply.errors.c_str(), stderr);
+        return reply.exitStatus;
+    }
+}
+
 } // namespace
 
 int runApplication(const SystemTools& tools) {
     secureStandardDescriptors();
+    if (const auto request = LoginRequest::from(processEnvironment())) {
+        return answer(*request);
+    }
     @autoreleasepool {
         Desktop::prepareProcess();
         application = [NSApplication sharedApplication];

@@ -89,8 +89,9 @@ bool PosixFileManager::exists(const std::string& path) const {
     if (::stat(path.c_str(), &info) == 0) {
         return true;
     }
-    // What may not be looked at counts as there, so that the reader gets to say why.
-    return errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG;
+    // What may not be looked at counts as there, so that the reader gets to say why. EILSEQ: a name that this file
+    // system gives to nothing.
+    return errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG && errno != EILSEQ;
 }
 
 std::expected<std::string, FileError> PosixFileManager::contents(const std::string& path) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenubarCore/System/Environment.h"
 #include "MenubarCore/System/Interface.h"
 
 #include <optional>
@@ -8,11 +9,15 @@
 
 namespace menubar {
 
-/// The app's stored preferences, in the domain "ostrel-menubar". Main thread.
+/// The app's stored preferences. Main thread.
 class UserDefaults : public Interface {
 public:
-    /// Whatever the bundle's identifier is, the preferences are found under this name.
-    static constexpr std::string_view domain = "ostrel-menubar";
+    /// Names another domain, so that a test leaves a person's preferences alone.
+    static constexpr std::string_view domainKey = "OSTREL_MENUBAR_DEFAULTS_DOMAIN";
+
+    /// Where they are kept: "ostrel-menubar", whatever the bundle's identifier is, unless the variable names another
+    /// domain.
+    [[nodiscard]] static std::string domain(const Environment& environment);
 
     /// The stored value when it is a bool; absent when there is none or it is something else. Sees what another
     /// process has written.

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace menubar {
@@ -15,6 +17,23 @@ struct VisibilityProbe {
 
     bool operator==(const VisibilityProbe&) const = default;
 };
+
+/// A window as the window server lists it.
+struct ListedWindow {
+    std::int64_t number = 0;
+    std::int64_t owner = 0; ///< process id
+    std::int64_t level = 0; ///< status items have one of their own
+    bool onscreen = false;
+    std::optional<double> x;
+    std::optional<double> width;
+};
+
+/// What the list tells of the status item's window, which has that number and belongs to that process; nothing when
+/// there is none (some systems name another owner). Whether it is on screen stays absent, too, when it is not and no
+/// other window of its level is either: then all items are hidden, by a full screen or a lock, and not this one for
+/// want of room.
+[[nodiscard]] VisibilityProbe probeWindow(std::span<const ListedWindow> windows, std::int64_t number,
+                                          std::int64_t owner);
 
 /// For the log, for example "window x=1412 width=0 onscreen=no occlusion=occluded"; "?" for what is absent.
 [[nodiscard]] std::string describe(const VisibilityProbe& probe);

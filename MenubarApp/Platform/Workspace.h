@@ -1,7 +1,9 @@
 #pragma once
 
+#include "MenubarApp/Platform/Observers.h"
 #include "MenubarCore/System/Interface.h"
 
+#include <functional>
 #include <string>
 
 namespace menubar {
@@ -17,6 +19,9 @@ public:
 
     /// Whether the Option key is down in the event being handled.
     [[nodiscard]] virtual bool isOptionKeyDown() const = 0;
+
+    /// Calls `action` whenever the machine has woken from sleep, during which no timer runs.
+    virtual Subscription onWake(std::function<void()> action) = 0;
 
     /// Asks the application to terminate; it may take until the next turn of the event loop.
     virtual void terminate() = 0;

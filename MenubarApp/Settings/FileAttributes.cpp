@@ -20,7 +20,10 @@ namespace menubar {
 #ifdef __APPLE__
 
 int copyExtendedAttributes(int from, int to) {
-    return ::fcopyfile(from, to, nullptr, COPYFILE_ACL | COPYFILE_XATTR) == 0 || errno == ENOTSUP ? 0 : errno;
+    // Tried: the system marks files with attributes that nobody else may set (com.apple.provenance), and tells of one
+    // that it could not set as if there were no others.
+    ::fcopyfile(from, to, nullptr, COPYFILE_XATTR);
+    return ::fcopyfile(from, to, nullptr, COPYFILE_ACL) == 0 || errno == ENOTSUP ? 0 : errno;
 }
 
 #else

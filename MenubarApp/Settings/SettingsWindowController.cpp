@@ -2,9 +2,11 @@
 
 #include "MenubarApp/Platform/Clock.h"
 #include "MenubarApp/Platform/MainLoop.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Settings/ListItemIds.h"
 #include "MenubarApp/Settings/SettingsModel.h"
 #include "MenubarApp/View/ViewPresenter.h"
+#include "MenubarCore/Text/Tilde.h"
 
 #include <utility>
 
@@ -187,7 +189,11 @@ void SettingsWindowController::choosePath(const SettingSpec& spec) {
     if (!m_window) {
         return;
     }
-    m_window->chooseFile({.title = spec.label()},
+    const SettingsForm* form = m_model->form();
+    const SettingField* field = form == nullptr ? nullptr : form->field(spec.name);
+    const std::string* now = field == nullptr ? nullptr : field->value.text();
+    std::string startPath = now == nullptr ? std::string() : expandTilde(*now, homeDirectory(m_environment));
+    m_window->chooseFile({.title = spec.label(), .startPath = std::move(startPath)},
                          [model = std::weak_ptr(m_model), name = spec.name](const std::optional<std::string>& path) {
                              if (const auto strong = model.lock(); strong && path) {
                                  strong->edit([&](SettingsForm& form) { form.set(name, *path); });

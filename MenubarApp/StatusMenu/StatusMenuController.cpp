@@ -26,6 +26,7 @@ StatusMenuController::StatusMenuController(std::string statusPath, Environment e
 void StatusMenuController::start() {
     refresh();
     m_timer = m_ports.mainLoop.repeat(pollInterval, pollTolerance, refreshLater());
+    m_wake = m_ports.workspace.onWake(refreshLater());
 }
 
 void StatusMenuController::menuNeedsUpdate() {
@@ -48,6 +49,7 @@ void StatusMenuController::menuDidClose() {
 
 void StatusMenuController::applicationWillTerminate() {
     m_timer.reset();
+    m_wake = {};
 }
 
 void StatusMenuController::perform(MenuAction action, int tag, const std::optional<std::string>& path) {

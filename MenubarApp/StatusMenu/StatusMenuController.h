@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarApp/Platform/MainLoop.h"
+#include "MenubarApp/Platform/Observers.h"
 #include "MenubarApp/StatusMenu/StatusMenuEvents.h"
 #include "MenubarApp/StatusMenu/StatusPoll.h"
 
@@ -20,9 +21,9 @@ class StatusItem;
 class UserDefaults;
 class Workspace;
 
-/// Keeps the status item and its menu true: every 3 seconds, and whenever the menu opens, it reads the status file,
-/// restyles the item and checks that it is on screen. The menu is made anew each time it is open, and otherwise when
-/// somebody looks at it: a closed menu costs nothing.
+/// Keeps the status item and its menu true: every 3 seconds, after a sleep, and whenever the menu opens, it reads the
+/// status file, restyles the item and checks that it is on screen. The menu is made anew each time it is open, and
+/// otherwise when somebody looks at it: a closed menu costs nothing.
 ///
 /// One lives for the whole process. Everything is on the main thread. What outlives a call (timer, completions) holds
 /// the controller weakly and does nothing once it is gone.
@@ -83,7 +84,9 @@ private:
     bool m_menuIsOutdated = true; // what it was made from has been read again since
     std::optional<StatusItemPresentation> m_shown;
     StatusMenu m_menu;
-    std::unique_ptr<RepeatingTimer> m_timer; // last: it stops before anything that its action uses is gone
+    // Last: they stop before anything that their actions use is gone.
+    std::unique_ptr<RepeatingTimer> m_timer;
+    Subscription m_wake;
 };
 
 } // namespace menubar

@@ -24,7 +24,8 @@ struct Alert {
 
 /// What a person may choose in an open panel: one file or directory, hidden ones too.
 struct OpenPanel {
-    std::string title;
+    std::string title;     ///< what it is for
+    std::string startPath; ///< what is chosen now, whether it exists or not; not absolute: the usual place
 
     bool operator==(const OpenPanel&) const = default;
 };

@@ -22,7 +22,7 @@ using Owned = std::unique_ptr<void, Free>;
 
 /// Where the desktop app keeps its preferences: GNUstep's usual folder, below HOME.
 std::string defaultsFile(const Environment& environment) {
-    return homeDirectory(environment) + "/GNUstep/Defaults/" + std::string(UserDefaults::domain) + ".plist";
+    return homeDirectory(environment) + "/GNUstep/Defaults/" + UserDefaults::domain(environment) + ".plist";
 }
 
 } // namespace

@@ -24,9 +24,9 @@ Owned string(std::string_view text) {
 
 } // namespace
 
-std::optional<bool> storedBool(std::string_view key, const Environment&, const FileManager&) {
+std::optional<bool> storedBool(std::string_view key, const Environment& environment, const FileManager&) {
     const Owned name = string(key);
-    const Owned domain = string(UserDefaults::domain);
+    const Owned domain = string(UserDefaults::domain(environment));
     if (!name || !domain) {
         return std::nullopt;
     }

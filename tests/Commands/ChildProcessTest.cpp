@@ -4,6 +4,7 @@
 
 #include "tests/support/ChildRuns.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -17,6 +18,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,6 +33,14 @@ using Clock = std::chrono::steady_clock;
 
 std::ptrdiff_t openDescriptors() {
     return std::distance(std::filesystem::directory_iterator("/dev/fd"), std::filesystem::directory_iterator());
+}
+
+/// Many at a time take more than the 256 descriptors that some systems begin with.
+void allowDescriptors(rlim_t count) {
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    limit.rlim_cur = std::max(limit.rlim_cur, std::min(count, limit.rlim_max));
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
 /// Ends the process that a child left behind, whose id the child printed.
@@ -182,6 +192,7 @@ TEST(ChildProcess, leavesNoDescriptorAndNoZombieBehind) {
 
 TEST(ChildProcess, sixtyFourAtOnceKeepTheirOutputsApart) {
     constexpr int count = 64;
+    allowDescriptors(1024);
     const auto before = openDescriptors();
     std::vector<CommandResult> results(count);
     std::vector<std::thread> threads;

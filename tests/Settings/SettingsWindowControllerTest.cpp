@@ -1,5 +1,7 @@
 #include "MenubarApp/Settings/SettingsWindowController.h"
 
+#include "MenubarApp/Platform/ProcessEnvironment.h"
+
 #include "tests/support/SettingsWindowHarness.h"
 
 #include <string>
@@ -177,12 +179,22 @@ TEST_F(SettingsWindowControllerTest, aLockThatAppearsReplacesTheControl) {
 
 // Choosing a file
 
+TEST(SettingsWindowPaths, choosingBeginsWhereTheFieldSays) {
+    SettingsWindowHarness desk;
+    desk.schemaResult.stdout_ = R"({"x-groups":[{"id":"g","settings":[{"name":"log-file","control":"path"}]}]})";
+    desk.open();
+    desk.type("Log file", "~/logs/out.log");
+    EXPECT_TRUE(desk.press("Choose..."));
+    const std::string home = homeDirectory(desk.environment);
+    EXPECT_EQ(desk.window().panel, (OpenPanel{.title = "Log file", .startPath = home + "/logs/out.log"}));
+}
+
 TEST(SettingsWindowPaths, aChosenPathGoesIntoTheFieldAndACancelledPanelChangesNothing) {
     SettingsWindowHarness desk;
     desk.schemaResult.stdout_ = R"({"x-groups":[{"id":"g","settings":[{"name":"log-file","control":"path"}]}]})";
     desk.open();
     EXPECT_TRUE(desk.press("Choose..."));
-    EXPECT_EQ(desk.window().panel, OpenPanel{.title = "Log file"});
+    EXPECT_EQ(desk.window().panel, (OpenPanel{.title = "Log file", .startPath = ""}));
     desk.window().choose(std::nullopt);
     desk.mainLoop.drain();
     EXPECT_FALSE(desk.field("log-file").isSet);
@@ -193,6 +205,7 @@ TEST(SettingsWindowPaths, aChosenPathGoesIntoTheFieldAndACancelledPanelChangesNo
     EXPECT_EQ(desk.host().text(desk.input("Log file")), "/tmp/out.log");
     EXPECT_EQ(desk.save(), SaveOutcome::Saved{});
     EXPECT_TRUE(desk.press("Choose..."));
+    EXPECT_EQ(desk.window().panel, (OpenPanel{.title = "Log file", .startPath = "/tmp/out.log"}));
     desk.window().choose("/tmp/other.log");
     desk.mainLoop.drain();
     EXPECT_TRUE(desk.shows("Save validates") || desk.shows("Daemon not installed")) << "the saved mark has gone";

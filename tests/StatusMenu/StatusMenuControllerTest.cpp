@@ -276,6 +276,14 @@ TEST(StatusMenuController, theSettingsHearOfEveryPoll) {
     EXPECT_EQ(shell.settings.lastState.kind(), DaemonState::Case::missing);
 }
 
+TEST(StatusMenuController, afterASleepItLooksAtOnce) {
+    StatusMenuHarness shell;
+    shell.start();
+    shell.writeRunningStatus();
+    shell.workspace.wake();
+    EXPECT_THAT(shell.item.menu[0].title, StartsWith("Daemon running"));
+}
+
 TEST(StatusMenuController, terminationStopsThePolling) {
     StatusMenuHarness shell;
     shell.start();
@@ -283,6 +291,7 @@ TEST(StatusMenuController, terminationStopsThePolling) {
     shell.controller->applicationWillTerminate();
     EXPECT_EQ(shell.mainLoop.runningTimers(), 0U);
     shell.tick();
+    shell.workspace.wake();
     EXPECT_EQ(shell.settings.updates, 1);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarApp/AppKit/ObjCPointer.h"
+
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -8,7 +10,8 @@
 
 #import <AppKit/AppKit.h>
 
-/// Turns the event loop for tests, and listens for what GNUstep swallows.
+/// Turns the event loop for tests, and tells what each platform has its own way of telling: those functions are in
+/// Cocoa/ and GNUstep/.
 namespace menubar::driver {
 
 using std::chrono::milliseconds;
@@ -28,14 +31,28 @@ inline constexpr bool isMemoryMeasurable = false; // freed memory is held back f
 inline constexpr bool isMemoryMeasurable = true;
 #endif
 
+/// How many objects of exactly that class there are, counted from the first call on. Always 0 where the platform does
+/// not count: what is compared to it is then held by `residentBytes` alone.
+[[nodiscard]] int liveObjects(Class type);
+
 /// This process's resident memory.
 [[nodiscard]] std::size_t residentBytes();
 
 /// GNUstep catches exceptions of timers and notifications and only logs them. From now on every line that it logs
-/// fails the test that is running.
+/// fails the test that is running. macOS ends the program instead.
 void failOnLoggedLines();
 
 /// The lines logged since the last call; the test has looked at them.
 std::vector<std::string> takeLoggedLines();
+
+/// Replaces the app's defaults domain by this XML property list, as another process would.
+void replaceDefaults(const std::string& propertyList);
+
+/// The view's pixels, all drawn anew.
+[[nodiscard]] ObjCPointer<NSBitmapImageRep> draw(NSView* view);
+/// The view's pixels as a person sees them: what is said to be out of date has been drawn.
+[[nodiscard]] ObjCPointer<NSBitmapImageRep> look(NSView* view);
+/// Them as bytes, to compare.
+[[nodiscard]] std::string bytesOf(NSBitmapImageRep* picture);
 
 } // namespace menubar::driver

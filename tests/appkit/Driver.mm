@@ -1,33 +1,8 @@
 #import "tests/appkit/Driver.h"
 
-#include "MenubarApp/AppKit/Conversions.h"
-
-#include <fstream>
-#include <mutex>
-#include <utility>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 namespace menubar::driver {
 
 namespace {
-
-std::mutex loggedMutex;
-std::vector<std::string> logged;
-
-void record(NSString* line) {
-    const std::lock_guard lock(loggedMutex);
-    logged.push_back(toString(line));
-}
-
-class LoggedLinesListener final : public ::testing::EmptyTestEventListener {
-    void OnTestEnd(const ::testing::TestInfo&) override {
-        for (const std::string& line : takeLoggedLines()) {
-            ADD_FAILURE() << "logged: " << line;
-        }
-    }
-};
 
 /// Whether there was an event.
 bool runOnce(NSTimeInterval seconds) {
@@ -68,21 +43,8 @@ bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
     return true;
 }
 
-std::size_t residentBytes() {
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    std::ifstream("/proc/self/statm") >> total >> resident;
-    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-}
-
-void failOnLoggedLines() {
-    _NSLog_printf_handler = record;
-    ::testing::UnitTest::GetInstance()->listeners().Append(new LoggedLinesListener);
-}
-
-std::vector<std::string> takeLoggedLines() {
-    const std::lock_guard lock(loggedMutex);
-    return std::exchange(logged, {});
+std::string bytesOf(NSBitmapImageRep* picture) {
+    return {reinterpret_cast<const char*>([picture bitmapData]), static_cast<std::size_t>([picture bytesPerPlane])};
 }
 
 } // namespace menubar::driver

@@ -2,8 +2,6 @@
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
 
-#import "compat/gnustep/desktop/StatusStripItem.h"
-
 #include "MenubarApp/AppKit/Conversions.h"
 
 #include "tests/appkit/Driver.h"
@@ -11,6 +9,7 @@
 #include "tests/support/RecordingShell.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,7 +21,7 @@ namespace {
 using Lines = std::vector<std::string>;
 constexpr unichar escapeKey = 0x1B;
 
-/// The real item, counting the probes.
+/// The real item, counting the probes, which a test may answer itself.
 class ProbedStatusItem final : public StatusItem {
   public:
     void apply(const StatusItemPresentation& presentation) override { real.apply(presentation); }
@@ -31,11 +30,12 @@ class ProbedStatusItem final : public StatusItem {
 
     [[nodiscard]] VisibilityProbe readVisibility() override {
         ++probes;
-        return real.readVisibility();
+        return answer ? *answer : real.readVisibility();
     }
 
     AppKitStatusItem real;
     int probes = 0;
+    std::optional<VisibilityProbe> answer;
 };
 
 /// The controller on the real item and main loop, with files, clock and commands that the test plays.
@@ -146,8 +146,7 @@ TEST_F(LiveMenu, theCheckMarkOfIconOnlyFollowsTheClick) {
 TEST_F(LiveMenu, anItemWithoutRoomIsAnnouncedOnceAndWhenItIsBack) {
     writeSession("acme", "41");
     m_controller->start();
-    auto* strip = static_cast<StatusStripItem*>(m_item.real.nativeItem());
-    [strip setRoom:10];
+    m_item.answer = {.occlusionVisible = false, .onscreen = false, .x = 1412.0, .width = 61.0};
     m_controller->perform(MenuAction::refreshClicked, 0, {});
     m_controller->perform(MenuAction::refreshClicked, 0, {});
     ASSERT_EQ(m_log.size(), 1U);
@@ -155,7 +154,7 @@ TEST_F(LiveMenu, anItemWithoutRoomIsAnnouncedOnceAndWhenItIsBack) {
     EXPECT_TRUE(m_log.front().ends_with("onscreen=no occlusion=occluded")) << m_log.front();
     EXPECT_EQ(m_commands.log.size(), 1U);
     EXPECT_NE(itemTitled("Icon hidden since 14:03 (menu bar full or behind the notch)"), nil);
-    [strip setRoom:500];
+    m_item.answer->onscreen = true;
     m_controller->perform(MenuAction::refreshClicked, 0, {});
     EXPECT_EQ(m_log.back(), "status item is visible again");
 }

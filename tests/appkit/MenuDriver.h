@@ -33,18 +33,20 @@ using Step = std::function<void()>;
 /// last step is closed; whether that was needed is the answer.
 [[nodiscard]] bool openMenu(AppKitStatusItem& item, std::vector<Step> steps);
 
-/// The same for any menu that `open` opens and that is closed when it returns.
+/// The same for any menu that `open` opens and that is closed when it returns. Not on macOS.
 [[nodiscard]] bool trackMenu(const std::function<void()>& open, std::vector<Step> steps);
 
-// Steps. Each stands for an event that is handled before the next step.
+// Steps. Each stands for an event that is handled before the next step. A menu of macOS takes no events from inside
+// the program: there the driver does what the menu would do with them (opens, chooses, closes), and the steps from
+// `hover` on are left out, with what only a menu of ours shows.
 
 /// A click on the open menu's item of that title; nothing when there is none.
 [[nodiscard]] Step click(const std::string& title);
+[[nodiscard]] Step key(unichar character, NSUInteger modifiers = 0);
+[[nodiscard]] Step wait();
 [[nodiscard]] Step hover(const std::string& title);
 [[nodiscard]] Step clickFarAway();
-[[nodiscard]] Step key(unichar character, NSUInteger modifiers = 0);
 [[nodiscard]] Step wheel(double notches);
-[[nodiscard]] Step wait();
 
 // What a person sees of the open menu.
 

@@ -91,7 +91,7 @@ TEST_F(ModelInAWindow, commitsPendingTextBeforeAButtonActs) {
     [m_window.get() makeFirstResponder:field()];
     [editor() setSelectedRange:NSMakeRange(1, 0)];
     type("x");
-    key('s', NSCommandKeyMask);
+    key('s', NSEventModifierFlagCommand);
     EXPECT_EQ(m_model.revision, 1);
     EXPECT_EQ(toString([editor() string]), "5");
     EXPECT_EQ([editor() selectedRange].location, 1U);

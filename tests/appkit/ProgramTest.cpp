@@ -26,9 +26,9 @@ using Lines = std::vector<std::string>;
 class Program {
 public:
     explicit Program(const Lines& extraEnvironment = {}, const Lines& arguments = {}) {
-        Lines environment = {"HOME=" + m_home.path(), "PATH=/usr/bin:/bin",
-                             std::string("DISPLAY=") + std::getenv("DISPLAY")};
-        for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+        Lines environment = {"HOME=" + m_home.path(), "PATH=/usr/bin:/bin"};
+        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ASAN_OPTIONS", "LSAN_OPTIONS",
+                                 "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
             if (const char* value = std::getenv(name); value != nullptr) {
                 environment.push_back(std::string(name) + "=" + value);
             }
@@ -75,6 +75,11 @@ public:
     /// Sends SIGTERM; the exit status, or -1 when it does not end by itself in time.
     [[nodiscard]] int terminate() {
         ::kill(m_process, SIGTERM);
+        return wait();
+    }
+
+    /// The exit status, or -1 when it does not end by itself in time.
+    [[nodiscard]] int wait() {
         int status = 0;
         const pid_t process = m_process;
         if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; })) {
@@ -119,18 +124,20 @@ private:
 
 /// The processes whose parent is `process`.
 Lines childrenOf(pid_t process) {
+    const testing_support::TemporaryDirectory directory;
+    const std::string list = directory / "list";
+    const std::string command = "ps -A -o ppid= -o comm= > '" + list + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream file(list);
     Lines names;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        std::ifstream file(entry.path() / "stat");
-        std::string text;
-        if (!std::getline(file, text)) {
-            continue;
-        }
-        const auto nameEnd = text.rfind(')');
-        if (nameEnd != std::string::npos && std::stoi(text.substr(nameEnd + 4)) == process) {
-            names.push_back(text.substr(0, nameEnd + 1));
+    bool isListed = false;
+    for (std::string line; std::getline(file, line);) {
+        isListed = isListed || line.find("ostrel-menubar") != std::string::npos;
+        if (std::stol(line) == process) {
+            names.push_back(line);
         }
     }
+    EXPECT_TRUE(isListed) << "the program itself is in the list of processes";
     return names;
 }
 
@@ -165,6 +172,18 @@ TEST(Program, opensTheSettingsWindowAtStartOnlyForExactlyOne) {
         EXPECT_EQ(off.terminate(), 0);
         EXPECT_EQ(off.errorLines().size(), 1U) << value;
     }
+}
+
+TEST(Program, answersAboutTheLoginItemAndEndsBeforeItShowsAnything) {
+    Program program({"OSTREL_MENUBAR_LOGIN=status"});
+    const int status = program.wait();
+#ifdef __APPLE__
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(program.errorLines(), Lines{});
+#else
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(program.errorLines(), Lines{"only macOS can start the app at login"});
+#endif
 }
 
 TEST(Program, readsNoArguments) {

@@ -1,7 +1,5 @@
 #import "tests/appkit/SettingsScreen.h"
 
-#import "compat/gnustep/shim/SheetWindow.h"
-
 #include "MenubarApp/AppKit/Conversions.h"
 
 #include "tests/appkit/Driver.h"
@@ -144,7 +142,7 @@ bool SettingsScreen::isValidating() const {
 void SettingsScreen::open() {
     m_controller->show();
     for (NSWindow* window in [NSApp windows]) {
-        if ([window isKindOfClass:[SheetWindow class]] && [window isVisible]) {
+        if (toString([window title]) == "ostrel Settings" && [window isVisible]) {
             m_window = ObjCPointer<NSWindow>::retain(window);
         }
     }

@@ -210,11 +210,11 @@ TEST_F(TextFieldInAWindow, tabVisitsControlsInTheirOrderAndRoundAgain) {
     EXPECT_EQ(focused(), second);
     key(tab);
     EXPECT_EQ(focused(), first);
-    key(backtab, NSShiftKeyMask);
+    key(backtab, NSEventModifierFlagShift);
     EXPECT_EQ(focused(), second);
-    key(backtab, NSShiftKeyMask);
+    key(backtab, NSEventModifierFlagShift);
     EXPECT_EQ(focused(), third);
-    key(backtab, NSShiftKeyMask);
+    key(backtab, NSEventModifierFlagShift);
     EXPECT_EQ(focused(), first);
     EXPECT_EQ(shownText(third), "c") << "Tab is not typed";
 }
@@ -250,7 +250,7 @@ TEST_F(TextFieldInAWindow, shortcutsOfButtonsWorkWhileOneTypes) {
         (void)m_events->takeLog();
         key(escape);
         EXPECT_EQ(m_events->takeLog(), Lines{"pressed 1"});
-        key('s', NSCommandKeyMask);
+        key('s', NSEventModifierFlagCommand);
         EXPECT_EQ(m_events->takeLog(), Lines{"pressed 2"});
         EXPECT_EQ(focused(), shown);
     }
@@ -272,11 +272,11 @@ TEST_F(TextFieldInAWindow, aCommandThatNobodyTakesIsNotTyped) {
     const ControlId name = add(TextField{.text = "a"});
     const ControlId editorField = add(TextEditor{.text = "b"});
     focus(name);
-    key('s', NSCommandKeyMask);
-    key('k', NSCommandKeyMask);
+    key('s', NSEventModifierFlagCommand);
+    key('k', NSEventModifierFlagCommand);
     EXPECT_EQ(shownText(name), "a");
     focus(editorField);
-    key('s', NSCommandKeyMask);
+    key('s', NSEventModifierFlagCommand);
     EXPECT_EQ(shownText(editorField), "b");
 }
 

@@ -51,7 +51,7 @@ ControlId ControlsInAWindow::focused() const {
 
 void ControlsInAWindow::key(unichar character, NSUInteger modifiers) {
     NSString* characters = [NSString stringWithCharacters:&character length:1];
-    for (const NSEventType type : {NSKeyDown, NSKeyUp}) {
+    for (const NSEventType type : {NSEventTypeKeyDown, NSEventTypeKeyUp}) {
         NSEvent* event = [NSEvent keyEventWithType:type
                                           location:NSZeroPoint
                                      modifierFlags:modifiers
@@ -78,7 +78,7 @@ void ControlsInAWindow::type(const std::string& text) {
 void ControlsInAWindow::click(NSView* view, NSPoint offset) {
     const NSPoint middle = NSMakePoint(NSMidX([view bounds]) + offset.x, NSMidY([view bounds]) + offset.y);
     const NSPoint place = [view convertPoint:middle toView:nil];
-    for (const NSEventType type : {NSLeftMouseDown, NSLeftMouseUp}) {
+    for (const NSEventType type : {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp}) {
         [NSApp postEvent:[NSEvent mouseEventWithType:type
                                             location:place
                                        modifierFlags:0

@@ -13,7 +13,7 @@ namespace {
 
 /// Posts a key event with these modifiers and waits until it is the current one.
 void makeCurrent(NSUInteger modifiers) {
-    [NSApp postEvent:[NSEvent keyEventWithType:NSKeyUp
+    [NSApp postEvent:[NSEvent keyEventWithType:NSEventTypeKeyUp
                                             location:NSZeroPoint
                                        modifierFlags:modifiers
                                            timestamp:0
@@ -24,11 +24,29 @@ void makeCurrent(NSUInteger modifiers) {
                                            isARepeat:NO
                                              keyCode:0]
              atStart:YES];
-    ASSERT_NE([NSApp nextEventMatchingMask:NSKeyUpMask
+    ASSERT_NE([NSApp nextEventMatchingMask:NSEventMaskKeyUp
                                  untilDate:[NSDate dateWithTimeIntervalSinceNow:1]
                                     inMode:NSDefaultRunLoopMode
                                    dequeue:YES],
               nil);
+}
+
+TEST(AppKitWorkspace, tellsThatTheMachineHasWokenToWhoIsStillSubscribed) {
+    const auto wake = [] {
+        [[[NSWorkspace sharedWorkspace] notificationCenter] postNotificationName:NSWorkspaceDidWakeNotification
+                                                                          object:[NSWorkspace sharedWorkspace]];
+    };
+    int wakes = 0;
+    auto workspace = std::make_unique<AppKitWorkspace>();
+    auto subscription = workspace->onWake([&] { ++wakes; });
+    wake();
+    EXPECT_EQ(wakes, 1);
+    subscription = {};
+    wake();
+    subscription = workspace->onWake([&] { ++wakes; });
+    workspace.reset();
+    wake();
+    EXPECT_EQ(wakes, 1);
 }
 
 TEST(AppKitWorkspace, theOptionKeyIsThatOfTheCurrentEvent) {

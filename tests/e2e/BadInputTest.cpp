@@ -163,10 +163,15 @@ TEST(BadStatusFile, aPathThroughAFileIsMissing) {
 TEST(BadStatusFile, aNameThatIsNotUtf8StillGivesADocument) {
     const ScratchHome home;
     const std::string path = home / "s\xFF.json";
-    std::filesystem::create_directories(path);
+    std::error_code refused; // by file systems that take UTF-8 alone
+    std::filesystem::create_directories(path, refused);
     const auto state = stateOf(home.atFixedTime({"status", "--json", "--status-file", path}));
-    EXPECT_EQ(state.at("kind"), JSONValue("unreadable"));
-    EXPECT_THAT(*state.at("detail").stringValue(), HasSubstr("s\uFFFD.json"));
+    if (refused) {
+        EXPECT_EQ(state.at("kind"), JSONValue("missing"));
+    } else {
+        EXPECT_EQ(state.at("kind"), JSONValue("unreadable"));
+        EXPECT_THAT(*state.at("detail").stringValue(), HasSubstr("s\uFFFD.json"));
+    }
 }
 
 TEST(StatusFile, thatIsReplacedAllTheTimeIsAlwaysReadable) {

@@ -51,13 +51,12 @@ void setSize(int terminal, unsigned short columns, unsigned short rows) {
     ::ioctl(terminal, TIOCSWINSZ, &size);
 }
 
-int makeTerminal(const ChildProcess::Options& options) {
+int makeTerminal() {
     const int leader = ::posix_openpt(O_RDWR | O_NOCTTY);
     if (leader < 0 || ::grantpt(leader) != 0 || ::unlockpt(leader) != 0) {
         fail("posix_openpt");
     }
     ::fcntl(leader, F_SETFD, FD_CLOEXEC);
-    setSize(leader, options.columns, options.rows);
     return leader;
 }
 
@@ -91,7 +90,7 @@ ChildProcess::ChildProcess(const Options& options) {
     Pipe output{-1, -1};
     std::string terminalName;
     if (options.output == Output::terminal) {
-        m_outputDescriptor = makeTerminal(options);
+        m_outputDescriptor = makeTerminal();
         terminalName = ::ptsname(m_outputDescriptor);
     } else {
         output = makePipe();
@@ -110,6 +109,7 @@ ChildProcess::ChildProcess(const Options& options) {
             ::setsid();
             in = out = ::open(terminalName.c_str(), O_RDWR);
             ::ioctl(out, TIOCSCTTY, 0);
+            setSize(out, options.columns, options.rows); // not before it is open: macOS would forget it
         } else {
             in = ::open("/dev/null", O_RDONLY);
         }

@@ -301,7 +301,7 @@ TEST(TimeZone, withoutAZoneDatabaseARuleIsStillRead) {
 TEST(StoredIconOnly, isReadFromTheDesktopAppsPreferences) {
     const ScratchHome home;
     const auto store = [&home](const std::string& value) {
-        home.write("GNUstep/Defaults/ostrel-menubar.plist",
+        home.write("GNUstep/Defaults/ostrel-menubar-tests.plist",
                    R"json(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict><key>compact</key>)json" +
                        value + "</dict></plist>");
     };

@@ -9,7 +9,11 @@ namespace menubar::e2e {
 
 const std::vector<std::string> ScratchHome::fixedTime{"--now", "2025-03-04T10:15:33Z", "--time-zone", "Asia/Kathmandu"};
 
-ScratchHome::ScratchHome() : environment{{"HOME", m_directory.path()}, {"PATH", "/usr/bin:/bin"}, {"TZ", "UTC"}} {
+ScratchHome::ScratchHome()
+    : environment{{"HOME", m_directory.path()},
+                  {"PATH", "/usr/bin:/bin"},
+                  {"TZ", "UTC"},
+                  {"OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ostrel-menubar-tests"}} { // HOME does not move it everywhere
     // A sanitizer in the programs is told what the one in the tests is told.
     for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
         if (const char* value = std::getenv(name)) {

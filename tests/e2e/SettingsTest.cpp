@@ -5,6 +5,7 @@
 #include "tests/e2e/ScratchHome.h"
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

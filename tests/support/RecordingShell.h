@@ -110,8 +110,15 @@ public:
 
     void terminate() override { log.emplace_back("terminate"); }
 
+    Subscription onWake(std::function<void()> action) override { return m_wakeObservers.add(std::move(action)); }
+
+    void wake() const { m_wakeObservers.notify(); }
+
     bool optionKey = false;
     std::vector<std::string> log;
+
+private:
+    Observers m_wakeObservers;
 };
 
 class FakeDefaults final : public UserDefaults {

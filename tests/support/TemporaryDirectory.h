@@ -1,12 +1,14 @@
 #pragma once
 
-#include <cstdlib>
+#include <cstdlib> // mkdtemp; in unistd.h on macOS
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include <unistd.h>
 
 namespace menubar::testing_support {
 

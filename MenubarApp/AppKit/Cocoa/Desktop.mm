@@ -2,13 +2,16 @@
 
 #include "MenubarApp/AppKit/Cocoa/DispatchQueue.h"
 #include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/UserDefaults.h"
 
 #include "MenubarCore/Text/DisplayText.h"
 
 #import <CoreGraphics/CoreGraphics.h>
 
+#include <csignal>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -29,28 +32,42 @@ class FinderOpener final : public FileOpener {
 /// this domain. A suite sees what another process has written without being asked to synchronise.
 NSUserDefaults* defaultsDomain() {
     static NSUserDefaults* const domain = [] {
-        NSUserDefaults* suite = [[NSUserDefaults alloc] initWithSuiteName:toNSString(UserDefaults::domain)];
+        NSUserDefaults* suite =
+            [[NSUserDefaults alloc] initWithSuiteName:toNSString(UserDefaults::domain(processEnvironment()))];
         // A program outside a bundle may have this very domain as its standard one, which no suite may be.
         return suite != nil ? suite : [[NSUserDefaults standardUserDefaults] retain];
     }();
     return domain;
 }
 
-/// This process's entry of that number in the window server's list; nil when there is none.
-NSDictionary* windowEntry(NSArray* list, NSInteger number) {
-    for (NSDictionary* entry in list) {
-        NSNumber* owner = [entry objectForKey:static_cast<NSString*>(kCGWindowOwnerPID)];
-        NSNumber* entryNumber = [entry objectForKey:static_cast<NSString*>(kCGWindowNumber)];
-        if ([owner intValue] == getpid() && [entryNumber integerValue] == number) {
-            return entry;
-        }
-    }
-    return nil;
+/// Nil for what is absent or no number.
+NSNumber* number(NSDictionary* entry, CFStringRef key) {
+    id value = [entry objectForKey:static_cast<NSString*>(key)];
+    return [value isKindOfClass:[NSNumber class]] ? value : nil;
 }
 
-std::optional<double> number(NSDictionary* bounds, NSString* key) {
-    id value = [bounds objectForKey:key];
-    return [value isKindOfClass:[NSNumber class]] ? std::optional([value doubleValue]) : std::nullopt;
+std::optional<double> coordinate(NSDictionary* bounds, CFStringRef key) {
+    NSNumber* value = number(bounds, key);
+    return value != nil ? std::optional([value doubleValue]) : std::nullopt;
+}
+
+std::vector<ListedWindow> listedWindows() {
+    std::vector<ListedWindow> windows;
+    @autoreleasepool {
+        NSArray* list =
+            [static_cast<NSArray*>(CGWindowListCopyWindowInfo(kCGWindowListOptionAll, kCGNullWindowID)) autorelease];
+        for (NSDictionary* entry in list) {
+            id bounds = [entry objectForKey:static_cast<NSString*>(kCGWindowBounds)];
+            NSDictionary* place = [bounds isKindOfClass:[NSDictionary class]] ? bounds : nil;
+            windows.push_back({.number = [number(entry, kCGWindowNumber) longLongValue],
+                               .owner = [number(entry, kCGWindowOwnerPID) longLongValue],
+                               .level = [number(entry, kCGWindowLayer) longLongValue],
+                               .onscreen = [number(entry, kCGWindowIsOnscreen) boolValue] != NO,
+                               .x = coordinate(place, CFSTR("X")),
+                               .width = coordinate(place, CFSTR("Width"))});
+        }
+    }
+    return windows;
 }
 
 /// An NSAlert as a sheet. Its handler is called however the sheet ends; the state that it shares with this object says
@@ -96,50 +113,83 @@ class NativeAlertSheet final : public AlertSheet {
     ObjCPointer<NSAlert> m_alert;
 };
 
+/// A service manager ends the app with it. That is a quit like any other, which waits for a save.
+void quitOnTerminationSignal() {
+    std::signal(SIGTERM, SIG_IGN);
+    static dispatch_source_t const source =
+        dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, SIGTERM, 0, dispatch_get_main_queue());
+    dispatch_source_set_event_handler(source, ^{
+        // Not from here: a block of the main queue that waits for a save would hold back all others.
+        [NSApp performSelectorOnMainThread:@selector(terminate:) withObject:nil waitUntilDone:NO];
+    });
+    dispatch_resume(source);
+}
+
 } // namespace
 
 namespace Desktop {
 
-void prepareProcess() {}
+void prepareProcess() {
+    // No arguments are read; AppKit would take one for a file to open, and ask about it.
+    [[NSUserDefaults standardUserDefaults] registerDefaults:@{@"NSTreatUnknownArgumentsAsOpen" : @"NO"}];
+}
 
-void prepareApplication() {}
+void prepareApplication() {
+    quitOnTerminationSignal();
+    // For as long as the process lives: without it the timers of an app without windows are stretched.
+    static id<NSObject> const activity =
+        [[[NSProcessInfo processInfo] beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                        reason:@"the menu-bar item follows the status file"] retain];
+    (void)activity;
+}
 
 ObjCPointer<NSStatusItem> makeStatusItem() {
     return ObjCPointer<NSStatusItem>::retain(
         [[NSStatusBar systemStatusBar] statusItemWithLength:NSVariableStatusItemLength]);
 }
 
+NSImage* statusSymbol(const std::string& name, NSColor* color) {
+    NSImage* symbol = [NSImage imageWithSystemSymbolName:toNSString(name) accessibilityDescription:@"ostrel"];
+    // A template would be drawn black where the button has a content tint colour.
+    NSImage* image =
+        [symbol imageWithSymbolConfiguration:[NSImageSymbolConfiguration configurationWithPaletteColors:@[ color ]]];
+    [image setTemplate:NO];
+    [image setAccessibilityDescription:@"ostrel"];
+    return image;
+}
+
 VisibilityProbe readVisibility(NSStatusItem* item) {
-    VisibilityProbe probe;
     NSWindow* window = [[item button] window];
     if (window == nil || [window windowNumber] < 1) {
-        return probe;
+        return {};
     }
+    VisibilityProbe probe = probeWindow(listedWindows(), [window windowNumber], getpid());
     probe.occlusionVisible = ([window occlusionState] & NSWindowOcclusionStateVisible) != 0;
-    @autoreleasepool {
-        NSArray* list =
-            [static_cast<NSArray*>(CGWindowListCopyWindowInfo(kCGWindowListOptionAll, kCGNullWindowID)) autorelease];
-        NSDictionary* entry = windowEntry(list, [window windowNumber]);
-        if (entry == nil) {
-            return probe;
-        }
-        id onscreen = [entry objectForKey:static_cast<NSString*>(kCGWindowIsOnscreen)]; // absent where it is not
-        probe.onscreen = [onscreen isKindOfClass:[NSNumber class]] && [onscreen boolValue];
-        NSDictionary* bounds = [entry objectForKey:static_cast<NSString*>(kCGWindowBounds)];
-        probe.x = number(bounds, @"X");
-        probe.width = number(bounds, @"Width");
-    }
     return probe;
 }
 
 ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
     const NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
                                     NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
-    return ObjCPointer<NSWindow>::adopt([[NSWindow alloc]
+    auto window = ObjCPointer<NSWindow>::adopt([[NSWindow alloc]
         initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
                   styleMask:style
                     backing:NSBackingStoreBuffered
                       defer:NO]);
+    [window.get() setRestorable:NO]; // nothing of it is kept for the next launch
+    return window;
+}
+
+void giveBackKeys() {
+    // Once the window has gone: until then it counts as one that is left.
+    dispatch_async(dispatch_get_main_queue(), ^{
+        for (NSWindow* window in [NSApp windows]) {
+            if ([window canBecomeMainWindow] && ([window isVisible] || [window isMiniaturized])) {
+                return;
+            }
+        }
+        [NSApp hide:nil]; // an app without windows stays the active one otherwise, and nobody gets the keys
+    });
 }
 
 std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,

@@ -94,6 +94,9 @@ void NativeLook::keepTextPlain(NSTextView* text) {
     [text setContinuousSpellCheckingEnabled:NO];
     [text setGrammarCheckingEnabled:NO];
     [text setSmartInsertDeleteEnabled:NO];
+    if (@available(macOS 14.0, *)) {
+        [text setInlinePredictionType:NSTextInputTraitTypeNo];
+    }
 }
 
 } // namespace menubar

@@ -8,24 +8,22 @@ namespace menubar {
 
 namespace {
 
-/// The native stepper counts from 0 and is put back after each step; its bounds are there to stop an arrow that leads
-/// nowhere.
+/// The native stepper counts for itself, and the direction in which it has gone is reported. Its count is left alone:
+/// an arrow that is held down goes on from where it began, whatever an action makes of it. A bound is there to stop an
+/// arrow that leads nowhere.
 class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
   public:
-    explicit StepperAdapter(const Reporter& reporter)
-        : ActionAdapter([[MenubarStepper alloc] initWithFrame:NSZeroRect], reporter, report) {
-        [native() setIncrement:1.0];
-        [native() setValueWraps:NO];
-        [native() setAutorepeat:YES];
-    }
+    explicit StepperAdapter(const Reporter& reporter) : StepperAdapter(reporter, std::make_shared<State>()) {}
 
   protected:
     void apply(const Change<Stepper>& change) override {
         const Stepper& now = change.now;
         if (change.in(&Stepper::value, &Stepper::min, &Stepper::max)) {
-            [native() setMinValue:now.min && now.value <= *now.min ? 0.0 : -1.0];
-            [native() setMaxValue:now.max && now.value >= *now.max ? 0.0 : 1.0];
-            [native() setDoubleValue:0.0];
+            m_state->mayGoDown = !now.min || now.value > *now.min;
+            m_state->mayGoUp = !now.max || now.value < *now.max;
+            const double count = [native() doubleValue];
+            [native() setMinValue:m_state->mayGoDown ? -farAway : count];
+            [native() setMaxValue:m_state->mayGoUp ? farAway : count];
             [native() setNeedsDisplay:YES];
             NativeLook::describeValue(native(), now.value);
         }
@@ -35,14 +33,34 @@ class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
     }
 
   private:
-    static void report(const Reporter& to, NSStepper* sender) {
-        const double steps = [sender doubleValue];
-        [sender setDoubleValue:0.0];
-        if (steps != 0.0) {
-            const StepDirection direction = steps > 0.0 ? StepDirection::up : StepDirection::down;
-            to.sink->send([&](ViewEvents& events) { events.stepped(to.id, direction); });
+    static constexpr double farAway = 1e9; // steps
+
+    struct State {
+        double count = 0.0; ///< when it was last looked at
+        bool mayGoUp = true;
+        bool mayGoDown = true;
+    };
+
+    StepperAdapter(const Reporter& reporter, const std::shared_ptr<State>& state)
+        : ActionAdapter([[MenubarStepper alloc] initWithFrame:NSZeroRect], reporter,
+                        [state](const Reporter& to, NSStepper* sender) { report(to, sender, *state); }),
+          m_state(state) {
+        [native() setIncrement:1.0];
+        [native() setValueWraps:NO];
+        [native() setAutorepeat:YES];
+    }
+
+    static void report(const Reporter& to, NSStepper* sender, State& state) {
+        const double steps = [sender doubleValue] - state.count;
+        state.count = [sender doubleValue];
+        if (steps > 0.0 && state.mayGoUp) {
+            to.sink->send([&](ViewEvents& events) { events.stepped(to.id, StepDirection::up); });
+        } else if (steps < 0.0 && state.mayGoDown) {
+            to.sink->send([&](ViewEvents& events) { events.stepped(to.id, StepDirection::down); });
         }
     }
+
+    const std::shared_ptr<State> m_state;
 };
 
 class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {

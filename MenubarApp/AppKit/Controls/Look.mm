@@ -62,6 +62,9 @@ double Look::centeredBaseline(double height, NSFont* font) {
 
 Measured Look::naturalSize(NSView* view) {
     const NSSize size = [view intrinsicContentSize];
+    if (NSIsEmptyRect([view frame])) {
+        [view setFrameSize:size]; // without one it has no baseline to tell of
+    }
     const double baseline = [view firstBaselineOffsetFromTop];
     // Controls without a text of their own have none.
     return {.width = size.width,

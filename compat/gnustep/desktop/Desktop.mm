@@ -3,6 +3,7 @@
 #import "compat/gnustep/desktop/AlertView.h"
 #import "compat/gnustep/desktop/StatusStripItem.h"
 #import "compat/gnustep/look/Controls.h"
+#import "compat/gnustep/look/SymbolImage.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
@@ -126,6 +127,12 @@ ObjCPointer<NSStatusItem> makeStatusItem() {
     return ObjCPointer<NSStatusItem>::adopt([[StatusStripItem alloc] init]);
 }
 
+NSImage* statusSymbol(const std::string& name, NSColor* color) {
+    SymbolImage* image = [SymbolImage symbolNamed:toNSString(name) accessibilityDescription:@"ostrel"];
+    [image setOwnColor:color];
+    return image;
+}
+
 VisibilityProbe readVisibility(NSStatusItem* item) {
     VisibilityProbe probe;
     NSWindow* window = [[item button] window];
@@ -153,9 +160,15 @@ ObjCPointer<NSWindow> makeWindow(NSSize contentSize) {
     return window;
 }
 
+void giveBackKeys() {} // the window manager does, if there is one
+
 std::unique_ptr<AlertSheet> showAlert(NSWindow* window, const Alert& alert,
                                       std::function<void(std::size_t button)> answer) {
     return std::make_unique<OverlaySheet>(static_cast<SheetWindow*>(window), alert, std::move(answer));
+}
+
+std::unique_ptr<LoginItem> makeLoginItem() {
+    return nullptr;
 }
 
 std::unique_ptr<BackgroundQueue> makeBackgroundQueue() {

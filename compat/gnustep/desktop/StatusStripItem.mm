@@ -95,8 +95,11 @@ constexpr CGFloat symbolSide = 18.0;
     [menubar::Palette::border() set];
     NSFrameRect(bounds);
     const NSRect place = NSMakeRect(padding, std::floor((NSHeight(bounds) - symbolSide) / 2), symbolSide, symbolSide);
-    NSColor* tint = _tint ? _tint.get() : menubar::Palette::text();
-    [static_cast<SymbolImage*>([self image]) drawInRect:place tint:tint flipped:[self isFlipped]];
+    // Not in the tint: a menu bar draws an image that has no colour of its own black, whatever the tint.
+    SymbolImage* symbol = static_cast<SymbolImage*>([self image]);
+    [symbol drawInRect:place
+                  tint:[symbol ownColor] != nil ? [symbol ownColor] : menubar::Palette::text()
+               flipped:[self isFlipped]];
     if ([self showsTitle]) {
         NSAttributedString* title = [self attributedTitle];
         const CGFloat y = std::floor((NSHeight(bounds) - [title size].height) / 2);

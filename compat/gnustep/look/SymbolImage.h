@@ -10,6 +10,7 @@
 @interface SymbolImage : NSImage {
     menubar::ObjCPointer<NSString> _symbolName;
     menubar::ObjCPointer<NSString> _accessibilityDescription;
+    menubar::ObjCPointer<NSColor> _ownColor;
     std::string_view _drawing;
     BOOL _isTemplate;
 }
@@ -18,6 +19,10 @@
 + (SymbolImage*)symbolNamed:(NSString*)name accessibilityDescription:(NSString*)description;
 
 - (NSString*)symbolName;
+
+/// The colour that the image has of itself; nil for none.
+- (NSColor*)ownColor;
+- (void)setOwnColor:(NSColor*)color;
 
 /// Draws in the current view, which may be flipped or not.
 - (void)drawInRect:(NSRect)rect tint:(NSColor*)tint flipped:(BOOL)isFlipped;

@@ -131,6 +131,14 @@ void draw(std::string_view drawing) {
     return _symbolName.get();
 }
 
+- (NSColor*)ownColor {
+    return _ownColor.get();
+}
+
+- (void)setOwnColor:(NSColor*)color {
+    _ownColor = menubar::ObjCPointer<NSColor>::retain(color);
+}
+
 - (NSString*)accessibilityDescription {
     return _accessibilityDescription.get();
 }

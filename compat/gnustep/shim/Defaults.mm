@@ -4,6 +4,7 @@
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/UserDefaults.h"
 
 namespace menubar {
@@ -11,7 +12,7 @@ namespace menubar {
 namespace {
 
 NSString* domainFile() {
-    NSString* name = [toNSString(UserDefaults::domain) stringByAppendingPathExtension:@"plist"];
+    NSString* name = [toNSString(UserDefaults::domain(processEnvironment())) stringByAppendingPathExtension:@"plist"];
     return [GSDefaultsRootForUser(NSUserName()) stringByAppendingPathComponent:name];
 }
 
