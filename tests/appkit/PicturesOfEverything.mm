@@ -107,11 +107,8 @@ std::vector<View> texts() {
             view(Text{.text = "Caption in the secondary colour", .font = Font::caption, .color = TextColor::secondary}),
             view(Text{.text = "Monospaced", .font = Font::monospaced}),
             view(Text{.text = "edited", .font = Font::caption, .color = TextColor::orange}),
-            view(Label{.symbol = "xmark.octagon",
-                       .text = "Must be a number",
-                       .font = Font::caption,
-                       .color = TextColor::red,
-                       .symbolColor = TextColor::red}),
+            label({.name = "xmark.octagon", .font = Font::caption, .color = TextColor::red},
+                  {.text = "Must be a number", .font = Font::caption, .color = TextColor::red}),
             view(Text{.text = longText}),
             view(Text{.text = longText, .font = Font::caption, .lineLimit = 1})};
 }
@@ -120,7 +117,7 @@ std::vector<View> symbols() {
     std::vector<View> rows;
     for (const char* name : {"exclamationmark.triangle", "xmark.octagon", "arrow.clockwise",
                              "arrow.triangle.2.circlepath", "lock", "minus.circle", "plus.circle", "eye"}) {
-        rows.push_back(view(Label{.symbol = name, .text = name}));
+        rows.push_back(label({.name = name}, {.text = name}));
     }
     return rows;
 }
@@ -152,7 +149,7 @@ TEST_F(DISABLED_Pictures, Controls) {
     show("controls", buttons(true));
     show("controls-disabled", buttons(false));
     show("controls-narrow", buttons(true), 260);
-    show("busy", {view(ProgressView{.title = "Loading settings from the daemon"})});
+    show("busy", {progressView("Loading settings from the daemon")});
 }
 
 TEST_F(DISABLED_Pictures, Focus) {

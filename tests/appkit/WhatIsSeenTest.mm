@@ -30,7 +30,7 @@ using driver::placeInPicture;
 class WhatIsSeen : public driver::ControlsInAWindow {
   protected:
     /// The model changes a control from `before` to `after`, and back.
-    void change(const Control::Content& before, const Control::Content& after) {
+    void change(const View::Content& before, const View::Content& after) {
         const ControlId shown = add(before);
         expectSeen(
             m_window.get(), placeInPicture(host().nativeView(shown)), [&] { update(shown, after, before); },
