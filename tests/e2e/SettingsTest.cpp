@@ -205,6 +205,8 @@ TEST_F(SettingsTest, aNameThatTheSchemaListsTwiceIsAmbiguous) {
     const std::string complaint = "a: ambiguous: the schema lists this name more than once\n";
     EXPECT_EQ(complaintOf({"set", "a", "new"}), complaint);
     EXPECT_EQ(complaintOf({"reset", "a"}), complaint);
+    const JSONValue all = document();
+    EXPECT_EQ(all.objectValue()->at("fields").arrayValue()->size(), 2) << "both are listed";
 }
 
 TEST_F(SettingsTest, aValueThatIsNotUTF8IsRefused) {
