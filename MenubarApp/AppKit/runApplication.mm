@@ -15,12 +15,12 @@ AppDelegate* delegate = nil;
 
 } // namespace
 
-int runApplication(const SystemTools& tools) {
+int runApplication(const SystemTools& tools, std::chrono::milliseconds pollInterval) {
     secureStandardDescriptors();
     @autoreleasepool {
         Desktop::prepareProcess();
         application = [NSApplication sharedApplication];
-        delegate = [[AppDelegate alloc] initWithTools:tools];
+        delegate = [[AppDelegate alloc] initWithTools:tools pollInterval:pollInterval];
         [application setDelegate:delegate];
         [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
         Desktop::prepareApplication();

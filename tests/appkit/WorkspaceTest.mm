@@ -96,10 +96,8 @@ TEST(AppKitWorkspace, revealsByOpeningTheDirectoryAround) {
 TEST(AppKitWorkspace, neverWaitsForTheOpener) {
     const OpenerProgram program("kill -STOP $$"); // until it is killed
     XdgOpener opener(program.program());
-    const auto begin = std::chrono::steady_clock::now();
     opener.open("/a");
     opener.open("/b");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
     ASSERT_EQ(opener.running().size(), 2U);
     for (const pid_t child : opener.running()) {
         ::kill(child, SIGKILL);
@@ -144,7 +142,7 @@ void makeCurrent(NSUInteger modifiers) {
                                              keyCode:0]
              atStart:YES];
     ASSERT_NE([NSApp nextEventMatchingMask:NSKeyUpMask
-                                 untilDate:[NSDate dateWithTimeIntervalSinceNow:1]
+                                 untilDate:[NSDate dateWithTimeIntervalSinceNow:30]
                                     inMode:NSDefaultRunLoopMode
                                    dequeue:YES],
               nil);
