@@ -4,6 +4,7 @@
 
 #include "MenubarApp/Commands/SystemTools.h"
 
+#include <chrono>
 #include <memory>
 
 namespace menubar {
@@ -13,10 +14,11 @@ class Application;
 /// Puts the app together when launching has finished, and stops its polling when it ends. Main thread.
 @interface AppDelegate : NSObject <NSApplicationDelegate> {
     menubar::SystemTools _tools;
+    std::chrono::milliseconds _pollInterval;
     std::unique_ptr<menubar::Application> _application;
 }
 
-- (instancetype)initWithTools:(const menubar::SystemTools&)tools;
+- (instancetype)initWithTools:(const menubar::SystemTools&)tools pollInterval:(std::chrono::milliseconds)pollInterval;
 
 /// The main menu's "Settings...".
 - (void)show:(id)sender;

@@ -29,7 +29,7 @@ int answer(LoginRequest::Kind request) {
 
 } // namespace
 
-int runApplication(const SystemTools& tools) {
+int runApplication(const SystemTools& tools, std::chrono::milliseconds pollInterval) {
     secureStandardDescriptors();
     if (const auto request = LoginRequest::from(processEnvironment())) {
         return answer(*request);
@@ -37,7 +37,7 @@ int runApplication(const SystemTools& tools) {
     @autoreleasepool {
         Desktop::prepareProcess();
         application = [NSApplication sharedApplication];
-        delegate = [[AppDelegate alloc] initWithTools:tools];
+        delegate = [[AppDelegate alloc] initWithTools:tools pollInterval:pollInterval];
         [application setDelegate:delegate];
         [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
         Desktop::prepareApplication();

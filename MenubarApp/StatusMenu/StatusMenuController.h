@@ -43,6 +43,7 @@ public:
         DaemonCommands& commands;
         SettingsWindow& settings;
         std::function<void(std::string_view)> log;
+        std::chrono::milliseconds interval = pollInterval; ///< another one only where tests cannot wait
     };
 
     [[nodiscard]] static std::shared_ptr<StatusMenuController> create(std::string statusPath, Environment environment,

@@ -23,7 +23,7 @@ void pump(milliseconds duration);
 void handleWaitingEvents();
 
 /// Runs the main loop until `done` or the time is over. Whether it was done.
-[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(5000));
+[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(30000));
 
 #if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 inline constexpr bool isMemoryMeasurable = false; // freed memory is held back for a while

@@ -96,7 +96,7 @@ public:
 private:
     template <typename Condition>
     static bool waitUntil(Condition condition) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         while (!condition()) {
             if (std::chrono::steady_clock::now() >= end) {
                 return false;

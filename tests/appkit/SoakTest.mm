@@ -85,8 +85,8 @@ TEST(Soak, tenThousandSessionsOpenInReasonableTime) {
     const auto begin = std::chrono::steady_clock::now();
     item.setMenu(menu);
     EXPECT_FALSE(driver::openMenu(item, {driver::key(0x1B)}));
-    // Generous, for it is no benchmark: quadratic work would take minutes.
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    // Generous, for it is no benchmark: quadratic work would take many minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
 }
 
 } // namespace

@@ -195,11 +195,18 @@ bool ChildProcess::reapIfEnded() {
     return m_status.has_value();
 }
 
-bool ChildProcess::readUntil(const std::function<bool(const std::string& output)>& isEnough,
-                             std::chrono::milliseconds timeout) {
-    const auto deadline = Steady::now() + timeout;
-    while (!isEnough(m_output)) {
-        if (Steady::now() >= deadline || m_outputDescriptor < 0) {
+bool ChildProcess::readUntil(const Condition& isEnough) {
+    return collectUntil(m_output, m_outputDescriptor, isEnough);
+}
+
+bool ChildProcess::readErrorsUntil(const Condition& isEnough) {
+    return collectUntil(m_errors, m_errorDescriptor, isEnough);
+}
+
+bool ChildProcess::collectUntil(const std::string& text, const int& descriptor, const Condition& isEnough) {
+    const auto deadline = Steady::now() + patience;
+    while (!isEnough(text)) {
+        if (Steady::now() >= deadline || descriptor < 0) {
             return false;
         }
         collect(std::chrono::milliseconds(50));
@@ -222,8 +229,8 @@ bool ChildProcess::waitUntilStopped() {
     return false;
 }
 
-std::optional<ChildProcess::Status> ChildProcess::wait(std::chrono::milliseconds timeout) {
-    const auto deadline = Steady::now() + timeout;
+std::optional<ChildProcess::Status> ChildProcess::wait() {
+    const auto deadline = Steady::now() + patience;
     while (!reapIfEnded()) {
         if (Steady::now() >= deadline) {
             return std::nullopt;

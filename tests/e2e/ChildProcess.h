@@ -28,10 +28,13 @@ public:
         std::optional<uid_t> user{}; ///< to become, for the superuser only
     };
 
+    /// Of all that was written so far.
+    using Condition = std::function<bool(const std::string& text)>;
+
     /// How a child ended: its exit status, or minus the signal that killed it.
     using Status = int;
 
-    static constexpr std::chrono::seconds patience{20};
+    static constexpr std::chrono::seconds patience{60};
 
     explicit ChildProcess(const Options& options);
     ChildProcess(const ChildProcess&) = delete;
@@ -43,10 +46,9 @@ public:
     void send(int signal) const;
     void resizeTerminal(unsigned short columns, unsigned short rows) const;
 
-    /// Collects output until `isEnough` says so of all that was written so far; false when the child ended, or the time
-    /// was up, before.
-    bool readUntil(const std::function<bool(const std::string& output)>& isEnough,
-                   std::chrono::milliseconds timeout = patience);
+    /// Collects output until `isEnough` says so; false when the child ended, or the time was up, before.
+    bool readUntil(const Condition& isEnough);
+    bool readErrorsUntil(const Condition& isEnough);
 
     /// Lets the child's next write of output fail.
     void closeOutput();
@@ -55,7 +57,7 @@ public:
     bool waitUntilStopped();
 
     /// Collects output until the child ends; absent (and the child killed) when it does not in time.
-    std::optional<Status> wait(std::chrono::milliseconds timeout = patience);
+    std::optional<Status> wait();
 
     [[nodiscard]] const std::string& output() const { return m_output; }
 
@@ -63,6 +65,7 @@ public:
 
 private:
     void collect(std::chrono::milliseconds timeout);
+    bool collectUntil(const std::string& text, const int& descriptor, const Condition& isEnough);
     bool reapIfEnded();
 
     pid_t m_pid = -1;

@@ -4,14 +4,13 @@
 #include "MenubarCore/Daemon/LaunchAgentLabel.h"
 #include "MenubarCore/JSON/JSONValue.h"
 
+#include "tests/e2e/Eventually.h"
 #include "tests/e2e/ScratchHome.h"
 #include "tests/support/PropertyLists.h"
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -19,6 +18,7 @@
 #include <unistd.h>
 
 using namespace menubar;
+using menubar::e2e::eventually;
 using menubar::e2e::ScratchHome;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -130,13 +130,7 @@ TEST_F(CommandsTest, theDaemonIsStartedRestartedAndStopped) {
                testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "50"}));
     EXPECT_EQ(run({"daemon", "start"}).errors, "");
     const auto shows = [&](const std::string& text) {
-        for (int i = 0; i < 400; ++i) {
-            if (run({"status"}).output.find(text) != std::string::npos) {
-                return true;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return false;
+        return eventually([&] { return run({"status"}).output.find(text) != std::string::npos; });
     };
     EXPECT_TRUE(shows("Daemon running"));
     EXPECT_EQ(run({"daemon", "restart"}).status, 0);

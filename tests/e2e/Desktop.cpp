@@ -35,12 +35,17 @@ std::string described(const JSONValue& call) {
     return text;
 }
 
+std::string outputOf(const std::string& program, std::vector<std::string> arguments) {
+    return CommandRunner::runSync(program, std::move(arguments), {}, [](std::string_view) {}).stdout_;
+}
+
 } // namespace
 
 Desktop::Desktop() {
     home.environment["PATH"] = std::string(DEMO_TOOLS) + ":/usr/bin:/bin";
     home.environment["OSTREL_DEMO_RECORD"] = home / "record";
     home.environment["OSTREL_DEMO_LAUNCHD"] = home / "launchd";
+    home.environment["OSTREL_DEMO_POLL_MS"] = "100";
     if (const char* display = std::getenv("DISPLAY")) {
         home.environment["DISPLAY"] = display;
     }
@@ -61,6 +66,10 @@ std::string Desktop::stop() {
     return m_app->errors();
 }
 
+bool Desktop::says(const std::string& text) {
+    return m_app->readErrorsUntil([&](const std::string& all) { return all.find(text) != std::string::npos; });
+}
+
 bool Desktop::ends() {
     return m_app->wait() == 0;
 }
@@ -70,7 +79,13 @@ void Desktop::requestEnd() const {
 }
 
 std::string Desktop::xdotool(std::vector<std::string> arguments) {
-    return CommandRunner::runSync("/usr/bin/xdotool", std::move(arguments), {}, [](std::string_view) {}).stdout_;
+    return outputOf("/usr/bin/xdotool", std::move(arguments));
+}
+
+bool Desktop::isWhite(int x, int y) {
+    const std::string place = "1x1+" + std::to_string(x) + "+" + std::to_string(y);
+    return outputOf("/usr/bin/import", {"-window", "root", "-crop", place, "-depth", "8", "txt:-"}).find("#FFFFFF") !=
+           std::string::npos;
 }
 
 /// Those that show anything; the app names none of them but the settings window.
@@ -168,17 +183,6 @@ std::vector<std::string> Desktop::calls() const {
 
 bool Desktop::waitForCalls(std::size_t count) const {
     return eventually([&] { return calls().size() >= count; });
-}
-
-bool Desktop::eventually(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= end) {
-            return false;
-        }
-        std::this_thread::sleep_for(10ms);
-    }
-    return true;
 }
 
 } // namespace menubar::e2e

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "tests/e2e/ChildProcess.h"
+#include "tests/e2e/Eventually.h"
 #include "tests/e2e/ScratchHome.h"
 
-#include <chrono>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,6 +38,9 @@ public:
     /// Asks the app to end, and does not wait for it.
     void requestEnd() const;
 
+    /// Whether the app writes this to standard error while a test has patience.
+    [[nodiscard]] bool says(const std::string& text);
+
     /// What the app wrote to standard error; once it has ended.
     [[nodiscard]] const std::string& errors() const { return m_app->errors(); }
 
@@ -47,6 +49,8 @@ public:
     [[nodiscard]] std::optional<Window> strip() const;
     [[nodiscard]] std::optional<Window> menu() const;
     [[nodiscard]] static std::optional<Window> settingsWindow();
+
+    [[nodiscard]] static bool isWhite(int x, int y);
 
     // A person's hands.
 
@@ -66,10 +70,6 @@ public:
     /// "TOOL ARGUMENT..." for each call, arguments in angle brackets.
     [[nodiscard]] std::vector<std::string> calls() const;
     [[nodiscard]] bool waitForCalls(std::size_t count) const;
-
-    /// Whether it becomes true in the patience of a test.
-    [[nodiscard]] static bool eventually(const std::function<bool()>& condition,
-                                         std::chrono::milliseconds patience = ChildProcess::patience);
 
     ScratchHome home;
 

@@ -6,13 +6,10 @@
 #include "tests/e2e/Desktop.h"
 #include "tests/support/PropertyLists.h"
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <string>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,8 +17,8 @@
 #include <unistd.h>
 
 using namespace menubar;
-using namespace std::chrono_literals;
 using menubar::e2e::Desktop;
+using menubar::e2e::eventually;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -59,22 +56,25 @@ protected:
         desktop.home.environment["OSTREL_CLI"] = std::filesystem::exists(held) ? held : DEMO_PROGRAM;
         desktop.start();
         desktop.choose("Down", 2); // "Refresh", "Settings..."
-        ASSERT_TRUE(Desktop::eventually([] { return Desktop::settingsWindow().has_value(); }));
+        ASSERT_TRUE(eventually([] { return Desktop::settingsWindow().has_value(); }));
     }
 
-    /// Clicks into the first field, replaces what it holds, and clicks Save; again while the window is still loading.
-    void setTheFirstFieldAndSave(const std::function<bool()>& isSaved) const {
-        for (int attempt = 0; attempt < 20 && !isSaved(); ++attempt) {
-            const auto window = Desktop::settingsWindow(); // where it is now: a new window may yet find its place
-            ASSERT_TRUE(window);
-            desktop.click(window->x + 72, window->y + 134);
-            desktop.press("alt+a");
-            desktop.type("45");
-            // From the lower right corner, where it stays whatever the form holds.
-            desktop.click(window->x + window->width - 50, window->y + window->height - 32);
-            (void)Desktop::eventually(isSaved, 1s);
-        }
-        ASSERT_TRUE(isSaved());
+    /// Waits for the form, clicks into its first field, replaces what that holds, and clicks Save.
+    void setTheFirstFieldAndSave() const {
+        constexpr int x = 100; // in the field, behind its text
+        constexpr int y = 134;
+        constexpr int edge = 10; // white is its edge
+        ASSERT_TRUE(eventually([&] {
+            const auto window = Desktop::settingsWindow();
+            return window && Desktop::isWhite(window->x + x, window->y + y - edge);
+        }));
+        const auto window = Desktop::settingsWindow();
+        ASSERT_TRUE(window);
+        desktop.click(window->x + x, window->y + y);
+        desktop.press("alt+a");
+        desktop.type("45");
+        // From the lower right corner, where it stays whatever the form holds.
+        desktop.click(window->x + window->width - 50, window->y + window->height - 32);
     }
 
     [[nodiscard]] std::string config() const { return contentsOf(desktop.home / ".config/ostrel/config.json"); }
@@ -87,17 +87,15 @@ protected:
 TEST_F(SettingsDesktop, aSettingIsTypedAndSavedAndTheDaemonRestarted) {
     installDaemon();
     open();
-    setTheFirstFieldAndSave([this] { return !config().empty(); });
+    setTheFirstFieldAndSave();
+    ASSERT_TRUE(desktop.says("save outcome: saved\n"));
     EXPECT_EQ(config(), savedConfig);
     EXPECT_THAT(desktop.calls(), IsEmpty());
-    // "Restart Daemon", as soon as the question is there.
-    ASSERT_TRUE(Desktop::eventually([this] {
-        desktop.press("Return");
-        return !desktop.calls().empty();
-    }));
+    desktop.press("Return"); // "Restart Daemon"
+    ASSERT_TRUE(desktop.waitForCalls(1));
     EXPECT_THAT(desktop.calls().front(), HasSubstr("launchctl <kickstart> <-k> "));
     desktop.press("Escape");
-    EXPECT_TRUE(Desktop::eventually([] { return !Desktop::settingsWindow(); }));
+    EXPECT_TRUE(eventually([] { return !Desktop::settingsWindow(); }));
     const std::string lines = desktop.stop();
     EXPECT_THAT(lines, HasSubstr("\nostrel-menubar: settings saved to " + desktop.home.path() +
                                  "/.config/ostrel/config.json\nostrel-menubar: save outcome: saved\n"));
@@ -106,59 +104,57 @@ TEST_F(SettingsDesktop, aSettingIsTypedAndSavedAndTheDaemonRestarted) {
 TEST_F(SettingsDesktop, laterLeavesTheDaemonAlone) {
     installDaemon();
     open();
-    setTheFirstFieldAndSave([this] { return !config().empty(); });
-    std::this_thread::sleep_for(2s); // the question comes once the app knows of the file
-    desktop.press("Escape");         // "Later"
-    std::this_thread::sleep_for(300ms);
+    setTheFirstFieldAndSave();
+    ASSERT_TRUE(desktop.says("save outcome: saved\n"));
+    desktop.press("Escape"); // "Later"
+    desktop.openMenu();      // what it shows comes after what was pressed before
     EXPECT_TRUE(Desktop::settingsWindow()) << "Escape answers the question, and closes nothing yet";
+    desktop.press("Escape");
+    EXPECT_TRUE(eventually([this] { return !desktop.menu(); }));
     desktop.press("alt+w");
-    EXPECT_TRUE(Desktop::eventually([] { return !Desktop::settingsWindow(); }));
+    EXPECT_TRUE(eventually([] { return !Desktop::settingsWindow(); }));
     EXPECT_THAT(desktop.calls(), IsEmpty());
 }
 
 TEST_F(SettingsDesktop, theCloseBoxClosesAndTheMenuOpensItAnew) {
     open();
-    for (int attempt = 0; attempt < 20 && Desktop::settingsWindow(); ++attempt) {
-        if (const auto window = Desktop::settingsWindow()) {
-            desktop.click(window->x + window->width - 17, window->y + 15);
-            (void)Desktop::eventually([] { return !Desktop::settingsWindow(); }, 1s);
-        }
-    }
-    ASSERT_FALSE(Desktop::settingsWindow());
+    const auto window = Desktop::settingsWindow();
+    ASSERT_TRUE(window);
+    desktop.click(window->x + window->width - 17, window->y + 15);
+    ASSERT_TRUE(eventually([] { return !Desktop::settingsWindow(); }));
     desktop.choose("Down", 2);
-    EXPECT_TRUE(Desktop::eventually([] { return Desktop::settingsWindow().has_value(); }));
+    EXPECT_TRUE(eventually([] { return Desktop::settingsWindow().has_value(); }));
     EXPECT_THAT(desktop.stop(), HasSubstr("config schema\n"));
 }
 
 TEST_F(SettingsDesktop, whileTheValidatorTakesItsTimeTheAppPolls) {
     holdValidator();
     open();
-    setTheFirstFieldAndSave([this] { return std::filesystem::exists(desktop.home / "validating"); });
+    setTheFirstFieldAndSave();
+    ASSERT_TRUE(eventually([this] { return std::filesystem::exists(desktop.home / "validating"); }));
     desktop.openMenu(); // it answers
     desktop.press("Escape");
-    EXPECT_TRUE(Desktop::eventually([this] { return !desktop.menu(); }));
+    EXPECT_TRUE(eventually([this] { return !desktop.menu(); }));
     const auto before = desktop.strip();
     ASSERT_TRUE(before);
     // Another title.
     desktop.home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","sessions":[
         {"sessionId":"id-1","dirName":"api","contextPct":100}]})");
-    EXPECT_TRUE(Desktop::eventually([&] {
+    EXPECT_TRUE(eventually([&] {
         const auto now = desktop.strip();
         return now && now->width != before->width;
     }));
     EXPECT_EQ(config(), "");
     letValidate();
-    EXPECT_TRUE(Desktop::eventually([this] { return config() == savedConfig; }));
+    EXPECT_TRUE(eventually([this] { return config() == savedConfig; }));
 }
 
 TEST_F(SettingsDesktop, aSaveThatRunsEndsWholeBeforeTheAppDoes) {
     holdValidator();
     open();
-    setTheFirstFieldAndSave([this] { return std::filesystem::exists(desktop.home / "validating"); });
+    setTheFirstFieldAndSave();
+    ASSERT_TRUE(eventually([this] { return std::filesystem::exists(desktop.home / "validating"); }));
     desktop.requestEnd();
-    std::this_thread::sleep_for(500ms);
-    EXPECT_TRUE(desktop.strip()) << "the app waits for the save";
-    EXPECT_EQ(config(), "");
     letValidate();
     EXPECT_TRUE(desktop.ends());
     EXPECT_EQ(config(), savedConfig);
@@ -169,5 +165,5 @@ TEST_F(SettingsDesktop, aWindowThatIsOpenedAtTheStartIsTheSame) {
     desktop.home.environment["OSTREL_MENUBAR_OPEN_SETTINGS"] = "1";
     desktop.home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
     desktop.start();
-    EXPECT_TRUE(Desktop::eventually([] { return Desktop::settingsWindow().has_value(); }));
+    EXPECT_TRUE(eventually([] { return Desktop::settingsWindow().has_value(); }));
 }

@@ -1,6 +1,7 @@
-// Keeps GNUstep from starting processes and writing files that the app has no use for. Each category replaces methods
-// of GNUstep's own class.
+// Keeps GNUstep from starting processes and writing files that the app has no use for, and from losing events. Each
+// category replaces methods of GNUstep's own class.
 #import <AppKit/AppKit.h>
+#import <GNUstepGUI/GSDisplayServer.h>
 #import <GNUstepGUI/GSServicesManager.h>
 #import <GNUstepGUI/GSTheme.h>
 
@@ -48,6 +49,37 @@
 @implementation GSTheme (MenubarOverride)
 
 + (void)defaultsDidChange:(NSNotification*)notification {
+}
+
+@end
+
+/// GNUstep remembers how much of the queue it has looked at while it waits. What leaves the queue meanwhile moves the
+/// next event to before that place, where it is not seen; and what a timer adds wakes nobody. A button would wait for
+/// the end of a click that has come. So all of the queue is looked at, and while something is tracked, again and again.
+@implementation GSDisplayServer (MenubarOverride)
+
+- (NSEvent*)getEventMatchingMask:(unsigned)mask beforeDate:(NSDate*)limit inMode:(NSString*)mode dequeue:(BOOL)dequeue {
+    constexpr NSTimeInterval turn = 0.05;
+    NSDate* end = limit == nil ? [NSDate distantFuture] : limit;
+    const bool isTracking = ![mode isEqualToString:NSDefaultRunLoopMode];
+    bool isLast = false;
+    for (;;) {
+        for (NSUInteger i = 0; i < [event_queue count]; ++i) {
+            NSEvent* event = [event_queue objectAtIndex:i];
+            if ((NSEventMaskFromType([event type]) & mask) != 0) {
+                [[event retain] autorelease];
+                if (dequeue) {
+                    [event_queue removeObjectAtIndex:i];
+                }
+                return event;
+            }
+        }
+        NSDate* wake = isTracking ? [end earlierDate:[NSDate dateWithTimeIntervalSinceNow:turn]] : end;
+        if (isLast || ![[NSRunLoop currentRunLoop] runMode:mode beforeDate:wake]) {
+            return nil;
+        }
+        isLast = [end timeIntervalSinceNow] <= 0;
+    }
 }
 
 @end
