@@ -96,10 +96,8 @@ TEST(XdgOpener, revealsByOpeningTheDirectoryAround) {
 TEST(XdgOpener, neverWaitsForTheOpener) {
     const OpenerProgram program("kill -STOP $$"); // until it is killed
     XdgOpener opener(program.program());
-    const auto begin = std::chrono::steady_clock::now();
     opener.open("/a");
     opener.open("/b");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
     ASSERT_EQ(opener.running().size(), 2U);
     for (const pid_t child : opener.running()) {
         ::kill(child, SIGKILL);
