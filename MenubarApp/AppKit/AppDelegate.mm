@@ -26,7 +26,8 @@ namespace menubar {
 /// Everything that lives as long as the process, in the order of dependence.
 class Application {
   public:
-    Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools)
+    Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools,
+                std::chrono::milliseconds pollInterval)
         : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)),
           m_model(SettingsModel::create(environment, home,
                                         {.mainLoop = m_mainLoop,
@@ -48,7 +49,8 @@ class Application {
                                                      .clock = m_clock,
                                                      .commands = m_commands,
                                                      .settings = *m_settings,
-                                                     .log = log});
+                                                     .log = log,
+                                                     .interval = pollInterval});
         m_statusItem.setEvents(m_controller);
         m_controller->start();
     }
@@ -82,10 +84,11 @@ class Application {
 
 @implementation AppDelegate
 
-- (instancetype)initWithTools:(const menubar::SystemTools&)tools {
+- (instancetype)initWithTools:(const menubar::SystemTools&)tools pollInterval:(std::chrono::milliseconds)pollInterval {
     self = [super init];
     if (self != nil) {
         _tools = tools;
+        _pollInterval = pollInterval;
     }
     return self;
 }
@@ -96,7 +99,7 @@ class Application {
     const std::string path = menubar::StatusFileLocator::path(environment, home);
     menubar::log("watching " + path);
     menubar::installMainMenu(self);
-    _application = std::make_unique<menubar::Application>(path, environment, home, _tools);
+    _application = std::make_unique<menubar::Application>(path, environment, home, _tools, _pollInterval);
     if (menubar::variable(environment, "OSTREL_MENUBAR_OPEN_SETTINGS") == "1") { // for scripted use
         [self show:nil];
     }

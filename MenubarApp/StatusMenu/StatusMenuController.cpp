@@ -25,7 +25,7 @@ StatusMenuController::StatusMenuController(std::string statusPath, Environment e
 
 void StatusMenuController::start() {
     refresh();
-    m_timer = m_ports.mainLoop.repeat(pollInterval, pollTolerance, refreshLater());
+    m_timer = m_ports.mainLoop.repeat(m_ports.interval, pollTolerance, refreshLater());
     m_wake = m_ports.workspace.onWake(refreshLater());
 }
 

@@ -25,7 +25,7 @@ void makeCurrent(NSUInteger modifiers) {
                                              keyCode:0]
              atStart:YES];
     ASSERT_NE([NSApp nextEventMatchingMask:NSEventMaskKeyUp
-                                 untilDate:[NSDate dateWithTimeIntervalSinceNow:1]
+                                 untilDate:[NSDate dateWithTimeIntervalSinceNow:30]
                                     inMode:NSDefaultRunLoopMode
                                    dequeue:YES],
               nil);

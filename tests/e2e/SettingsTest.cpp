@@ -2,16 +2,15 @@
 
 #include "MenubarCore/JSON/JSONValue.h"
 
+#include "tests/e2e/Eventually.h"
 #include "tests/e2e/ScratchHome.h"
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -21,6 +20,7 @@
 
 using namespace menubar;
 using menubar::e2e::ChildProcess;
+using menubar::e2e::eventually;
 using menubar::e2e::ScratchHome;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -615,10 +615,7 @@ TEST_F(SettingsTest, aValidatorThatNeverEndsCanBeInterruptedAndTheNextSaveCleans
     useValidator("echo $$ >\"$HOME/pid\"; exec sleep 1000");
     {
         ChildProcess child(home.menubarctl({"settings", "set", "a", "x"}));
-        const auto deadline = std::chrono::steady_clock::now() + ChildProcess::patience;
-        while (read(home / "pid").empty() && std::chrono::steady_clock::now() < deadline) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
+        EXPECT_TRUE(eventually([this] { return !read(home / "pid").empty(); }));
         EXPECT_EQ(config(), "{}");
         EXPECT_EQ(directory().size(), 2) << "the candidate";
         child.send(SIGKILL);
