@@ -76,7 +76,7 @@ TEST_F(MenuRenderer, aMessageThatTheTargetDoesNotAnswerTravelsAlongTheResponderC
     NSMenuItem* undo = render({.title = "Undo", .selector = "undo:", .enabled = true});
     EXPECT_EQ(toString(NSStringFromSelector([undo action])), "undo:");
     EXPECT_EQ([undo target], nil);
-    const auto delegate = ObjCPointer<AppDelegate>::adopt([[AppDelegate alloc] initWithTools:{}]);
+    const auto delegate = ObjCPointer<AppDelegate>::adopt([[AppDelegate alloc] initWithTools:{} pollInterval:{}]);
     NSArray* items = makeMenuItems({{.title = "Settings...", .selector = "show:", .enabled = true}}, delegate.get());
     EXPECT_EQ([[items objectAtIndex:0] target], delegate.get());
 }
