@@ -6,7 +6,6 @@
 #include "tests/appkit/Driver.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
