@@ -118,15 +118,6 @@ TEST_F(SettingsWindowTest, aTextIsTakenKeyByKey) {
     EXPECT_FALSE(canSave());
 }
 
-TEST_F(SettingsWindowTest, theFirstEditAfterASaveTakesTheMarkAway) {
-    open();
-    m_screen.type("Text", "new");
-    save();
-    m_screen.type("Text", "newer");
-    EXPECT_FALSE(m_screen.shows("Saved at "));
-    EXPECT_TRUE(m_screen.shows("Daemon not installed"));
-}
-
 TEST_F(SettingsWindowTest, aTextThatIsNoNumberYetLeavesTheValueAndIsPutBackWhenEditingEnds) {
     m_screen.writeConfig(R"({"number":7})");
     open();
@@ -263,27 +254,6 @@ TEST_F(SettingsWindowTest, linesOfTextAndRawValuesAreTakenToo) {
     EXPECT_EQ(m_screen.config(), "{\n  \"odd\" : [\n    1\n  ],\n  \"story\" : \"one\\ntwo\"\n}\n");
 }
 
-TEST_F(SettingsWindowTest, aResetTakesTheKeyOutOfTheFile) {
-    m_screen.writeConfig(R"({"text":"old","kept":1})");
-    open();
-    EXPECT_TRUE(m_screen.shows("from file"));
-    m_screen.press("Reset to default");
-    EXPECT_EQ(m_screen.text("Text"), "d");
-    EXPECT_EQ(m_screen.button("Reset to default"), nil);
-    save();
-    EXPECT_EQ(m_screen.config(), "{\n  \"kept\" : 1\n}\n");
-}
-
-TEST_F(SettingsWindowTest, aLockedSettingHasNoControl) {
-    open();
-    const StatusFile status{.configSources = std::map<std::string, ConfigSource>{{"text", ConfigSource::cli}}};
-    m_screen.poll(&status);
-    ASSERT_TRUE(m_screen.waitToShow("Set by a command-line flag"));
-    EXPECT_EQ(m_screen.field("Text"), nil);
-    m_screen.poll(nullptr);
-    EXPECT_TRUE(pumpUntil([&] { return m_screen.field("Text") != nil; }));
-}
-
 // Saving
 
 TEST_F(SettingsWindowTest, aRejectedSaveShowsWhatIsWrongWhereItIsAndCanBePutRight) {
@@ -307,88 +277,6 @@ TEST_F(SettingsWindowTest, aRejectedSaveShowsWhatIsWrongWhereItIsAndCanBePutRigh
     save();
     EXPECT_FALSE(m_screen.shows("nor so"));
     EXPECT_EQ(m_screen.config(), "{\n  \"last\" : \"good\",\n  \"text\" : \"new\"\n}\n");
-}
-
-TEST_F(SettingsWindowTest, afterASaveLaterLeavesTheDaemonAlone) {
-    m_screen.installDaemon();
-    m_screen.poll(nullptr);
-    open();
-    m_screen.type("Text", "new");
-    save();
-    ASSERT_THAT(alertButtons(window()), ElementsAre("Restart Daemon", "Later"));
-    clickAlertButton(window(), 1);
-    m_screen.settle();
-    EXPECT_THAT(alertButtons(window()), IsEmpty());
-    EXPECT_TRUE(m_screen.shows("Saved at "));
-    EXPECT_THAT(m_screen.commands.log, IsEmpty());
-}
-
-TEST_F(SettingsWindowTest, afterASaveTheDaemonIsRestartedOnRequest) {
-    m_screen.installDaemon();
-    m_screen.poll(nullptr);
-    open();
-    m_screen.type("Text", "new");
-    save();
-    pressKey(window(), @"\r");
-    m_screen.settle();
-    EXPECT_THAT(m_screen.commands.log, ElementsAre("start"));
-    EXPECT_TRUE(m_screen.shows("Restarting the daemon..."));
-    EXPECT_FALSE([m_screen.button("Restart daemon") isEnabled]);
-    m_screen.commands.complete();
-    m_screen.settle();
-    EXPECT_TRUE(m_screen.shows("Save validates the file through the daemon"));
-    EXPECT_TRUE([m_screen.button("Restart daemon") isEnabled]);
-}
-
-TEST_F(SettingsWindowTest, whileTheValidatorTakesItsTimeTheWindowAndTheAppLiveOn) {
-    open();
-    m_screen.type("Text", "new");
-    m_screen.holdValidator();
-    m_screen.press("Save");
-    ASSERT_TRUE(pumpUntil([&] { return m_screen.isValidating(); }));
-    EXPECT_TRUE(m_screen.shows("Validating with the daemon..."));
-    EXPECT_FALSE(canSave());
-    m_screen.type("Last", "typed meanwhile");
-    const StatusFile status{.config = OstrelConfig{.settings = JSONValue::Object{{"text", JSONValue("live")}}}};
-    m_screen.poll(&status);
-    EXPECT_TRUE(m_screen.waitToShow("Daemon is running with: live"));
-    EXPECT_TRUE(m_screen.isValidating());
-    m_screen.releaseValidator();
-    ASSERT_TRUE(pumpUntil([&] { return !m_screen.config().empty(); }));
-    ASSERT_TRUE(m_screen.waitToShow("Saved at "));
-    EXPECT_EQ(m_screen.config(), "{\n  \"text\" : \"new\"\n}\n")
-        << "what was typed meanwhile was not asked to be saved";
-    EXPECT_EQ(m_screen.text("Last"), "typed meanwhile");
-    EXPECT_TRUE(canSave());
-}
-
-TEST_F(SettingsWindowTest, aWindowClosedWhileASaveRunsLetsItEndWhole) {
-    open();
-    m_screen.type("Text", "new");
-    m_screen.holdValidator();
-    m_screen.press("Save");
-    ASSERT_TRUE(pumpUntil([&] { return m_screen.isValidating(); }));
-    m_screen.press("Cancel");
-    EXPECT_FALSE(m_screen.isOpen());
-    m_screen.releaseValidator();
-    ASSERT_TRUE(pumpUntil([&] { return !m_screen.config().empty(); }));
-    EXPECT_EQ(m_screen.config(), "{\n  \"text\" : \"new\"\n}\n");
-    ASSERT_TRUE(pumpUntil([&] { return !m_screen.model().isSaving(); }));
-    open();
-    EXPECT_EQ(m_screen.text("Text"), "new");
-}
-
-TEST_F(SettingsWindowTest, aWindowReopenedWhileASaveRunsShowsWhatWasSaved) {
-    open();
-    m_screen.type("Text", "new");
-    m_screen.holdValidator();
-    m_screen.press("Save");
-    ASSERT_TRUE(pumpUntil([&] { return m_screen.isValidating(); }));
-    m_screen.press("Cancel");
-    open();
-    EXPECT_EQ(m_screen.text("Text"), "d");
-    m_screen.releaseValidator();
-    EXPECT_TRUE(pumpUntil([&] { return m_screen.text("Text") == "new"; }));
 }
 
 // Keys

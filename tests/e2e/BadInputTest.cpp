@@ -121,36 +121,11 @@ TEST(BadStatusFile, isHuge) {
     expectUnreadable(home, "it is larger than 64 MB");
 }
 
-TEST(BadStatusFile, isWrittenInHalf) {
-    const ScratchHome home;
-    home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"dirName":"a)");
-    expectUnreadable(home, "line 1");
-}
-
-TEST(BadStatusFile, isEmpty) {
-    const ScratchHome home;
-    home.writeStatus("");
-    expectUnreadable(home, "");
-}
-
-TEST(BadStatusFile, isNoUtf8) {
-    const ScratchHome home;
-    home.writeStatus("{\"x\":\"\xFF\"}");
-    expectUnreadable(home, "");
-}
-
 TEST(BadStatusFile, aDanglingLinkIsMissing) {
     const ScratchHome home;
     std::filesystem::create_directories(home / ".local/state/ostrel");
     std::filesystem::create_symlink(home / "nowhere", home.statusFile());
     EXPECT_EQ(stateOf(home.atFixedTime({"status", "--json"})).at("kind"), JSONValue("missing"));
-}
-
-TEST(BadStatusFile, aPathThroughAFileIsMissing) {
-    const ScratchHome home;
-    const std::string file = home.write("file", "x");
-    const auto result = home.atFixedTime({"status", "--json", "--status-file", file + "/status.json"});
-    EXPECT_EQ(stateOf(result).at("kind"), JSONValue("missing"));
 }
 
 TEST(BadStatusFile, aNameThatIsNotUtf8StillGivesADocument) {

@@ -81,15 +81,6 @@ TEST_F(CommandsTest, focusBringsTheSessionsTerminalForward) {
                     R"({"arguments":["focus-panel","--panel","p\"1","--workspace","w 1"],"quiet":"1","tool":"cmux"})"));
 }
 
-TEST_F(CommandsTest, focusTakesAnyOfTheThreeNames) {
-    home.writeStatus(sessions);
-    EXPECT_EQ(run({"focus", "id-2"}).status, 0);
-    EXPECT_EQ(run({"focus", "s5"}).status, 0);
-    EXPECT_THAT(calls(),
-                ElementsAre(R"({"arguments":["select-workspace","--workspace","w2"],"quiet":"1","tool":"cmux"})",
-                            R"({"arguments":["select-workspace","--workspace","w5"],"quiet":"1","tool":"cmux"})"));
-}
-
 TEST_F(CommandsTest, focusComplainsWhenThereIsNotOneTerminalToBringForward) {
     EXPECT_EQ(complaintOf({"focus", "api"}),
               "ostrel-menubarctl: there is no status file at " + home.statusFile() + "\n");

@@ -89,18 +89,6 @@ TEST(StatusJSON, ofAStaleDaemonWithNotices) {
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(StatusJSON, ofADaemonThatNeverPolled) {
-    const ScratchHome home;
-    home.writeStatus("{}");
-    EXPECT_EQ(home.atFixedTime({"status", "--json"}).output,
-              std::string(builtInCompact) +
-                  R"json("notices":[],"presentation":{"symbolName":"eye.slash","title":"--","tone":"muted",)json"
-                  R"json("tooltip":"Daemon not responding (no poll time in status file)"},)json"
-                  R"json("state":{"detail":"No config in status file","kind":"stale","pollAge":null,)json"
-                  R"json("title":"Daemon not responding (no poll time in status file)"}})json"
-                  "\n");
-}
-
 TEST(StatusJSON, ofAStoppedDaemonInItsZoneOfFortyFiveMinutes) {
     const ScratchHome home;
     home.writeStatus(R"json({"at":"2025-03-04T10:15:30Z","stoppedAt":"2025-03-04T08:18:00+00:00",)json"
@@ -231,20 +219,6 @@ TEST(MenuJSON, ofARunningDaemonWithEverything) {
         actions(action("startDaemon", "Restart daemon to apply settings") + "," + action("stopDaemon", "Stop daemon"),
                 true));
     EXPECT_EQ(home.atFixedTime({"menu", "--json"}).output, expected);
-}
-
-TEST(MenuJSON, ofAStaleDaemonShowsTheLastPoll) {
-    const ScratchHome home;
-    home.write("Library/LaunchAgents/dev.ostrel.daemon.plist", "");
-    home.writeStatus(R"json({"at":"2025-03-04T09:15:33Z","sessions":[{"shortId":"ab12","level":"ok"}]})json");
-    EXPECT_EQ(home.atFixedTime({"menu", "--json"}).output,
-              menuOf(note("Daemon not responding (last poll 1h ago)") + "," + note("No config in status file") + "," +
-                     separator + "," + note("Sessions from the last poll") + "," +
-                     R"json({"action":null,"checked":false,"enabled":false,"indentation":0,"key":"","kind":"item",)json"
-                     R"json("path":null,"tag":1,"title":"ab12 · unknown · -- · unknown","tooltip":"ab12"},)json" +
-                     separator + "," + note("Handoffs") + "," + note("No handoffs") + "," + separator + "," +
-                     note("Recent events") + "," + note("No events yet") + "," + separator + "," +
-                     actions(action("startDaemon", "Restart daemon"), true)));
 }
 
 TEST(MenuJSON, theLockedIconOnlyItemKeepsItsAction) {

@@ -101,21 +101,6 @@ TEST_F(SettingsDesktop, aSettingIsTypedAndSavedAndTheDaemonRestarted) {
                                  "/.config/ostrel/config.json\nostrel-menubar: save outcome: saved\n"));
 }
 
-TEST_F(SettingsDesktop, laterLeavesTheDaemonAlone) {
-    installDaemon();
-    open();
-    setTheFirstFieldAndSave();
-    ASSERT_TRUE(desktop.says("save outcome: saved\n"));
-    desktop.press("Escape"); // "Later"
-    desktop.openMenu();      // what it shows comes after what was pressed before
-    EXPECT_TRUE(Desktop::settingsWindow()) << "Escape answers the question, and closes nothing yet";
-    desktop.press("Escape");
-    EXPECT_TRUE(eventually([this] { return !desktop.menu(); }));
-    desktop.press("alt+w");
-    EXPECT_TRUE(eventually([] { return !Desktop::settingsWindow(); }));
-    EXPECT_THAT(desktop.calls(), IsEmpty());
-}
-
 TEST_F(SettingsDesktop, theCloseBoxClosesAndTheMenuOpensItAnew) {
     open();
     const auto window = Desktop::settingsWindow();

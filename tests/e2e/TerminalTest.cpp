@@ -1,9 +1,6 @@
-#include "MenubarCore/Text/DisplayColumns.h"
-
 #include "tests/e2e/ScratchHome.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -20,35 +17,13 @@ constexpr const char* critical =
     R"({"at":"2025-03-04T10:15:33Z","sessions":[{"dirName":"web","level":"critical","contextPct":93}]})";
 
 /// Runs a command at the fixed time on a terminal.
-std::string onTerminal(const ScratchHome& home, std::vector<std::string> arguments, unsigned short columns = 80) {
+std::string onTerminal(const ScratchHome& home, std::vector<std::string> arguments) {
     arguments.insert(arguments.end(), ScratchHome::fixedTime.begin(), ScratchHome::fixedTime.end());
     auto options = home.menubarctl(std::move(arguments));
     options.output = ChildProcess::Output::terminal;
-    options.columns = columns;
     const auto result = ScratchHome::run(options);
     EXPECT_EQ(result.status, 0) << result.errors;
     return result.output;
-}
-
-/// The text without escape sequences.
-std::string plain(std::string_view text) {
-    std::string result;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '\x1b') {
-            at = text.find('m', at);
-        } else {
-            result += text[at];
-        }
-    }
-    return result;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    for (std::size_t start = 0, end = 0; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
-        lines.push_back(text.substr(start, end - start));
-    }
-    return lines;
 }
 
 } // namespace
@@ -62,38 +37,6 @@ TEST(OnATerminal, tonesAreColouredAndDisabledItemsDim) {
     EXPECT_THAT(menu, HasSubstr("\x1b[2mNo handoffs\x1b[0m"));
     EXPECT_THAT(menu, HasSubstr("\r\n  Refresh\r\n"));
     EXPECT_THAT(onTerminal(home, {"status"}), HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
-}
-
-TEST(OnATerminal, noColorLeavesTheColoursOut) {
-    ScratchHome home;
-    home.writeStatus(critical);
-    home.environment["NO_COLOR"] = "1";
-    const std::string menu = onTerminal(home, {"menu"});
-    EXPECT_THAT(menu, Not(testing::ContainsRegex("\x1b\\[[0-9;]*3[0-9]m")));
-    EXPECT_THAT(menu, HasSubstr("\x1b[2mNo handoffs\x1b[0m"));
-    home.environment["NO_COLOR"] = "";
-    EXPECT_THAT(onTerminal(home, {"menu"}), HasSubstr("\x1b[1;31m"));
-}
-
-TEST(OnATerminal, aDumbOneGetsPlainText) {
-    ScratchHome home;
-    home.writeStatus(critical);
-    home.environment["TERM"] = "dumb";
-    EXPECT_THAT(onTerminal(home, {"menu"}), Not(HasSubstr("\x1b")));
-}
-
-TEST(OnATerminal, linesAreCutToItsWidth) {
-    const ScratchHome home;
-    home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"ok","dirName":"日本語の長い長い名前",)"
-                     R"("provider":"ümläut","model":"a-model-with-a-long-name"}]})");
-    for (const unsigned short columns : std::initializer_list<unsigned short>{20, 40, 132}) {
-        bool touchesTheEdge = false;
-        for (const std::string& line : linesOf(plain(onTerminal(home, {"menu"}, columns)))) {
-            EXPECT_LE(menubar::displayColumns(line), columns) << line;
-            touchesTheEdge |= menubar::displayColumns(line) + 2 >= columns;
-        }
-        EXPECT_TRUE(touchesTheEdge);
-    }
 }
 
 TEST(OnATerminal, jsonHoldsNothingThatTheTerminalObeys) {
