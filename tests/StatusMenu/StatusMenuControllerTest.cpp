@@ -281,7 +281,7 @@ TEST(StatusMenuController, afterASleepItLooksAtOnce) {
     shell.start();
     shell.writeRunningStatus();
     shell.workspace.wake();
-    EXPECT_THAT(shell.item.menu[0].title, StartsWith("Daemon running"));
+    EXPECT_THAT(shell.menu()[0].title, StartsWith("Daemon running"));
 }
 
 TEST(StatusMenuController, terminationStopsThePolling) {
