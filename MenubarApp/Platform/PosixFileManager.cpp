@@ -81,12 +81,16 @@ int readAll(int fd, std::string& bytes) {
 
 } // namespace
 
+bool PosixFileManager::canLookAt(const std::string& path) const {
+    struct stat info{};
+    return !hasNul(path) && ::stat(path.c_str(), &info) == 0;
+}
+
 bool PosixFileManager::exists(const std::string& path) const {
     if (hasNul(path)) {
         return false;
     }
-    struct stat info{};
-    if (::stat(path.c_str(), &info) == 0) {
+    if (canLookAt(path)) {
         return true;
     }
     // What may not be looked at counts as there, so that the reader gets to say why. EILSEQ: a name that this file

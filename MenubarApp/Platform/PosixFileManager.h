@@ -13,6 +13,7 @@ public:
     static constexpr std::size_t maximumFileSize = std::size_t{64} << 20;
 
     [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool canLookAt(const std::string& path) const override;
     [[nodiscard]] std::expected<std::string, FileError> contents(const std::string& path) const override;
 
     /// Whether a regular file that this process may execute is at the path. A directory is none, whatever its mode.

@@ -35,7 +35,7 @@ StatusMenu StatusPoll::menu(const StatusPaths& paths, const HiddenItemTracker& h
         .state = state,
         .compact = compact,
         .hiddenTracker = hiddenTracker,
-        .handoffExists = [&files](const std::string& path) { return files.exists(path); },
+        .handoffExists = [&files](const std::string& path) { return files.canLookAt(path); },
         .isDaemonInstalled = files.exists(paths.launchAgentPlist),
         .logsDirectoryExists = files.exists(paths.logsDirectory),
         .statusFileExists = files.exists(paths.statusFile),

@@ -27,7 +27,7 @@ using CodingPath = std::vector<CodingKey>;
 /// Why a document did not decode.
 struct DecodingError {
     enum class Kind {
-        typeMismatch,  ///< a value of another JSON type than `expected`, or an integer with a fraction or out of range
+        typeMismatch, ///< a value of another JSON type than `expected`, or an integer that is not whole or out of range
         valueNotFound, ///< a `null` where a value of type `expected` is required
         keyNotFound,   ///< an object lacks the required key `key`
         dataCorrupted, ///< not JSON, or a text that does not have the form it must have; `description` says which

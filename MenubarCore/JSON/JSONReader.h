@@ -20,7 +20,9 @@ namespace menubar {
 /// comes before any error of type or presence. Of those, the one reported is the first by position in a list, by key
 /// in a map and by row in a record.
 ///
-/// One pass, in time and memory linear in the document's size, on a small stack. Any thread.
+/// An integer of more than 64 bits is read as a double; "-0" is an integer and has no sign.
+///
+/// In time and memory that grow with the document's size, on a small stack. Any thread.
 namespace JSONReader {
 
 /// Containers inside one another, the outermost counted.

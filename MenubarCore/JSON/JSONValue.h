@@ -57,11 +57,11 @@ public:
 
     JSONValue(int value) : m_storage(static_cast<double>(value)) {}
 
-    JSONValue(std::string value) : m_storage(std::move(value)) {}
+    JSONValue(std::string value) : m_storage(std::in_place_type<std::string>, std::move(value)) {}
 
-    JSONValue(std::string_view value) : m_storage(std::string(value)) {}
+    JSONValue(std::string_view value) : m_storage(std::in_place_type<std::string>, value) {}
 
-    JSONValue(const char* value) : m_storage(std::string(value)) {}
+    JSONValue(const char* value) : m_storage(std::in_place_type<std::string>, value) {}
 
     JSONValue(Array value) : m_storage(std::move(value)) {}
 

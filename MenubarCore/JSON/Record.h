@@ -119,7 +119,7 @@ inline constexpr bool unreadable = false;
 } // namespace detail
 
 template <Record T>
-inline constexpr RecordTable recordTable = RecordTable::of(recordRows<T>);
+inline constexpr RecordTable recordTable = RecordTable{recordRows<T>};
 
 template <typename T>
 constexpr Shape makeShape();
@@ -184,20 +184,18 @@ template <typename T>
     } else if constexpr (Record<T>) {
         return reader.readRecord(recordTable<T>, &value);
     } else if constexpr (detail::List<T>) {
-        return reader.readList(&value, [](ValueReader& elementReader, void* target) {
-            constexpr std::size_t usualLength = 8;
+        return reader.readList(&value, [](ValueReader& elementReader, void* target, std::size_t expectedCount) {
             auto& list = *static_cast<T*>(target);
             if (list.empty()) {
-                list.reserve(usualLength);
+                list.reserve(expectedCount);
             }
             return readElement(elementReader, list.emplace_back());
         });
     } else {
         static_assert(detail::Map<T>);
         return reader.readMap(&value, [](ValueReader& entryReader, void* map, std::string_view key) {
-            auto& entry = (*static_cast<T*>(map))[std::string(key)];
-            entry = {}; // of duplicate keys the last one counts
-            return readElement(entryReader, entry);
+            auto& entries = *static_cast<T*>(map);
+            return readElement(entryReader, entries.try_emplace(entries.end(), std::string(key))->second);
         });
     }
 }
@@ -227,8 +225,7 @@ constexpr FieldRow row(std::string_view key, Presence presence) {
             return readValue(reader, member);
         }
     };
-    const auto reset = [](void* record) { static_cast<Holder*>(record)->*Member = Holder{}.*Member; };
-    return {key, presence, &shapeOf<typename Traits::Value>, read, reset};
+    return {key, presence, &shapeOf<typename Traits::Value>, read};
 }
 
 template <auto Member>

@@ -62,7 +62,6 @@ struct FieldRow {
     Presence presence = Presence::required;
     const Shape* shape = nullptr;
     bool (*read)(ValueReader& reader, void* record) = nullptr; ///< reads a value that is not `null` into the member
-    void (*reset)(void* record) = nullptr; ///< gives the member the value that it has in a fresh record
 };
 
 /// A record's wire format, one row for each member. Decoding, tests and fuzzing all go by it.
@@ -70,15 +69,9 @@ struct RecordTable {
     /// Sets of rows are kept in one word.
     static constexpr std::size_t maximumRows = 64;
 
-    /// Longer keys could not be compared before the document's key is measured.
-    static constexpr std::size_t maximumKeyLength = 31;
-
-    /// Whether the keys differ, are not too long and are written in JSON as they stand.
+    /// Whether the keys differ.
     [[nodiscard]] static constexpr bool areSound(std::span<const FieldRow> rows) {
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            if (rows[i].key.size() > maximumKeyLength || rows[i].key.find_first_of("\"\\/") != std::string_view::npos) {
-                return false;
-            }
             for (std::size_t j = 0; j < i; ++j) {
                 if (rows[i].key == rows[j].key) {
                     return false;
@@ -88,19 +81,7 @@ struct RecordTable {
         return rows.size() <= maximumRows;
     }
 
-    [[nodiscard]] static constexpr std::uint64_t bit(std::size_t row) { return std::uint64_t{1} << row; }
-
-    template <std::size_t Count>
-    [[nodiscard]] static constexpr RecordTable of(const std::array<FieldRow, Count>& rows) {
-        RecordTable table{rows};
-        for (std::size_t row = 0; row < Count; ++row) {
-            table.required |= rows[row].presence == Presence::required ? bit(row) : 0;
-        }
-        return table;
-    }
-
     std::span<const FieldRow> rows;
-    std::uint64_t required = 0; ///< the bits of the rows that must be present
 };
 
 } // namespace menubar

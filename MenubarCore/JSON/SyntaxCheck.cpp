@@ -1,11 +1,13 @@
 #include "MenubarCore/JSON/SyntaxCheck.h"
 
-#include "MenubarCore/JSON/NumberToken.h"
-#include "MenubarCore/JSON/StringToken.h"
+#include "MenubarCore/JSON/WideIntegers.h"
 #include "MenubarCore/Text/CodePoints.h"
 
+#include <charconv>
 #include <cstdint>
 #include <vector>
+
+#include <simdjson.h>
 
 namespace menubar::SyntaxCheck {
 
@@ -13,6 +15,14 @@ namespace {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+bool isHighSurrogate(std::uint16_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(std::uint16_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
 class Checker {
@@ -175,8 +185,15 @@ private:
         if (!readWholePart() || (take('.') && !readDigits()) || ((take('e') || take('E')) && !readExponent())) {
             return false;
         }
-        const auto token = NumberToken::parse(m_document.substr(start, m_position - start));
-        return !token || !token->isBeyondDouble() || failAt(start, "number beyond the range of a double");
+        return !isBeyondDouble(m_document.substr(start, m_position - start)) ||
+               failAt(start, "number beyond the range of a double");
+    }
+
+    /// Asked of the parser, which refuses numbers for nothing else once they are written as doubles.
+    bool isBeyondDouble(std::string_view number) {
+        constexpr std::size_t fewestDigits = 309;
+        return (number.size() >= fewestDigits || number.find_first_of("Ee") != std::string_view::npos) &&
+               m_numberParser.parse(withWideIntegersAsDoubles(number)).error() != simdjson::SUCCESS;
     }
 
     bool readString() {
@@ -203,17 +220,38 @@ private:
     }
 
     bool readEscapeSequence() {
-        const Escape escape = readEscape(m_document, m_position);
-        if (!escape.fault) {
-            m_position += escape.length;
-            return true;
+        const std::string_view rest = m_document.substr(m_position + 1);
+        if (rest.empty() || !std::string_view("\"\\/bfnrtu").contains(rest.front())) {
+            return fail("invalid escape");
         }
-        switch (*escape.fault) {
-        case EscapeFault::unknownEscape: return fail("invalid escape");
-        case EscapeFault::hexDigits: return fail(R"(expected four hexadecimal digits after "\u")");
-        case EscapeFault::loneSurrogate: return fail("lone surrogate escape");
+        m_position += 2;
+        return rest.front() != 'u' || readUnicodeEscape();
+    }
+
+    /// Reads what follows the "\u", and the other half of a surrogate pair with it.
+    bool readUnicodeEscape() {
+        const std::size_t start = m_position - 2;
+        const auto unit = takeUnit();
+        if (!unit) {
+            return failAt(start, R"(expected four hexadecimal digits after "\u")");
         }
-        return false;
+        std::optional<std::uint16_t> low;
+        const bool isPair =
+            isHighSurrogate(*unit) && take('\\') && take('u') && (low = takeUnit()) && isLowSurrogate(*low);
+        return isPair || !(isHighSurrogate(*unit) || isLowSurrogate(*unit)) || failAt(start, "lone surrogate escape");
+    }
+
+    /// Takes four hexadecimal digits.
+    std::optional<std::uint16_t> takeUnit() {
+        constexpr std::size_t length = 4;
+        const std::string_view digits = m_document.substr(m_position, length);
+        std::uint16_t unit = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
+        if (error != std::errc() || end != digits.data() + length) {
+            return std::nullopt;
+        }
+        m_position += length;
+        return unit;
     }
 
     std::string_view m_document;
@@ -221,6 +259,7 @@ private:
     std::size_t m_position = 0;
     State m_state = State::value;
     std::vector<char> m_closers; ///< what ends each open container, the outermost first
+    simdjson::dom::parser m_numberParser;
     std::optional<Fault> m_fault;
 };
 

@@ -8,7 +8,8 @@
 namespace menubar {
 
 /// Finds the first place where a document stops being JSON, reading strictly from the first byte. It is what puts a
-/// place and an expectation into the error texts; it is not fast, and only documents that failed are worth its time.
+/// place and an expectation into the error texts; it is not fast, and only documents that the parser refused are worth
+/// its time. Of those that are JSON all the same it finds nothing.
 /// Constant stack, whatever the nesting. Pure; any thread.
 namespace SyntaxCheck {
 

@@ -1,228 +1,275 @@
 #include "MenubarCore/JSON/ValueReader.h"
 
-#include "MenubarCore/JSON/DocumentWalk.h"
+#include "MenubarCore/JSON/ParsedDocument.h"
 
 #include <algorithm>
-#include <bit>
-#include <map>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <iterator>
 #include <span>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 namespace menubar {
 
+namespace dom = simdjson::dom;
+
 using Kind = DecodingError::Kind;
 
+namespace {
+
+/// A member of an object being put into the order of keys.
+struct Member {
+    std::uint64_t start = 0; ///< the first eight bytes of the key as a number: most comparisons end here
+    std::string_view key;
+    std::size_t position = 0;
+    dom::element value;
+
+    Member(std::string_view ownKey, std::size_t ownPosition, const dom::element& ownValue)
+        : key(ownKey), position(ownPosition), value(ownValue) {
+        for (const char c : key.substr(0, sizeof start)) {
+            start = (start << 8U) | static_cast<std::uint8_t>(c);
+        }
+        start <<= 8 * (sizeof start - std::min(key.size(), sizeof start)) % 64;
+    }
+
+    /// By key; of equal keys the last comes first.
+    bool operator<(const Member& other) const {
+        return start != other.start ? start < other.start
+                                    : std::tie(key, other.position) < std::tie(other.key, position);
+    }
+
+    [[nodiscard]] bool hasKeyOf(const Member& other) const { return start == other.start && key == other.key; }
+};
+
+/// Replaces `members` by those of an object, in ascending order of their keys; of duplicate keys the last.
+void sortMembers(const dom::object& object, std::vector<Member>& members) {
+    members.clear();
+    for (const auto [key, value] : object) {
+        members.emplace_back(key, members.size(), value);
+    }
+    std::ranges::sort(members, std::less());
+    const auto rest = std::ranges::unique(members, &Member::hasKeyOf);
+    members.erase(rest.begin(), rest.end());
+}
+
+/// Makes a tree of values. What is still to be done is kept in a list instead of in calls; the places in it stay where
+/// they are when the container around them is moved.
+class TreeBuilder {
+public:
+    JSONValue build(const dom::element& root) {
+        JSONValue tree;
+        add(root, [&tree](auto value) -> JSONValue& { return tree = value; });
+        while (!m_pending.empty()) {
+            const auto [from, to] = m_pending.back();
+            m_pending.pop_back();
+            *to = from.is_array() ? array(from.get_array().value_unsafe()) : object(from.get_object().value_unsafe());
+        }
+        return tree;
+    }
+
+private:
+    /// Has a scalar added by `place`; for a container `null`, and the place is noted.
+    template <typename Place>
+    void add(const dom::element& from, Place place) {
+        switch (from.type()) {
+        case dom::element_type::STRING: place(from.get_string().value_unsafe()); return;
+        case dom::element_type::BOOL: place(from.get_bool().value_unsafe()); return;
+        case dom::element_type::INT64:
+        case dom::element_type::UINT64:
+        case dom::element_type::DOUBLE: place(from.get_double().value_unsafe()); return;
+        case dom::element_type::ARRAY:
+        case dom::element_type::OBJECT: m_pending.emplace_back(from, &place(nullptr)); return;
+        default: place(nullptr); return;
+        }
+    }
+
+    JSONValue array(const dom::array& elements) {
+        JSONValue::Array values;
+        values.reserve(static_cast<std::size_t>(std::distance(elements.begin(), elements.end())));
+        for (const dom::element element : elements) {
+            add(element, [&values](auto value) -> JSONValue& { return values.emplace_back(value); });
+        }
+        return values;
+    }
+
+    JSONValue object(const dom::object& object) {
+        JSONValue::Object values;
+        sortMembers(object, m_members);
+        for (const Member& member : m_members) {
+            add(member.value, [&](auto value) -> JSONValue& {
+                return values.try_emplace(values.end(), std::string(member.key), value)->second;
+            });
+        }
+        return values;
+    }
+
+    std::vector<std::pair<dom::element, JSONValue*>> m_pending;
+    std::vector<Member> m_members;
+};
+
+/// The row of `key`. Keys usually come in the order of the table, so the row after the previous one is tried first.
+std::size_t findRow(std::span<const FieldRow> rows, std::string_view key, std::size_t next) {
+    if (next < rows.size() && rows[next].key == key) {
+        return next;
+    }
+    return static_cast<std::size_t>(std::ranges::find(rows, key, &FieldRow::key) - rows.begin());
+}
+
+} // namespace
+
 std::optional<DecodingError> ValueReader::readDocument(std::string_view document, void* target, DocumentRead read) {
-    DocumentWalk walk(document);
-    ValueReader reader(walk);
-    if (!walk.isBroken() && !read(reader, target) && !walk.isBroken()) {
-        std::ranges::reverse(reader.m_error->path);
+    const ParsedDocument parsed(document);
+    if (!parsed.problem().empty()) {
+        return DecodingError{.kind = Kind::dataCorrupted, .description = parsed.problem()};
     }
-    walk.finish();
-    if (walk.isBroken()) {
-        return DecodingError{.kind = Kind::dataCorrupted, .description = walk.problem()};
+    ValueReader reader(parsed.root(), parsed.mayHoldWideIntegers());
+    if (read(reader, target)) {
+        return std::nullopt;
     }
-    return reader.m_error == nullptr ? std::nullopt : std::optional(std::move(*reader.m_error));
+    std::ranges::reverse(reader.m_error.path);
+    return std::move(reader.m_error);
 }
 
-bool ValueReader::leave(Error error) {
-    m_error = std::move(error);
-    return m_error == nullptr;
-}
-
-ValueReader::Error ValueReader::takeError(CodingKey step) {
-    Error error = std::move(m_error);
-    error->path.push_back(std::move(step));
-    return error;
+bool ValueReader::failAt(CodingKey step) {
+    m_error.path.push_back(std::move(step));
+    return false;
 }
 
 bool ValueReader::refuse(std::string description) {
-    return leave(std::make_unique<DecodingError>(Kind::dataCorrupted, "", "", std::move(description)));
+    m_error = {.kind = Kind::dataCorrupted, .description = std::move(description)};
+    return false;
 }
 
 bool ValueReader::refuseNull(std::string_view typeName) {
-    return leave(std::make_unique<DecodingError>(Kind::valueNotFound, std::string(typeName)));
+    m_error = {.kind = Kind::valueNotFound, .expected = std::string(typeName)};
+    return false;
 }
 
 bool ValueReader::mismatch(Shape::Kind expected) {
-    return m_walk.check() &&
-           leave(std::make_unique<DecodingError>(Kind::typeMismatch, std::string(Shape{.kind = expected}.typeName())));
+    m_error = {.kind = Kind::typeMismatch, .expected = std::string(Shape{.kind = expected}.typeName())};
+    return false;
 }
 
 bool ValueReader::isNull() const {
-    return m_walk.isLiteral("null");
+    return m_value->is_null();
 }
 
 bool ValueReader::read(bool& value) {
-    value = m_walk.isLiteral("true");
-    return value || m_walk.isLiteral("false") || mismatch(Shape::Kind::boolean);
+    return m_value->get(value) == simdjson::SUCCESS || mismatch(Shape::Kind::boolean);
 }
 
 bool ValueReader::read(std::int64_t& value) {
-    if (!m_walk.isNumber()) {
+    if (m_value->is_int64()) {
+        return m_value->get(value) == simdjson::SUCCESS;
+    }
+    // An integer of more than 64 bits has become a double, of which only this one could be taken for less.
+    constexpr double smallest = -0x1p63;
+    double number = 0;
+    if (!m_value->is_double() || m_value->get(number) != simdjson::SUCCESS || number != std::trunc(number) ||
+        number < smallest || number >= -smallest || (number == smallest && m_mayHoldWideIntegers)) {
         return mismatch(Shape::Kind::integer);
     }
-    const auto number = m_walk.number();
-    if (!number) {
-        return false;
-    }
-    const auto integer = number->integer();
-    value = integer.value_or(0);
-    return integer || mismatch(Shape::Kind::integer);
+    value = static_cast<std::int64_t>(number);
+    return true;
 }
 
 bool ValueReader::read(double& value) {
-    if (!m_walk.isNumber()) {
-        return mismatch(Shape::Kind::number);
-    }
-    const auto number = m_walk.nearestDouble();
-    value = number.value_or(0);
-    return number.has_value();
+    return m_value->get(value) == simdjson::SUCCESS || mismatch(Shape::Kind::number);
 }
 
 bool ValueReader::read(std::string& value) {
     const auto text = readText();
-    if (text) {
-        value = std::string(*text);
-    }
+    value = text.value_or("");
     return text.has_value();
 }
 
 bool ValueReader::read(JSONValue& value) {
-    auto whole = m_walk.value();
-    if (whole) {
-        value = std::move(*whole);
-    }
-    return whole.has_value();
+    value = TreeBuilder().build(*m_value);
+    return true;
 }
 
 std::optional<std::string_view> ValueReader::readText() {
-    if (m_walk.kind() != '"') {
+    std::string_view text;
+    if (m_value->get(text) != simdjson::SUCCESS) {
         mismatch(Shape::Kind::text);
         return std::nullopt;
     }
-    return m_walk.text();
+    return text;
 }
 
-/// One object being read into a record. Keys usually come in the order of the table, so the row after the previous
-/// one is tried first.
-class ValueReader::RecordRead {
-public:
-    RecordRead(ValueReader& reader, const RecordTable& table, void* record)
-        : m_reader(reader), m_table(table), m_record(record) {}
-
-    /// Reads the current value, the member `key`. False when the document is broken.
-    bool readMember(DocumentWalk::Key key) {
-        const std::span<const FieldRow> rows = m_table.rows;
-        if (m_next < rows.size() && key.isWritten(rows[m_next].key)) {
-            return readRow(m_next);
-        }
-        const auto name = m_reader.m_walk.name(key);
-        if (!name) {
-            return false;
-        }
-        const auto row = std::ranges::find(rows, *name, &FieldRow::key);
-        return row == rows.end() ? m_reader.m_walk.check() : readRow(static_cast<std::size_t>(row - rows.begin()));
-    }
-
-    /// The error of the first row that has one.
-    Error firstError() {
-        const std::uint64_t missing = m_table.required & ~m_seen;
-        if (missing == 0 && m_errors.empty()) {
-            return nullptr;
-        }
-        const auto missingRow = static_cast<std::size_t>(std::countr_zero(missing));
-        const auto first = std::ranges::min_element(m_errors, {}, &std::pair<std::size_t, Error>::first);
-        if (first != m_errors.end() && first->first < missingRow) {
-            return std::move(first->second);
-        }
-        return std::make_unique<DecodingError>(Kind::keyNotFound, "", std::string(m_table.rows[missingRow].key));
-    }
-
-private:
-    bool readRow(std::size_t index) {
-        const FieldRow& row = m_table.rows[index];
-        m_next = index + 1;
-        if ((m_seen & RecordTable::bit(index)) != 0) {
-            // Of duplicate keys the last one counts: forget all that came of the earlier one.
-            row.reset(m_record);
-            std::erase_if(m_errors, [index](const auto& error) { return error.first == index; });
-        }
-        m_seen |= RecordTable::bit(index);
-        const bool isNull = m_reader.isNull();
-        if (isNull ? row.presence != Presence::required || m_reader.refuseNull(row.shape->typeName())
-                   : row.read(m_reader, m_record)) {
-            return true;
-        }
-        if (m_reader.m_walk.isBroken()) {
-            return false;
-        }
-        m_errors.emplace_back(index, m_reader.takeError({std::string(row.key)}));
-        return true;
-    }
-
-    ValueReader& m_reader;
-    const RecordTable& m_table;
-    void* m_record;
-    std::size_t m_next = 0;
-    std::uint64_t m_seen = 0;
-    std::vector<std::pair<std::size_t, Error>> m_errors; ///< by row
-};
-
 bool ValueReader::readRecord(const RecordTable& table, void* record) {
-    if (m_walk.kind() != '{') {
+    dom::object object;
+    if (m_value->get(object) != simdjson::SUCCESS) {
         return mismatch(Shape::Kind::record);
     }
-    RecordRead read(*this, table, record);
-    return m_walk.eachMember([&read](DocumentWalk::Key key) { return read.readMember(key); }) &&
-           leave(read.firstError());
+    std::array<dom::element, RecordTable::maximumRows> values;
+    std::uint64_t present = 0;
+    std::size_t next = 0;
+    for (const auto [key, value] : object) {
+        const std::size_t row = findRow(table.rows, key, next);
+        if (row < table.rows.size()) {
+            values[row] = value; // of duplicate keys the last one counts
+            present |= std::uint64_t{1} << row;
+            next = row + 1;
+        }
+    }
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        m_value = (present >> row & 1U) != 0 ? &values[row] : nullptr;
+        if (!readMember(table.rows[row], record)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Reads the current value into the member of `row`; without a current value the key is missing.
+bool ValueReader::readMember(const FieldRow& row, void* record) {
+    if (m_value == nullptr && row.presence == Presence::required) {
+        m_error = {.kind = Kind::keyNotFound, .key = std::string(row.key)};
+        return false;
+    }
+    if (m_value == nullptr || (isNull() && row.presence != Presence::required)) {
+        return true;
+    }
+    return (isNull() ? refuseNull(row.shape->typeName()) : row.read(*this, record)) || failAt({std::string(row.key)});
 }
 
 bool ValueReader::readList(void* list, ElementRead element) {
-    if (m_walk.kind() != '[') {
+    dom::array array;
+    if (m_value->get(array) != simdjson::SUCCESS) {
         return mismatch(Shape::Kind::list);
     }
-    Error first;
+    constexpr std::size_t mostExpected = 1024; // what they will take is not known before they are read
+    const std::size_t expectedCount = std::min(array.size(), mostExpected);
     std::size_t index = 0;
-    const auto readElement = [&] {
-        if (!element(*this, list)) {
-            if (m_walk.isBroken()) {
-                return false;
-            }
-            Error error = takeError({index});
-            first = first == nullptr ? std::move(error) : std::move(first);
+    for (const dom::element value : array) {
+        m_value = &value;
+        if (!element(*this, list, expectedCount)) {
+            return failAt({index});
         }
         ++index;
-        return true;
-    };
-    return m_walk.eachElement(readElement) && leave(std::move(first));
+    }
+    return true;
 }
 
 bool ValueReader::readMap(void* map, EntryRead entry) {
-    if (m_walk.kind() != '{') {
+    dom::object object;
+    if (m_value->get(object) != simdjson::SUCCESS) {
         return mismatch(Shape::Kind::map);
     }
-    std::map<std::string, Error> errors;
-    const auto readEntry = [&](DocumentWalk::Key key) {
-        const auto name = m_walk.name(key);
-        if (!name) {
-            return false;
+    std::vector<Member> members;
+    sortMembers(object, members);
+    for (const Member& member : members) {
+        m_value = &member.value;
+        if (!entry(*this, map, member.key)) {
+            return failAt({std::string(member.key)});
         }
-        std::string ownName(*name);
-        const bool success = entry(*this, map, ownName);
-        if (m_walk.isBroken()) {
-            return false;
-        }
-        if (success) {
-            errors.erase(ownName);
-        } else {
-            Error error = takeError({ownName});
-            errors.insert_or_assign(std::move(ownName), std::move(error));
-        }
-        return true;
-    };
-    return m_walk.eachMember(readEntry) && leave(errors.empty() ? nullptr : std::move(errors.begin()->second));
+    }
+    return true;
 }
 
 } // namespace menubar

@@ -6,24 +6,25 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+namespace simdjson::dom {
+class element; // NOLINT(readability-identifier-naming): the parser's name
+}
+
 namespace menubar {
 
-class DocumentWalk;
-
-/// Reads the values of one document into members. It is always at one value, the current one, which is read once.
+/// Reads the values of one document into members. It is always at one value, the current one.
 ///
-/// A read that returns false has left an error behind, which belongs to the value read. The walk goes on all the same,
-/// so that the rest of the document is checked too, until a syntax error ends it. Whoever reads a container decides
-/// which of the errors of its parts is the container's own.
+/// A read that returns false has left the document's error behind, and nothing is read after it. So that the same
+/// error is found whatever the order of keys, parts are read in an order of our own: the elements of a list by
+/// position, the entries of a map by key, the members of a record by row.
 class ValueReader {
 public:
     using DocumentRead = bool (*)(ValueReader& reader, void* target);
-    using ElementRead = bool (*)(ValueReader& reader, void* list);
+    using ElementRead = bool (*)(ValueReader& reader, void* list, std::size_t expectedCount);
     using EntryRead = bool (*)(ValueReader& reader, void* map, std::string_view key);
 
     /// Reads a document's one value by `read`. The error of a document that is not JSON, else the one that `read` left.
@@ -42,17 +43,16 @@ public:
     [[nodiscard]] bool read(std::string& value);
     [[nodiscard]] bool read(JSONValue& value);
 
-    /// A text without a copy; valid until the next read.
+    /// A text without a copy; valid until the document is read.
     [[nodiscard]] std::optional<std::string_view> readText();
 
     /// Reads an object into the fresh record of `table`.
     [[nodiscard]] bool readRecord(const RecordTable& table, void* record);
 
-    /// Reads an array; `element` adds the current value to `list`.
+    /// Reads an array; `element` adds the current value to `list`, to which about `expectedCount` will be added.
     [[nodiscard]] bool readList(void* list, ElementRead element);
 
-    /// Reads an object; `entry` stores the current value in `map` in place of any earlier one of that key. The key is
-    /// valid until the next read.
+    /// Reads an object; `entry` adds the current value to `map`, in ascending order of the keys.
     [[nodiscard]] bool readMap(void* map, EntryRead entry);
 
     /// Leaves an error about the current value: a text without the form it must have. False.
@@ -62,18 +62,17 @@ public:
     bool refuseNull(std::string_view typeName);
 
 private:
-    class RecordRead;
-    using Error = std::unique_ptr<DecodingError>;
+    ValueReader(const simdjson::dom::element& root, bool mayHoldWideIntegers)
+        : m_value(&root), m_mayHoldWideIntegers(mayHoldWideIntegers) {}
 
-    explicit ValueReader(DocumentWalk& walk) : m_walk(walk) {}
-
-    /// The error that the latest read left, as an error of a part of the container being read.
-    [[nodiscard]] Error takeError(CodingKey step);
-    bool leave(Error error);
+    /// Adds a step to the path of the error that the read of a part has left. False.
+    bool failAt(CodingKey step);
     bool mismatch(Shape::Kind expected);
+    bool readMember(const FieldRow& row, void* record);
 
-    DocumentWalk& m_walk;
-    Error m_error; ///< its path has the root last, until the document is read
+    const simdjson::dom::element* m_value;
+    bool m_mayHoldWideIntegers;
+    DecodingError m_error; ///< its path has the root last, until the document is read
 };
 
 } // namespace menubar

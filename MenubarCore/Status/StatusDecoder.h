@@ -11,6 +11,8 @@ namespace menubar {
 
 /// Reads the status file: strict about types, lenient about presence. One bad value anywhere fails the whole document;
 /// unknown keys are ignored. Pure; any thread.
+///
+/// No `make()` gives out a decoder: its one setting, how dates are read, is `TextForm<Date>` beside the record tables.
 namespace StatusDecoder {
 
 [[nodiscard]] std::expected<StatusFile, DecodingError> decode(std::string_view document);

@@ -70,6 +70,44 @@ TEST(DecodingValues, stringsAreUnescaped) {
     EXPECT_EQ(decoded("\"日本 👩‍💻 \x7F\""), JSONValue("日本 👩‍💻 \x7F"));
 }
 
+TEST(DecodingValues, escapesStandForTheirCharacters) {
+    struct Case {
+        const char* raw;
+        std::string text;
+    };
+
+    for (const auto& [raw, text] :
+         std::vector<Case>{{R"(\"\\\/\b\f\n\r\t)", "\"\\/\b\f\n\r\t"},
+                           {R"(\u0041\u00e9\u00E9)", "Aéé"},
+                           {R"(\u007f\u0080\u07ff\u0800\uffff)", "\x7F\u0080\u07FF\u0800\uFFFF"},
+                           {R"(\ud7ff\ue000)", "\uD7FF\uE000"},
+                           {R"(\ud800\udc00)", "\U00010000"},
+                           {R"(\uD83D\uDE00!)", "😀!"},
+                           {R"(\udbff\udfff)", "\U0010FFFF"},
+                           {R"(a\nb\nc)", "a\nb\nc"},
+                           {R"(\\u0041)", "\\u0041"},
+                           {R"(\\)", "\\"},
+                           {R"(\\\")", "\\\""}}) {
+        EXPECT_EQ(decoded("\"" + std::string(raw) + "\""), JSONValue(text)) << raw;
+        EXPECT_EQ(decoded("{\"" + std::string(raw) + "\":0}"), JSONValue(Object{{text, 0}})) << raw;
+    }
+}
+
+TEST(DecodingValues, aStringEndsAtItsQuotationMarkWhereverThatStands) {
+    for (std::size_t length = 0; length < 70; ++length) {
+        const std::string text(length, 'x');
+        EXPECT_EQ(decoded("[\"" + text + "\",\"!\"]"), JSONValue(Array{text, "!"})) << length;
+    }
+}
+
+TEST(DecodingValues, keysComeInTheOrderOfTheirBytesHoweverTheyBegin) {
+    const Object object{{"", 0},         {"a", 1},         {std::string("a\0", 2), 2},
+                        {"abcdefgh", 3}, {"abcdefghA", 4}, {"abcdefghi", 5},
+                        {"abcdefgi", 6}, {"é", 7}};
+    EXPECT_EQ(decoded(R"({"é":7,"abcdefghi":5,"abcdefgi":6,"a\u0000":2,"abcdefgh":3,"abcdefghA":4,"a":1,"":0})"),
+              JSONValue(object));
+}
+
 TEST(DecodingValues, longStringsWithAndWithoutEscapesAreWhole) {
     const std::string text(100'000, 'x');
     EXPECT_EQ(decoded("\"" + text + "\""), JSONValue(text));
@@ -86,12 +124,22 @@ TEST(DecodingValues, numbersBecomeTheNearestDouble) {
          std::vector<Case>{{"0", 0.0},
                            {"40", 40.0},
                            {"-7", -7.0},
+                           {"72.5", 72.5},
                            {"0.1", 0.1},
+                           {"-0.3", -0.3},
+                           {"123456789.012345", 123456789.012345},
+                           {"999999999999999", 999999999999999.0},
+                           {"1e22", 1e22},
+                           {"1e-22", 1e-22},
                            {"1e3", 1000.0},
                            {"1E-2", 0.01},
                            {"9007199254740993", 9007199254740992.0},
                            {"18446744073709551615", 18446744073709551615.0},
                            {"18446744073709551616", 18446744073709551616.0},
+                           {"9223372036854775807", 9223372036854775808.0},
+                           {"9223372036854775808", 9223372036854775808.0},
+                           {"-9223372036854775808", -9223372036854775808.0},
+                           {"-9223372036854775809", -9223372036854775808.0},
                            {"36893488147419103233", 36893488147419103232.0},
                            {"-36893488147419103233", -36893488147419103232.0},
                            {"1234567890123456789012345678901234567890", 1234567890123456789012345678901234567890.0},
@@ -120,11 +168,12 @@ TEST(DecodingValues, numbersBecomeTheNearestDouble) {
     }
 }
 
-TEST(DecodingValues, minusZeroKeepsItsSign) {
-    EXPECT_TRUE(std::signbit(number("-0")));
+TEST(DecodingValues, minusZeroWithAFractionOrAnExponentKeepsItsSign) {
+    EXPECT_TRUE(std::signbit(number("-0.0")));
     EXPECT_TRUE(std::signbit(number("-0.0e5")));
     EXPECT_TRUE(std::signbit(number("-1e-400")));
     EXPECT_FALSE(std::signbit(number("0")));
+    EXPECT_EQ(decoded("-0").compactText(), "0"); // an integer, which has no sign of zero
 }
 
 TEST(DecodingValues, numbersMayHaveAnyNumberOfDigits) {
@@ -138,6 +187,14 @@ TEST(DecodingValues, numbersMayHaveAnyNumberOfDigits) {
     EXPECT_EQ(number(halfWay + "." + zeros), 9007199254740992.0);
     EXPECT_EQ(number(halfWay + "." + std::string(700, '0') + "1"), 9007199254740994.0);
     EXPECT_EQ(number(halfWay + std::string(760, '0') + "1e-761"), 9007199254740994.0);
+}
+
+TEST(DecodingValues, integersOfMoreThanSixtyFourBitsStandBesideEverythingElse) {
+    EXPECT_EQ(decoded(R"({"18446744073709551616":[18446744073709551616,"99999999999999999999",-99999999999999999999],
+                         "a\"99999999999999999999":9007199254740993,"b":[9223372036854775807,1e0,-1]})"),
+              JSONValue(Object{{"18446744073709551616", Array{0x1p64, "99999999999999999999", -1e20}},
+                               {"a\"99999999999999999999", 0x1p53},
+                               {"b", Array{0x1p63, 1, -1}}}));
 }
 
 TEST(DecodingValues, everyFiniteDoubleReadsBackFromItsText) {
@@ -185,5 +242,7 @@ TEST(DecodingValues, aLargeDocumentLeavesNothingBehindForTheNext) {
     EXPECT_EQ(decoded("[1]"), JSONValue(Array{1}));
     EXPECT_FALSE(JSONValue::decode("[1").has_value());
     EXPECT_FALSE(JSONValue::decode(large).has_value());
+    EXPECT_EQ(decoded("[1]"), JSONValue(Array{1}));
+    EXPECT_EQ(decoded("\"" + std::string(std::size_t{17} << 20U, 'x') + "\"").kind(), JSONValue::Case::string);
     EXPECT_EQ(decoded("[1]"), JSONValue(Array{1}));
 }

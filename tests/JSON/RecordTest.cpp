@@ -1,5 +1,6 @@
 #include "MenubarCore/JSON/JSONReader.h"
 
+#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -123,6 +124,74 @@ TEST(Record, aTextWithoutItsFormIsRefusedInItsOwnWords) {
 TEST(Record, theMembersOfOneObjectCanBeReadInAnyOrderAndMoreThanOnce) {
     EXPECT_EQ(decoded(R"({"unit":"metre","width":"x","unit":"inch","scale":1,"width":2,"scale":3,"unit":"metre"})"),
               (Drawing{.width = 2, .scale = 3, .unit = Unit::metre}));
+}
+
+TEST(Integer, aTokenWithoutFractionAndExponentIsExact) {
+    for (const std::int64_t value :
+         {std::int64_t{0}, std::int64_t{-1}, std::int64_t{9007199254740993}, std::numeric_limits<std::int64_t>::max(),
+          std::numeric_limits<std::int64_t>::min()}) {
+        EXPECT_EQ(JSONReader::decode<std::int64_t>(std::to_string(value)), value);
+    }
+    EXPECT_EQ(JSONReader::decode<std::int64_t>("-0"), 0);
+}
+
+TEST(Integer, withAFractionOrAnExponentItIsTheNearestDouble) {
+    struct Case {
+        const char* text;
+        std::int64_t value;
+    };
+
+    for (const auto& [text, value] :
+         std::vector<Case>{{"0.0", 0},
+                           {"-0.000e5", 0},
+                           {"0e999999999", 0},
+                           {"0e-999999999999999999999999", 0},
+                           {"1e-999999999", 0},
+                           {"1.0", 1},
+                           {"-1.0", -1},
+                           {"1.0000000000000000000000001", 1},
+                           {"1e3", 1000},
+                           {"10e-1", 1},
+                           {"1000e-2", 10},
+                           {"1.5e1", 15},
+                           {"0.001e3", 1},
+                           {"0.00012e5", 12},
+                           {"120e-1", 12},
+                           {"9007199254740993.0", 9007199254740992},
+                           {"90071992547409930e-1", 9007199254740992},
+                           {"9223372036854774784.0", 9223372036854774784},
+                           {"-9223372036854775808.000", std::numeric_limits<std::int64_t>::min()},
+                           {"-9.223372036854775809e18", std::numeric_limits<std::int64_t>::min()},
+                           {"1e18", 1'000'000'000'000'000'000}}) {
+        EXPECT_EQ(JSONReader::decode<std::int64_t>(text), value) << text;
+    }
+}
+
+TEST(Integer, whatIsNotWholeOrDoesNotFitIsAMismatch) {
+    for (const char* text : {"1.5",
+                             "-0.5",
+                             "1e-1",
+                             "15e-1",
+                             "0.1e0",
+                             "9223372036854775808",
+                             "-9223372036854775809",
+                             "-9223372036854776832",
+                             "-9223372036854777857",
+                             "9.223372036854775807e18",
+                             "9223372036854775807000e-3",
+                             "9223372036854775807.5",
+                             "-9223372036854777856.0",
+                             "1e19",
+                             "-1e19",
+                             "18446744073709551615",
+                             "18446744073709551616",
+                             "99999999999999999999",
+                             "-99999999999999999999",
+                             "1e300"}) {
+        const auto value = JSONReader::decode<std::int64_t>(text);
+        ASSERT_FALSE(value.has_value()) << text;
+        EXPECT_EQ(describe(value.error()), "type mismatch (Int) at ") << text;
+    }
 }
 
 TEST(JSONReader, readsListsMapsAndScalarsAtTheTopToo) {

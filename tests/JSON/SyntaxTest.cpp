@@ -105,6 +105,11 @@ TEST(Syntax, numbersFollowTheGrammar) {
                   {"[NaN]", R"(expected a value or "]" at line 1, column 2)"},
                   {"[1x]", R"(expected "," or "]" at line 1, column 3)"},
                   {"[0x10]", R"(expected "," or "]" at line 1, column 3)"}});
+    for (const char* number : {"0", "-0", "7", "10", "1.5", "0.5", "-0.5e-10", "1e3", "1E+3", "1e-03", "0e0",
+                               "123456789012345678901234567890", "-123456789012345678901234567890"}) {
+        EXPECT_EQ(errorOf(number), "") << number;
+        EXPECT_EQ(errorOf("{\"a\":[" + std::string(number) + "]}"), "") << number;
+    }
     expectRefusedEverywhere({"01",  "-01", "00",    "-",   "+1",  ".5",       "1.",        "1.e1",
                              "1e",  "1e+", "1e1.5", "NaN", "nan", "Infinity", "-Infinity", "inf",
                              "0x1", "1_0", "1,5.",  "--1", "1-",  "- 1",      "1 e5"});
@@ -114,7 +119,32 @@ TEST(Syntax, aNumberBeyondTheRangeOfADoubleFailsTheDocumentWhereverItStands) {
     expectErrors({{"1E400", "number beyond the range of a double at line 1, column 1"},
                   {"[0, -1e400]", "number beyond the range of a double at line 1, column 5"},
                   {"[" + std::string(400, '9') + "]", "number beyond the range of a double at line 1, column 2"}});
-    expectRefusedEverywhere({"1E400", "-1e400", "1e309", "1.7976931348623159e308", "1e99999999999999999999"});
+    expectRefusedEverywhere({"1E400", "-1e400", "1e309", "1.7976931348623159e308", "-1.7976931348623159e308",
+                             "1e99999999999999999999", "20000000000e299"});
+    for (const char* number : {"1.7976931348623157e308", "-179.76931348623158e306", "0e99999999999999999999", "1e-400",
+                               "0.0000000001e310", "10000000000e298"}) {
+        EXPECT_EQ(errorOf(number), "") << number;
+    }
+}
+
+TEST(Syntax, theHalfWayPointRoundsToInfinityAndEverythingBelowDoesNot) {
+    const std::string firstBeyond =
+        "1797693134862315807937289714053034150799341327100378269361737789804449682927647509466490179775872070963"
+        "3028641669288791094655554785194040263065748867150582068190890200070838367627385484581771153176447573027"
+        "0069855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904174497792";
+    ASSERT_EQ(firstBeyond.size(), 309U);
+    std::string below = firstBeyond;
+    below.replace(below.size() - 2, 2, "91");
+    expectRefusedEverywhere({firstBeyond, "-" + firstBeyond, firstBeyond + ".0", firstBeyond + ".1",
+                             "0." + firstBeyond + "e309", firstBeyond + "0e-1"});
+    for (const std::string& number : {below, "-" + below, below + ".999999999", "0." + below + "e309"}) {
+        EXPECT_EQ(errorOf(number), "") << number;
+    }
+}
+
+TEST(Syntax, aNumberBeyondTheRangeIsNotHiddenByAnIntegerOfManyDigits) {
+    EXPECT_EQ(errorOf("[99999999999999999999, 1e400]"), "number beyond the range of a double at line 1, column 24");
+    EXPECT_EQ(errorOf("[99999999999999999999, 01]"), "superfluous leading zero at line 1, column 24");
 }
 
 TEST(Syntax, literalsAreSpelledOut) {
@@ -160,6 +190,42 @@ TEST(Syntax, escapesAreTheOnesOfJSON) {
     expectRefusedEverywhere({R"("\x41")", R"("\'")", R"("\u004")", R"("\u00g0")", R"("\ud800")", R"("\udc00")",
                              R"("\udc00\ud800")", R"("\ud800\u0041")", R"("\ud800\ud800")", R"("\ud800x")",
                              R"("\ud800\n")", R"("\")", R"("\ud83d\ude0")"});
+}
+
+TEST(Syntax, aBrokenEscapeIsNamed) {
+    struct Case {
+        std::string raw;
+        std::string problem;
+    };
+
+    const std::string unknown = "invalid escape";
+    const std::string digits = R"(expected four hexadecimal digits after "\u")";
+    const std::string surrogate = "lone surrogate escape";
+    for (const auto& [raw, problem] : std::vector<Case>{{R"(\x41)", unknown},
+                                                        {R"(\U0041)", unknown},
+                                                        {R"(\')", unknown},
+                                                        {R"(\0)", unknown},
+                                                        {"\\\n", unknown},
+                                                        {R"(\u)", digits},
+                                                        {R"(\u004)", digits},
+                                                        {R"(\u00g1)", digits},
+                                                        {R"(\u+041)", digits},
+                                                        {R"(\u-041)", digits},
+                                                        {R"(\u0x41)", digits},
+                                                        {"\\u00\xC3\xA9", digits},
+                                                        {R"(\ud800)", surrogate},
+                                                        {R"(\ud800x)", surrogate},
+                                                        {R"(\ud800\n)", surrogate},
+                                                        {R"(\ud800\u0041)", surrogate},
+                                                        {R"(\ud800\ud800)", surrogate},
+                                                        {R"(\ud800\udc0)", surrogate},
+                                                        {R"(\ud800\\udc00)", surrogate},
+                                                        {R"(\udc00)", surrogate},
+                                                        {R"(\udc00\ud800)", surrogate},
+                                                        {R"(\udfff)", surrogate}}) {
+        EXPECT_EQ(errorOf("\"" + raw + "\""), problem + " at line 1, column 2") << raw;
+    }
+    EXPECT_EQ(errorOf("\"\\"), unknown + " at line 1, column 2");
 }
 
 TEST(Syntax, keysAreAsStrictAsStrings) {
@@ -244,8 +310,20 @@ TEST(Depth, atLeastFiveHundredAndTwelveContainersMayNest) {
 
 TEST(Depth, oneMoreThanTheLimitFailsAndSaysSo) {
     const std::size_t depth = JSONReader::maximumDepth + 1;
-    EXPECT_EQ(errorOf(std::string(depth, '[') + std::string(depth, ']')),
-              "more than 1000 containers inside one another at line 1, column 1001");
+    for (const std::string core : {"", "1", "99999999999999999999"}) {
+        EXPECT_EQ(errorOf(std::string(depth, '[') + core + std::string(depth, ']')),
+                  "more than 1000 containers inside one another at line 1, column 1001");
+    }
+}
+
+TEST(Depth, theLimitHoldsForEmptyAndForFilledContainersAndAfterADocumentOfThatDepth) {
+    const std::size_t depth = JSONReader::maximumDepth;
+    for (int round = 0; round < 2; ++round) {
+        for (const std::string core : {"", "1", "99999999999999999999", "1,{}"}) {
+            const bool isDeeper = core.ends_with('}');
+            EXPECT_EQ(errorOf(std::string(depth, '[') + core + std::string(depth, ']')).empty(), !isDeeper) << core;
+        }
+    }
 }
 
 TEST(Depth, aHundredThousandContainersFailCleanly) {

@@ -140,6 +140,11 @@ TEST(EventLine, seventyCharactersAreLeftWholeAndSeventyOneAreCut) {
     EXPECT_EQ(graphemeCount(line(warning(std::string(100000, 'x')))), 70U);
 }
 
+TEST(EventLine, aBlankBeforeTheCutStays) {
+    const std::string whole = std::string(68 - prefix.size(), 'x') + " ";
+    EXPECT_EQ(line(warning(whole + "yy")), prefix + whole + "…");
+}
+
 TEST(EventLine, charactersAreCountedAsAReaderCountsThem) {
     const std::size_t room = 70 - prefix.size();
     for (const std::string& character :

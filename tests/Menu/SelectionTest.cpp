@@ -54,7 +54,8 @@ TEST(SelectionSorted, theHighestPercentageComesFirstWhateverTheLevel) {
 TEST(SelectionSorted, aSessionWithoutAPercentageComesAfterOneOfNothing) {
     EXPECT_EQ(sortedNames({session("none", std::nullopt, SessionLevel::critical), session("zero", 0)}),
               (Names{"zero", "none"}));
-    EXPECT_EQ(sortedNames({session("negative", -2), session("none", std::nullopt)}), (Names{"none", "negative"}));
+    EXPECT_EQ(sortedNames({session("negative", -1.25), session("none", std::nullopt)}), (Names{"none", "negative"}));
+    EXPECT_EQ(sortedNames({session("none", std::nullopt), session("negative", -0.75)}), (Names{"negative", "none"}));
 }
 
 TEST(SelectionSorted, ofEqualPercentagesTheHigherLevelComesFirst) {
@@ -137,6 +138,14 @@ TEST(SelectionHandoffItems, theNewestComesFirstAndUndatedOnesLast) {
                      "Open handoff · ancient (17743526h 3m ago)", "Open handoff · undated"}));
 }
 
+TEST(SelectionHandoffItems, datesLessThanASecondApartDiffer) {
+    const std::vector<SessionStatus> sessions = {
+        sessionWithHandoff("a", handoff("/earlier", date("2025-03-04T14:02:50.100001Z"))),
+        sessionWithHandoff("b", handoff("/later", date("2025-03-04T14:02:50.100002Z"))),
+    };
+    EXPECT_EQ(Selection::handoffItems(sessions, now, everythingExists).front().path, "/later");
+}
+
 TEST(SelectionHandoffItems, ofEqualDatesTheNamesDecideAndThenTheOrder) {
     const std::vector<SessionStatus> sessions = {
         sessionWithHandoff("b", handoff("/b1", now)), sessionWithHandoff("a", handoff("/a1", now)),
@@ -179,6 +188,14 @@ TEST(SelectionRecentEvents, fewerThanTheLimitAreAllReturnedNewestFirst) {
     EXPECT_EQ(texts(Selection::recentEvents(events, 2)), (Names{"new", "middle"}));
     EXPECT_TRUE(Selection::recentEvents(events, 0).empty());
     EXPECT_TRUE(Selection::recentEvents({}, 5).empty());
+}
+
+TEST(SelectionRecentEvents, datesLessThanASecondApartDiffer) {
+    const std::vector<OstrelEvent> events = {
+        event(date("2025-03-04T14:02:50.100001Z"), EventLevel::ok, "earlier"),
+        event(date("2025-03-04T14:02:50.100002Z"), EventLevel::ok, "later"),
+    };
+    EXPECT_EQ(texts(Selection::recentEvents(events, 5)), (Names{"later", "earlier"}));
 }
 
 TEST(SelectionRecentEvents, undatedOnesComeLastAndEqualOnesKeepTheirOrder) {

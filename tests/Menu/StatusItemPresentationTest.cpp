@@ -39,6 +39,12 @@ TEST(StatusItemPresentation, allWellIsAnOpenEyeAndThePercentage) {
     EXPECT_EQ(make(running, {session("api", 72)}), (StatusItemPresentation{"eye", "72%", Tone::ok, runningTitle}));
 }
 
+TEST(StatusItemPresentation, nothingUsedIsAFigureToo) {
+    EXPECT_EQ(make(running, {session("api", 0)}), (StatusItemPresentation{"eye", "0%", Tone::ok, runningTitle}));
+    EXPECT_EQ(make(running, {session("api", 0)}, {}, Mode::compact),
+              (StatusItemPresentation{"eye", "", Tone::ok, runningTitle + " · worst session 0%"}));
+}
+
 TEST(StatusItemPresentation, compactModeMovesThePercentageIntoTheTooltip) {
     EXPECT_EQ(make(running, {session("api", 72)}, {}, Mode::compact),
               (StatusItemPresentation{"eye", "", Tone::ok, runningTitle + " · worst session 72%"}));

@@ -117,6 +117,27 @@ TEST(PosixFileManager, aFileWithoutPermissionIsThereButUnreadable) {
     EXPECT_EQ(status, 0);
 }
 
+TEST(PosixFileManager, whatIsBehindAClosedFolderMayBeThereButCannotBeLookedAt) {
+    const TemporaryDirectory directory;
+    ASSERT_EQ(::chmod(directory.path().c_str(), 0755), 0);
+    ASSERT_EQ(::mkdir((directory / "closed").c_str(), 0755), 0);
+    const std::string file = directory.write("closed/HANDOFF.md", "text");
+    EXPECT_TRUE(PosixFileManager().canLookAt(file));
+    ASSERT_EQ(::chmod((directory / "closed").c_str(), 0), 0);
+    EXPECT_EQ(asNobody([&] { return PosixFileManager().exists(file) && !PosixFileManager().canLookAt(file) ? 0 : 1; }),
+              0);
+    ASSERT_EQ(::chmod((directory / "closed").c_str(), 0755), 0);
+}
+
+TEST(PosixFileManager, aLoopOfLinksMayBeThereButCannotBeLookedAt) {
+    const TemporaryDirectory directory;
+    ASSERT_EQ(::symlink("loop", (directory / "loop").c_str()), 0);
+    EXPECT_TRUE(PosixFileManager().exists(directory / "loop"));
+    EXPECT_FALSE(PosixFileManager().canLookAt(directory / "loop"));
+    EXPECT_FALSE(PosixFileManager().canLookAt(directory / "none"));
+    EXPECT_FALSE(PosixFileManager().canLookAt(directory.write("file", "") + std::string("\0tail", 5)));
+}
+
 TEST(PosixFileManager, onlyARegularFileThatMayBeExecutedIsExecutable) {
     const TemporaryDirectory directory;
     const std::string file = directory.write("tool", "#!/bin/sh\n");

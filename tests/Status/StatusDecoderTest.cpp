@@ -173,7 +173,9 @@ TEST(StatusDecoding, integersAreWholeNumbersInRange) {
                                                        {"10e-1", 1},
                                                        {"1000e-2", 10},
                                                        {"0e999999999", 0},
+                                                       {"1e-999999999", 0},
                                                        {"9007199254740993", 9007199254740993},
+                                                       {"9007199254740993.0", 9007199254740992},
                                                        {"9223372036854775807", INT64_MAX},
                                                        {"-9223372036854775808", INT64_MIN}}) {
         EXPECT_EQ(onlySession("\"contextTokens\": " + std::string(text)).contextTokens, value) << text;
@@ -181,8 +183,8 @@ TEST(StatusDecoding, integersAreWholeNumbersInRange) {
 }
 
 TEST(StatusDecoding, aFractionOrANumberBeyondSixtyFourBitsIsAMismatch) {
-    for (const char* text : {"1.5", "9223372036854775808", "-9223372036854775809", "1e19", "1e-1", "1e-999999999",
-                             "\"1\"", "true", "[1]", "{}"}) {
+    for (const char* text :
+         {"1.5", "9223372036854775808", "-9223372036854775809", "1e19", "1e-1", "\"1\"", "true", "[1]", "{}"}) {
         EXPECT_EQ(errorOf("{\"sessions\":[{\"contextTokens\": " + std::string(text) + "}]}"),
                   "type mismatch (Int) at sessions.Index 0.contextTokens")
             << text;
@@ -200,6 +202,7 @@ TEST(StatusDecoding, aNumberBeyondDoublesRangeFailsTheDocumentWhereverItStands) 
 TEST(StatusDecoding, wholePercentagesAreDoubles) {
     EXPECT_EQ(onlySession(R"("contextPct": 40)").contextPct, 40.0);
     EXPECT_EQ(onlySession(R"("contextPct": 72.50000000000001)").contextPct, 72.50000000000001);
+    EXPECT_EQ(onlySession(R"("contextPct": 99999999999999999999)").contextPct, 1e20);
     EXPECT_EQ(errorOf(R"({"sessions":[{"contextPct":"40"}]})"),
               "type mismatch (Double) at sessions.Index 0.contextPct");
 }

@@ -224,6 +224,19 @@ TEST(StatusMenuController, aHandoffOpensOrIsRevealedWithOption) {
     EXPECT_THAT(shell.workspace.log, ElementsAre("open /repo/HANDOFF.md", "reveal /repo/HANDOFF.md"));
 }
 
+TEST(StatusMenuController, aHandoffBehindAClosedFolderCountsAsMissing) {
+    StatusMenuHarness shell;
+    shell.files.files["/repo/HANDOFF.md"] = "";
+    shell.files.hidden.insert("/repo/HANDOFF.md");
+    shell.writeRunningStatus(R"({"dirName":"api","level":"ok","handoff":{"path":"/repo/HANDOFF.md"}})");
+    shell.start();
+    EXPECT_NE(shell.item.itemTitled("Open handoff · api (missing)"), nullptr);
+    EXPECT_FALSE(shell.choose("Open handoff · api"));
+    shell.files.hidden.clear();
+    shell.tick();
+    EXPECT_TRUE(shell.choose("Open handoff · api"));
+}
+
 TEST(StatusMenuController, logsAndStatusFileOpenWhereTheyAre) {
     StatusMenuHarness shell;
     shell.start();

@@ -1,5 +1,6 @@
-// Feeds any bytes to everything that reads JSON, and holds the readers against each other: the fast walk against the
-// slow checker, what was read against what was written, a document against itself without duplicate keys.
+// Feeds any bytes to everything that reads JSON, and holds the readers against each other: the parser against the
+// checker that words its errors, what was read against what was written, a document against itself without duplicate
+// keys.
 
 #include "MenubarCore/JSON/JSONReader.h"
 #include "MenubarCore/JSON/JSONValue.h"

@@ -138,6 +138,10 @@ class FakeFileManager final : public FileManager {
 public:
     [[nodiscard]] bool exists(const std::string& path) const override { return files.contains(path); }
 
+    [[nodiscard]] bool canLookAt(const std::string& path) const override {
+        return files.contains(path) && !hidden.contains(path);
+    }
+
     [[nodiscard]] std::expected<std::string, FileError> contents(const std::string& path) const override {
         ++reads;
         const auto found = files.find(path);
@@ -148,6 +152,7 @@ public:
     }
 
     std::map<std::string, std::string> files;
+    std::set<std::string> hidden; ///< of these, what is behind a closed folder
     mutable int reads = 0;
 };
 
