@@ -16,7 +16,7 @@ namespace menubar::driver {
 
 using std::chrono::milliseconds;
 
-/// Runs the main loop for that long, in the default mode.
+/// Runs the main loop for that long, in the default mode, and for some turns however busy the machine is.
 void pump(milliseconds duration);
 
 /// Handles the events that are waiting, and those that they bring about, and returns.
