@@ -230,7 +230,7 @@ TEST(StatusMenuController, aHandoffBehindAClosedFolderCountsAsMissing) {
     shell.files.hidden.insert("/repo/HANDOFF.md");
     shell.writeRunningStatus(R"({"dirName":"api","level":"ok","handoff":{"path":"/repo/HANDOFF.md"}})");
     shell.start();
-    EXPECT_NE(shell.item.itemTitled("Open handoff · api (missing)"), nullptr);
+    EXPECT_NE(shell.itemTitled("Open handoff · api (missing)"), nullptr);
     EXPECT_FALSE(shell.choose("Open handoff · api"));
     shell.files.hidden.clear();
     shell.tick();
