@@ -23,16 +23,27 @@ TerminalSize terminalSize(int descriptor) {
     return size;
 }
 
-Styling stylingFor(bool isTerminal, const Environment& environment) {
-    const auto is = [&environment](std::string_view name, auto&& test) {
+bool isScreen(int descriptor, const Environment& environment) {
+    const auto term = environment.find("TERM");
+    return isTerminal(descriptor) && (term == environment.end() || term->second != "dumb");
+}
+
+Styling stylingFor(bool isTerminal, const Environment& environment, ColorChoice choice) {
+    const auto value = [&environment](std::string_view name) {
         const auto found = environment.find(name);
-        return found != environment.end() && test(found->second);
+        return found == environment.end() ? std::string_view() : std::string_view(found->second);
     };
-    if (!isTerminal || is("TERM", [](const std::string& value) { return value == "dumb"; })) {
-        return Styling::plain;
+    const Styling weightsOrNone = isTerminal && value("TERM") != "dumb" ? Styling::weights : Styling::plain;
+    if (choice == ColorChoice::always) {
+        return Styling::colours;
     }
-    const bool isColourless = is("NO_COLOR", [](const std::string& value) { return !value.empty(); });
-    return isColourless ? Styling::weights : Styling::colours;
+    if (choice == ColorChoice::never || !value("NO_COLOR").empty()) {
+        return weightsOrNone;
+    }
+    if (const std::string_view force = value("CLICOLOR_FORCE"); !force.empty() && force != "0") {
+        return Styling::colours;
+    }
+    return weightsOrNone == Styling::weights ? Styling::colours : Styling::plain;
 }
 
 std::expected<void, int> writeAll(int descriptor, std::string_view bytes) {

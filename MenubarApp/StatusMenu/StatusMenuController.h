@@ -64,6 +64,8 @@ public:
 
     [[nodiscard]] const DaemonState& state() const { return m_poll.state; }
 
+    [[nodiscard]] const StatusMenu& menu() const { return m_menu; }
+
     [[nodiscard]] const CompactSetting& compact() const { return m_poll.compact; }
 
     [[nodiscard]] const HiddenItemTracker& hiddenTracker() const { return m_hiddenTracker; }

@@ -160,6 +160,8 @@ TEST_F(SettingsTest, everyControlTakesItsKindOfValue) {
         {{"dry-run", "on"}, "\"dry-run\" : true"},
         {{"dry-run", "no"}, "\"dry-run\" : false"},
         {{"dry-run", "1"}, "\"dry-run\" : true"},
+        {{"dry-run", "ON"}, "\"dry-run\" : true"},
+        {{"warn-context", "45%"}, "\"warn-context\" : 45"},
         {{"token-price", "2.5"}, "\"token-price\" : 2.5"},
         {{"token-price", "1e1"}, "\"token-price\" : 10"},
         {{"max-sessions", " 7 "}, "\"max-sessions\" : 7"},
@@ -234,7 +236,7 @@ TEST_F(SettingsTest, aValueOfTheWrongKindIsRefusedBeforeAnythingRuns) {
     EXPECT_EQ(complaintOf({"set", "warn-context", "many"}), "warn-context: Must be a number\n");
     EXPECT_EQ(complaintOf({"set", "warn-context", ""}), "warn-context: Must be a number\n");
     EXPECT_EQ(complaintOf({"set", "warn-context", "0x10"}), "warn-context: Must be a number\n");
-    EXPECT_EQ(complaintOf({"set", "dry-run", "On"}), "dry-run: Must be on or off\n");
+    EXPECT_EQ(complaintOf({"set", "dry-run", "onn"}), "dry-run: Must be on or off\n");
 }
 
 TEST_F(SettingsTest, aWrongNumberOfValuesIsAWrongCommandLine) {
@@ -245,7 +247,7 @@ TEST_F(SettingsTest, aWrongNumberOfValuesIsAWrongCommandLine) {
         const Result result = settings(arguments);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.errors, HasSubstr("\nusage: ostrel-menubarctl status"));
+        EXPECT_THAT(result.errors, HasSubstr("\ntry: ostrel-menubarctl help settings set\n"));
         EXPECT_TRUE(directory().empty());
     }
 }

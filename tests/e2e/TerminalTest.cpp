@@ -96,6 +96,16 @@ TEST(OnATerminal, linesAreCutToItsWidth) {
     }
 }
 
+TEST(OnATerminal, sessionsFitItsWidth) {
+    const ScratchHome home;
+    home.writeStatus(
+        R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"ok","contextPct":5,"lifecycle":"needsInput",)"
+        R"("cacheExpiresAt":"2025-03-04T10:20:33Z","dirName":"a-name-that-is-much-too-long-for-it"}]})");
+    EXPECT_EQ(plain(onTerminal(home, {"sessions"}, 60)),
+              "1  ◉ a-name-that-is…    5%  needs input  cache expires in 5m\r\n");
+    EXPECT_THAT(onTerminal(home, {"sessions"}), HasSubstr("\x1b[32m◉\x1b[0m"));
+}
+
 TEST(OnATerminal, jsonHoldsNothingThatTheTerminalObeys) {
     const ScratchHome home;
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"dirName":"\u009b31m\u202ex\u007f"}]})");
@@ -115,11 +125,24 @@ TEST(OnATerminal, diagnosticLinesHoldNothingThatTheTerminalObeys) {
     EXPECT_THAT(result.output, HasSubstr("ostrel-menubar: watching /no/\uFFFD[31m\uFFFDsuch\r\n"));
 }
 
-TEST(AwayFromATerminal, thereAreNoEscapesAndEightyColumns) {
+TEST(AwayFromATerminal, thereAreNoEscapesAndNothingIsCut) {
     const ScratchHome home;
+    const std::string name(300, 'x');
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"critical","contextPct":93,"dirName":")" +
-                     std::string(300, 'x') + "\"}]}");
+                     name + "\"}]}");
     const std::string menu = home.atFixedTime({"menu"}).output;
     EXPECT_THAT(menu, Not(HasSubstr("\x1b")));
-    EXPECT_THAT(menu, HasSubstr("\n  [critical] " + std::string(66, 'x') + "…\n"));
+    EXPECT_THAT(menu, HasSubstr("\n  [critical] " + name + " · unknown · 93% · unknown\n"));
+    EXPECT_EQ(home.atFixedTime({"sessions"}).output, "1  ▲ " + name + "   93%  unknown\n");
+}
+
+TEST(AwayFromATerminal, coloursComeWhenTheyAreAskedFor) {
+    ScratchHome home;
+    home.writeStatus(critical);
+    EXPECT_THAT(home.atFixedTime({"menu", "--color", "always"}).output, HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
+    home.environment["CLICOLOR_FORCE"] = "1";
+    EXPECT_THAT(home.atFixedTime({"sessions"}).output, HasSubstr("\x1b[31m▲\x1b[0m"));
+    EXPECT_THAT(home.atFixedTime({"sessions", "--color=never"}).output, Not(HasSubstr("\x1b")));
+    home.environment["NO_COLOR"] = "1";
+    EXPECT_THAT(home.atFixedTime({"sessions"}).output, Not(HasSubstr("\x1b")));
 }
