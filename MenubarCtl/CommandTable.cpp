@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace menubar::ctl {
 
@@ -210,7 +209,9 @@ std::size_t slips(std::string_view left, std::string_view right) {
     std::vector<std::size_t> beforeLast(right.size() + 1);
     std::vector<std::size_t> last(right.size() + 1);
     std::vector<std::size_t> row(right.size() + 1);
-    std::iota(last.begin(), last.end(), std::size_t{0});
+    for (std::size_t j = 0; j <= right.size(); ++j) {
+        last[j] = j;
+    }
     for (std::size_t i = 1; i <= left.size(); ++i) {
         row[0] = i;
         for (std::size_t j = 1; j <= right.size(); ++j) {

@@ -114,7 +114,8 @@ std::optional<std::string> Doctor::cmuxPath() const {
     return ExecutableLocator::resolve("cmux", m_world.tools.cmux, variable("PATH"), m_world.isExecutable);
 }
 
-// The checks
+// The checks. Steps are of one type, whether or not they keep what they looked at.
+// NOLINTBEGIN(readability-make-member-function-const)
 
 std::vector<Check> Doctor::statusFile() {
     constexpr std::string_view name = "status file";
@@ -323,8 +324,11 @@ std::vector<Check> Doctor::configFile() {
     if (m_schema) {
         const SettingsForm form(*m_schema, *std::move(parsed));
         for (const auto& [setting, error] : form.errors()) {
-            checks.push_back(wrong(name, where + ", " + setting + ": " + error,
-                                   "ostrel-menubarctl settings reset " + setting + ", or settings set it anew"));
+            std::string found = where;
+            found.append(", ").append(setting).append(": ").append(error);
+            std::string fix = "ostrel-menubarctl settings reset ";
+            fix.append(setting).append(", or settings set it anew");
+            checks.push_back(wrong(name, std::move(found), std::move(fix)));
         }
         if (const auto unknown = form.unknownKeys(); !unknown.empty()) {
             checks.push_back(note(name, where + " has keys that the daemon does not know: " + joined(unknown, ", "),
@@ -356,8 +360,11 @@ std::vector<Check> Doctor::configCheck() {
         return {ok(name, "the daemon accepts the config file")};
     }
     std::vector<std::string> messages;
+    messages.reserve(invalid->issues.size());
     for (const ValidationIssue& issue : invalid->issues) {
-        messages.push_back((issue.options.empty() ? "" : joined(issue.options, ", ") + ": ") + issue.message);
+        std::string& message = messages.emplace_back(joined(issue.options, ", "));
+        message += message.empty() ? "" : ": ";
+        message += issue.message;
     }
     return {wrong(name, "the daemon refuses the config file" + (messages.empty() ? "" : ": " + joined(messages, "; ")),
                   "ostrel-menubarctl settings set, or an editor")};
@@ -492,6 +499,8 @@ std::vector<Check> Doctor::iconOnly() {
     }
     return {ok(name, shown + " (built in)")};
 }
+
+// NOLINTEND(readability-make-member-function-const)
 
 std::span<const Doctor::Step> Doctor::steps() {
     static constexpr std::array steps{

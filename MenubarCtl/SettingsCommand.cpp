@@ -137,7 +137,8 @@ private:
         if (outcome.kind() == SaveOutcome::Case::saved) {
             const ExitStatus printed =
                 print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
-            if (isTerminal(STDOUT_FILENO)) {
+            const SettingField* field = m_model->form()->field(m_context.line().name);
+            if (isTerminal(STDOUT_FILENO) && field != nullptr && field->spec.restart) {
                 [[maybe_unused]] const auto written =
                     writeAll(STDERR_FILENO, "restart the daemon to apply: ostrel-menubarctl daemon restart\n");
             }

@@ -33,7 +33,7 @@ public:
                 environment.push_back(std::string(name) + "=" + value);
             }
         }
-        environment.insert(environment.end(), extraEnvironment.begin(), extraEnvironment.end());
+        environment.insert(environment.begin(), extraEnvironment.begin(), extraEnvironment.end()); // the first holds
         Lines command = {MENUBAR_PROGRAM};
         command.insert(command.end(), arguments.begin(), arguments.end());
         posix_spawn_file_actions_t files;
@@ -75,6 +75,10 @@ public:
     /// Sends SIGTERM; the exit status, or -1 when it does not end by itself in time.
     [[nodiscard]] int terminate() {
         ::kill(m_process, SIGTERM);
+        return waitForEnd();
+    }
+
+    [[nodiscard]] int waitForEnd() {
         int status = 0;
         const pid_t process = m_process;
         if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; })) {
@@ -132,6 +136,19 @@ Lines childrenOf(pid_t process) {
         }
     }
     return names;
+}
+
+TEST(Program, saysInASentenceThatThereIsNoDisplay) {
+    Program program({"DISPLAY=:64999"});
+    EXPECT_EQ(program.waitForEnd(), 1);
+    const Lines lines = program.errorLines();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(),
+              "ostrel-menubar: the display :64999 cannot be opened; ostrel-menubarctl shows the menu in a "
+              "terminal");
+    for (const std::string& line : lines) {
+        EXPECT_EQ(line.find("Exception"), std::string::npos) << line;
+    }
 }
 
 TEST(Program, firstSaysWhichFileItWatchesAndEndsCleanlyOnSigterm) {

@@ -1,4 +1,5 @@
-// Completions in the real shells, for the names of the table, of settings and of sessions.
+// The completions that the packages install, in the real shells, for the names of the table, of settings and of
+// sessions.
 
 #include "tests/e2e/ScratchHome.h"
 
@@ -42,18 +43,13 @@ protected:
 
     /// The words that bash would put on the line.
     [[nodiscard]] std::string bash(const std::string& words) const {
-        return in("bash", "eval \"$(ostrel-menubarctl completions "
-                          "bash)\"\nCOMP_WORDS=(" +
-                              words +
-                              ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - "
-                              "1))\n_ostrel_menubarctl\nprintf '<%s>' "
-                              "\"${COMPREPLY[@]}\"");
+        return in("bash", "source " COMPLETIONS_FOLDER "/ostrel-menubarctl.bash\nCOMP_WORDS=(" + words +
+                              ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_ostrel_menubarctl\n"
+                              "printf '<%s>' \"${COMPREPLY[@]}\"");
     }
 
     [[nodiscard]] std::string fish(const std::string& line) const {
-        return in("fish", "ostrel-menubarctl completions "
-                          "fish | source\ncomplete -C '" +
-                              line + "'");
+        return in("fish", "source " COMPLETIONS_FOLDER "/ostrel-menubarctl.fish\ncomplete -C '" + line + "'");
     }
 
     ScratchHome home;
@@ -101,11 +97,8 @@ TEST_F(CompletionsTest, zshCompletesCommandsOptionsSettingsAndSessions) {
     if (!std::filesystem::exists("/usr/bin/zsh") && !std::filesystem::exists("/bin/zsh")) {
         GTEST_SKIP() << "zsh is not installed";
     }
-    home.write(".zshrc", "autoload -U compinit && compinit -u "
-                         "-D\neval \"$(ostrel-menubarctl completions "
-                         "zsh)\"\n"
-                         "PS1='ready> '\nbindkey '^I' "
-                         "complete-word\nsetopt no_list_beep\n");
+    home.write(".zshrc", "fpath=(" COMPLETIONS_FOLDER " $fpath)\nautoload -U compinit && compinit -u -D\n"
+                         "PS1='ready> '\nbindkey '^I' complete-word\nsetopt no_list_beep\n");
     home.environment["TERM"] = "dumb";
     auto options = home.menubarctl({"-i"});
     options.program = std::filesystem::exists("/usr/bin/zsh") ? "/usr/bin/zsh" : "/bin/zsh";

@@ -106,6 +106,23 @@ TEST(OnATerminal, sessionsFitItsWidth) {
     EXPECT_THAT(onTerminal(home, {"sessions"}), HasSubstr("\x1b[32m◉\x1b[0m"));
 }
 
+TEST(OnATerminal, aSavedSettingSaysWhatHasToHappenNext) {
+    ScratchHome home;
+    home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
+    home.write(".config/ostrel/config.json", "{}");
+    const std::string hint = "restart the daemon to apply: ostrel-menubarctl daemon restart\n";
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"settings", "set", "warn-context", "45%"}, {"settings", "reset", "warn-context"}}) {
+        auto options = home.menubarctl(arguments);
+        EXPECT_EQ(ScratchHome::run(options).errors, "");
+        options.output = ChildProcess::Output::terminal;
+        const auto result = ScratchHome::run(options);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.output, testing::StartsWith("settings saved to "));
+        EXPECT_EQ(result.errors, hint);
+    }
+}
+
 TEST(OnATerminal, jsonHoldsNothingThatTheTerminalObeys) {
     const ScratchHome home;
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"dirName":"\u009b31m\u202ex\u007f"}]})");

@@ -5,7 +5,10 @@
 #import "compat/gnustep/look/ControlTheme.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
+#import <AppKit/AppKitExceptions.h>
+
 #include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "compat/gnustep/desktop/XdgOpener.h"
 #include "compat/gnustep/shim/ChildSignal.h"
@@ -81,11 +84,27 @@ void registerLook() {
     }];
 }
 
+/// Nobody catches what is thrown before the event loop runs: a person is told in a sentence, not by an exception's
+/// name.
+[[noreturn]] void endWithASentence(NSException* exception) {
+    const Environment environment = processEnvironment();
+    const auto display = environment.find("DISPLAY");
+    if (![[exception name] isEqualToString:NSWindowServerCommunicationException]) {
+        log(toString([NSString stringWithFormat:@"%@: %@", [exception name], [exception reason]]));
+    } else if (display == environment.end() || display->second.empty()) {
+        log("there is no display: DISPLAY is not set; ostrel-menubarctl shows the menu in a terminal");
+    } else {
+        log("the display " + display->second + " cannot be opened; ostrel-menubarctl shows the menu in a terminal");
+    }
+    ::_exit(1);
+}
+
 } // namespace
 
 namespace Desktop {
 
 void prepareProcess() {
+    NSSetUncaughtExceptionHandler(endWithASentence);
     TerminationSignals::hold();
     hideArguments();
     moveFoldersHome();
