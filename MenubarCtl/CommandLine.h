@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarCore/Text/Date.h"
+#include "MenubarCtl/CommandTable.h"
 
 #include <expected>
 #include <optional>
@@ -11,44 +12,32 @@
 
 namespace menubar::ctl {
 
-/// What the person asks for.
-enum class Command {
-    help,
-    version,
-    status,
-    menu,
-    settingsList,
-    settingsGet,
-    settingsSet,
-    settingsReset,
-    focus,
-    daemonStart,
-    daemonStop,
-    daemonRestart,
-    loginOn,
-    loginOff,
-    loginStatus,
-};
-
-/// The words that ask for it, "settings list"; "--help" and "--version" for those two.
-[[nodiscard]] std::string_view words(Command command);
-
 /// A command line that is right, as far as can be told without looking at any file but the system's zone database.
 struct CommandLine {
     Command command = Command::help;
     std::string name;                ///< of the setting or the session; empty where the command takes none
-    std::vector<std::string> values; ///< of `settings set`
+    std::vector<std::string> values; ///< of `settings set`; the words that `complete` gets
+    std::string topic;               ///< of `help`: a command's words, or the first of them; empty for all
+    BarFormat barFormat = BarFormat::plain;
+    Shell shell = Shell::bash;
     bool json = false;
     bool watch = false;
+    bool check = false;
+    bool waiting = false;
     bool verbose = false;
+    ColorChoice color = ColorChoice::automatic;
     std::optional<std::string> statusFile; ///< never empty
     std::optional<Date> now;
     std::optional<std::string> timeZone; ///< in the system's zone database
 };
 
-/// What is wrong with a command line: one line for people, safe to show.
+/// What is wrong with a command line.
 struct UsageError {
-    std::string message;
+    std::string message; ///< one line for people, safe to show
+    std::string topic{}; ///< of the help that tells how it is done right, as in CommandLine
+
+    /// The message, then how to get help: two lines.
+    [[nodiscard]] std::string text() const;
 
     bool operator==(const UsageError&) const = default;
 };
@@ -56,14 +45,8 @@ struct UsageError {
 /// Reads the arguments after the program's name. Options may stand anywhere, as "--name VALUE" or "--name=VALUE"; of a
 /// repeated one the last holds. "--" ends them. Where a VALUE is expected, an argument with a single leading "-" is
 /// one.
-/// "--help" and "--version" hold as soon as they are met. Pure, but that a zone is looked up in the system's zone
-/// database.
+/// "--help" and "--version" hold as soon as they are met; help is about the words before it. Pure, but that a zone is
+/// looked up in the system's zone database.
 [[nodiscard]] std::expected<CommandLine, UsageError> parseCommandLine(std::span<const std::string> arguments);
-
-/// The synopsis, several lines.
-[[nodiscard]] std::string_view usageText();
-
-/// What --help prints: the synopsis and what everything means.
-[[nodiscard]] std::string helpText();
 
 } // namespace menubar::ctl

@@ -5,6 +5,7 @@
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCtl/Context.h"
 
+#include <expected>
 #include <string_view>
 
 namespace menubar {
@@ -25,13 +26,25 @@ enum class ExitStatus : int {
 [[nodiscard]] ExitStatus runStatus(const Context& context);
 [[nodiscard]] ExitStatus runMenu(const Context& context);
 
-/// Redraws the menu until interrupted.
-[[nodiscard]] ExitStatus runMenuWatch(const Context& context);
+/// Shows the menu until interrupted; on a terminal it can be used.
+[[nodiscard]] ExitStatus runMenuWatch(const Context& context, const CommandContext& commands);
+
+[[nodiscard]] ExitStatus runSessions(const Context& context);
+
+/// One line for the status bar of another program. Always done: a bar makes nothing of a failure.
+[[nodiscard]] ExitStatus runBar(const Context& context);
+
+/// Tells what keeps the app from working. Failed when anything does.
+[[nodiscard]] ExitStatus runDoctor(const Context& context, const CommandContext& commands);
+
+/// What a completion script asks: prints what the last of the line's values may become.
+[[nodiscard]] ExitStatus runComplete(const Context& context, const CommandContext& commands);
 
 /// Brings the terminal of the session that the line names to the front.
 [[nodiscard]] ExitStatus runFocus(const Context& context, const CommandContext& commands);
 
-/// Starts, stops or restarts the daemon's launch agent; starting one that runs restarts it, as in the menu.
+/// Tells whether the daemon runs, or starts, stops or restarts its launch agent; starting one that runs restarts it, as
+/// in the menu.
 [[nodiscard]] ExitStatus runDaemon(const Context& context, const CommandContext& commands);
 
 /// Lists, reads or changes the daemon's settings; what is changed is validated by the daemon before it is written.
@@ -43,11 +56,17 @@ enum class ExitStatus : int {
 /// Writes to standard output.
 [[nodiscard]] ExitStatus print(std::string_view bytes);
 
+/// How a command ends that came down to writing: complains of a failure, but not when the reader has gone.
+[[nodiscard]] ExitStatus finishWriting(const std::expected<void, int>& written);
+
 /// Writes one JSON document to standard output; on a terminal in a form that the terminal cannot obey.
 [[nodiscard]] ExitStatus printDocument(const JSONValue& document);
 
 /// Writes "ostrel-menubarctl: ", the message and a line feed to standard error.
 void complain(std::string_view message);
+
+/// Complains of a wrong command line and says how to get help; gives `wrongUsage`.
+[[nodiscard]] ExitStatus refuseUsage(const UsageError& error);
 
 /// Complains; gives `failed`.
 [[nodiscard]] ExitStatus fail(std::string_view message);

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+#include <unistd.h>
+
 namespace menubar::ctl {
 
 namespace {
@@ -27,6 +29,13 @@ Context::Context(CommandLine line, Environment environment)
     m_paths = StatusPaths::under(home, statusFilePath(m_line, m_environment, home));
 }
 
+TextStyle Context::outputStyle() const {
+    const bool isTerminal = ctl::isTerminal(STDOUT_FILENO);
+    return {.columns = terminalSize(STDOUT_FILENO).columns,
+            .styling = stylingFor(isTerminal, m_environment, m_line.color),
+            .cuts = isTerminal};
+}
+
 Observation Context::observe() const {
     const Date now = m_clock.now();
     TimeZone timeZone = m_clock.timeZone();
@@ -34,7 +43,7 @@ Observation Context::observe() const {
     StatusPoll poll = StatusPoll::read(m_paths.statusFile, m_environment, stored, m_files, now, timeZone);
     // A terminal has no item that could be hidden.
     StatusMenu menu = poll.menu(m_paths, HiddenItemTracker{}, m_files, now, timeZone);
-    return {.poll = std::move(poll), .menu = std::move(menu), .timeZone = std::move(timeZone)};
+    return {.poll = std::move(poll), .menu = std::move(menu), .now = now, .timeZone = std::move(timeZone)};
 }
 
 } // namespace menubar::ctl

@@ -5,6 +5,7 @@
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarApp/StatusMenu/StatusPoll.h"
 #include "MenubarCtl/CommandLine.h"
+#include "MenubarCtl/Look.h"
 
 #include <optional>
 
@@ -28,6 +29,7 @@ private:
 struct Observation {
     StatusPoll poll;
     StatusMenu menu;
+    Date now;
     TimeZone timeZone;
 };
 
@@ -41,6 +43,11 @@ public:
     [[nodiscard]] const Environment& environment() const { return m_environment; }
 
     [[nodiscard]] const StatusPaths& paths() const { return m_paths; }
+
+    [[nodiscard]] const Clock& clock() const { return m_clock; }
+
+    /// How text on standard output is written.
+    [[nodiscard]] TextStyle outputStyle() const;
 
     /// Reads the status file. Never waits for a FIFO or a device.
     [[nodiscard]] Observation observe() const;

@@ -1,19 +1,53 @@
 #include "MenubarApp/Commands/LaunchAgent.h"
 #include "MenubarApp/Commands/SystemTools.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 
 #include <string>
 
 namespace menubar::ctl {
 
+namespace {
+
+/// What launchctl's status says when there is no such agent in the domain.
+bool isNotLoaded(const CommandResult& result) {
+    constexpr std::int32_t noSuchProcess = 3;
+    constexpr std::int32_t noSuchService = 113;
+    return result.status == noSuchProcess || result.status == noSuchService;
+}
+
+ExitStatus tellState(const Context& context) {
+    const Observation observation = context.observe();
+    const ExitStatus printed = print(displayText(observation.poll.state.title(observation.timeZone)) + "\n");
+    return printed == ExitStatus::done && !observation.poll.state.isRunning() ? ExitStatus::failed : printed;
+}
+
+ExitStatus stop(const Context& context, const CommandContext& commands) {
+    const CommandResult result = LaunchAgent::stopSync(commands);
+    if (!isNotLoaded(result)) {
+        return finish("launchctl", result);
+    }
+    if (context.observe().poll.state.isRunning()) {
+        return fail("the daemon runs, but its launch agent is not loaded: end it where it was started");
+    }
+    return print("the daemon does not run\n");
+}
+
+} // namespace
+
 ExitStatus runDaemon(const Context& context, const CommandContext& commands) {
+    if (context.line().command == Command::daemonStatus) {
+        return tellState(context);
+    }
     const std::string& launchctl = commands.tools.launchctl;
     if (!PosixFileManager::isExecutableFile(launchctl)) {
         return fail("this machine has no " + launchctl + ", which the daemon is controlled with");
     }
-    const bool stops = context.line().command == Command::daemonStop;
-    const CommandResult result = stops ? LaunchAgent::stopSync(commands) : LaunchAgent::startSync(commands);
+    if (context.line().command == Command::daemonStop) {
+        return stop(context, commands);
+    }
+    const CommandResult result = LaunchAgent::startSync(commands);
     if (result.status != 0 && !PosixFileManager().exists(context.paths().launchAgentPlist)) {
         return fail("the daemon is not installed (run: ostrel install)");
     }

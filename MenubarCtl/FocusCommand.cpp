@@ -1,6 +1,6 @@
 #include "MenubarApp/Commands/Cmux.h"
 #include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Quoted.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SessionMatch.h"
 
@@ -23,17 +23,18 @@ std::optional<std::string> objection(const StatusSnapshot& snapshot, const std::
 } // namespace
 
 ExitStatus runFocus(const Context& context, const CommandContext& commands) {
-    const StatusSnapshot snapshot = context.observe().poll.snapshot;
-    if (const auto reason = objection(snapshot, context.paths().statusFile)) {
+    const Observation observation = context.observe();
+    if (const auto reason = objection(observation.poll.snapshot, context.paths().statusFile)) {
         return fail(*reason);
     }
-    const auto session = findSession(snapshot.file()->sessions, context.line().name);
+    const auto& sessions = observation.menu.sessions;
+    const auto session = context.line().waiting ? firstWaiting(sessions) : findSession(sessions, context.line().name);
     if (!session) {
         return fail(session.error());
     }
     const std::string workspace = (*session)->workspaceId.value_or("");
     if (workspace.empty()) {
-        return fail("the session \"" + displayTitle(context.line().name) + "\" is in no cmux workspace");
+        return fail("the session " + quoted((*session)->displayName()) + " is in no cmux workspace");
     }
     const auto cmux = Cmux::path(commands);
     if (!cmux) {

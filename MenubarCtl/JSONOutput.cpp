@@ -5,6 +5,7 @@
 #include "MenubarCore/Text/DisplayText.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -23,18 +24,6 @@ std::string_view rawText(DaemonState::Case kind) {
     case DaemonState::Case::missing: return "missing";
     }
     return "";
-}
-
-JSONValue stateValue(const StatusPoll& poll, const TimeZone& timeZone) {
-    const StatusFile* file = poll.snapshot.file();
-    const OstrelConfig* config = file != nullptr && file->config ? &*file->config : nullptr;
-    const std::optional<double> pollAge = poll.state.pollAge();
-    return JSONValue::Object{
-        {"kind", rawText(poll.state.kind())},
-        {"title", text(poll.state.title(timeZone))},
-        {"detail", text(poll.state.detail(config))},
-        {"pollAge", pollAge ? JSONValue(*pollAge) : JSONValue()},
-    };
 }
 
 JSONValue noticesValue(const StatusPoll& poll) {
@@ -82,6 +71,35 @@ JSONValue textOrNull(const std::optional<std::string>& value) {
     return value ? text(*value) : JSONValue();
 }
 
+std::string timestampText(Date date) {
+    const auto day = std::chrono::floor<std::chrono::days>(date);
+    const std::chrono::year_month_day calendar(day);
+    const std::chrono::hh_mm_ss time(date - day);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(calendar.year()),
+                  static_cast<unsigned>(calendar.month()), static_cast<unsigned>(calendar.day()),
+                  static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                  static_cast<int>(time.seconds().count()));
+    std::string result = text.data();
+    if (const auto fraction = time.subseconds().count(); fraction != 0) {
+        std::snprintf(text.data(), text.size(), ".%06d", static_cast<int>(fraction));
+        result += text.data();
+    }
+    return result + "Z";
+}
+
+JSONValue stateDocument(const StatusPoll& poll, const TimeZone& timeZone) {
+    const StatusFile* file = poll.snapshot.file();
+    const OstrelConfig* config = file != nullptr && file->config ? &*file->config : nullptr;
+    const std::optional<double> pollAge = poll.state.pollAge();
+    return JSONValue::Object{
+        {"kind", rawText(poll.state.kind())},
+        {"title", text(poll.state.title(timeZone))},
+        {"detail", text(poll.state.detail(config))},
+        {"pollAge", pollAge ? JSONValue(*pollAge) : JSONValue()},
+    };
+}
+
 JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone) {
     return JSONValue::Object{
         {"compact",
@@ -91,7 +109,7 @@ JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone) {
                                            {"title", text(poll.presentation.title)},
                                            {"tone", menubar::rawText(poll.presentation.tone)},
                                            {"tooltip", text(poll.presentation.tooltip)}}},
-        {"state", stateValue(poll, timeZone)},
+        {"state", stateDocument(poll, timeZone)},
     };
 }
 

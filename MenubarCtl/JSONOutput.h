@@ -3,6 +3,7 @@
 #include "MenubarApp/StatusMenu/StatusPoll.h"
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Menu/MenuItem.h"
+#include "MenubarCore/Text/Date.h"
 #include "MenubarCore/Text/TimeZone.h"
 
 #include <expected>
@@ -14,15 +15,21 @@ namespace menubar::ctl {
 
 /// The documents that --json prints. What is absent is null; texts are as they were read. Pure.
 
+/// A text as a document holds it: file names, and what was typed, need not be UTF-8; a document must be.
+[[nodiscard]] JSONValue text(std::string_view value);
+[[nodiscard]] JSONValue textOrNull(const std::optional<std::string>& value);
+
+/// "2025-03-04T10:15:33Z", with six digits of a fraction where there is one.
+[[nodiscard]] std::string timestampText(Date date);
+
+/// The key "state" of the documents.
+[[nodiscard]] JSONValue stateDocument(const StatusPoll& poll, const TimeZone& timeZone);
+
 /// What `status --json` prints.
 [[nodiscard]] JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone);
 
 /// What `menu --json` prints.
 [[nodiscard]] JSONValue menuDocument(const Menu& menu);
-
-/// A document is UTF-8; file names, and what was typed, need not be.
-[[nodiscard]] JSONValue text(std::string_view value);
-[[nodiscard]] JSONValue textOrNull(const std::optional<std::string>& value);
 
 /// The document in one line, with its line feed.
 [[nodiscard]] std::expected<std::string, EncodingError> documentText(const JSONValue& document);

@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include <unistd.h>
-
 namespace menubar::ctl {
 
 ExitStatus runMenu(const Context& context) {
@@ -13,10 +11,8 @@ ExitStatus runMenu(const Context& context) {
     if (context.line().json) {
         return printDocument(menuDocument(observation.menu.items));
     }
-    const TextStyle style{.columns = terminalSize(STDOUT_FILENO).columns,
-                          .styling = stylingFor(isTerminal(STDOUT_FILENO), context.environment())};
     std::string text;
-    for (const std::string& line : menuLines(observation.poll.presentation, observation.menu, style)) {
+    for (const std::string& line : menuLines(observation.poll.presentation, observation.menu, context.outputStyle())) {
         text += line + "\n";
     }
     return print(text);

@@ -1,172 +1,206 @@
-#include "MenubarApp/Platform/SignalPipe.h"
+#include "MenubarApp/Commands/CommandRunner.h"
+#include "MenubarApp/Commands/SystemCommands.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
+#include "MenubarCtl/KeyReader.h"
+#include "MenubarCtl/MenuScreen.h"
 #include "MenubarCtl/Screen.h"
-#include "MenubarCtl/Terminal.h"
+#include "MenubarCtl/TerminalLoop.h"
+#include "MenubarCtl/TerminalPorts.h"
 #include "MenubarCtl/TextOutput.h"
-#include "MenubarCtl/WatchWait.h"
+#include "MenubarCtl/TextWatch.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <csignal>
+#include <cstdlib>
 #include <expected>
-#include <optional>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <utility>
-#include <vector>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace menubar::ctl {
 
 namespace {
 
-using Steady = std::chrono::steady_clock;
-
-/// The display follows the file as fast as the menu bar does.
-constexpr auto interval = StatusMenuController::pollInterval;
-
-/// What ended a wait.
-enum class Wake { elapsed, resized, suspended, quit };
-
-class MenuWatch {
+/// The app's menu on the terminal: the controller that the menu bar has, with the terminal for a desktop.
+class InteractiveMenu {
 public:
-    MenuWatch(const Context& context, SignalPipe& signals)
-        : m_context(context), m_signals(signals), m_isScreen(isTerminal(STDOUT_FILENO)),
-          m_styling(stylingFor(m_isScreen, context.environment())) {
-        // A dumb terminal is written to line by line, like a file.
-        m_isScreen = m_isScreen && m_styling != Styling::plain;
-    }
+    InteractiveMenu(const Context& context, const CommandContext& commands, TerminalLoop& loop)
+        : m_context(context), m_loop(loop), m_styling(context.outputStyle().styling),
+          m_commandContext(reporting(commands)), m_commands(loop, m_commandContext),
+          m_item([this](const auto& presentation) { m_menuScreen.setPresentation(presentation); },
+                 [this](const Menu&) { showMenu(); }),
+          m_defaults(context.environment(), [this](const std::string& why) { say(why); }),
+          m_workspace([this](const std::string& path) { open(path); }),
+          m_controller(StatusMenuController::create(context.paths().statusFile, context.environment(), commands.home,
+                                                    {.mainLoop = loop,
+                                                     .statusItem = m_item,
+                                                     .workspace = m_workspace,
+                                                     .defaults = m_defaults,
+                                                     .fileManager = m_files,
+                                                     .clock = context.clock(),
+                                                     .commands = m_commands,
+                                                     .settings = m_settings,
+                                                     .log = m_commandContext.log})) {}
 
-    /// Until interrupted. The error is the system's number for a failed write.
-    std::expected<void, int> run();
+    /// Until a key or a signal ends it. The error is the system's number for a failed write.
+    std::expected<void, int> run() {
+        m_menuScreen.resize(terminalSize(STDOUT_FILENO));
+        keep(m_screen.enter());
+        m_controller->start();
+        m_controller->menuWillOpen(); // and stays open: it is made anew at every poll
+        m_loop.run({.typed = [this](std::string_view bytes) { type(bytes); },
+                    .resized =
+                        [this] {
+                            m_menuScreen.resize(terminalSize(STDOUT_FILENO));
+                            draw();
+                        },
+                    .willSuspend = [this] { m_screen.leave(); },
+                    .didResume =
+                        [this] {
+                            keep(m_screen.enter());
+                            m_menuScreen.resize(terminalSize(STDOUT_FILENO));
+                            draw();
+                        }},
+                   [this] { return m_screen.readsKeys(); });
+        m_controller->applicationWillTerminate();
+        m_screen.leave();
+        return m_written;
+    }
 
 private:
-    std::expected<void, int> draw(const Observation& observation);
-    Wake waitUntil(Steady::time_point deadline);
-    std::optional<Wake> handleSignals();
-    std::expected<void, int> suspend();
+    /// What goes wrong with a program is said where the person looks.
+    CommandContext reporting(CommandContext commands) {
+        commands.log = [this, before = std::move(commands.log)](std::string_view line) {
+            before(line);
+            if (!line.starts_with("ok: ")) {
+                m_loop.post([this, text = std::string(line)] { say(text); });
+            }
+        };
+        return commands;
+    }
+
+    void showMenu() {
+        m_menuScreen.setMenu(m_controller->menu());
+        draw();
+    }
+
+    void say(const std::string& text) {
+        m_menuScreen.setMessage(text);
+        draw();
+    }
+
+    void draw() { keep(m_screen.draw(m_menuScreen.lines(m_styling))); }
+
+    /// The first failure ends it.
+    void keep(const std::expected<void, int>& outcome) {
+        if (!outcome && m_written) {
+            m_written = outcome;
+            m_loop.stop();
+        }
+    }
+
+    void type(std::string_view bytes) {
+        for (const Key key : m_keys.read(bytes)) {
+            if (key == Key::quit) {
+                m_loop.stop();
+                return;
+            }
+            if (key != Key::choose) {
+                m_menuScreen.move(key);
+            } else if (const MenuItem* item = m_menuScreen.choose()) {
+                const MenuItem chosen = *item; // what is done may make the menu anew
+                m_controller->perform(chosen.action, chosen.tag, chosen.path);
+            }
+        }
+        draw();
+    }
+
+    void open(const std::string& path) {
+        struct stat info{};
+        const bool exists = ::stat(path.c_str(), &info) == 0;
+        const bool isFolder = exists && S_ISDIR(info.st_mode);
+        // What is no file would keep a pager waiting.
+        const OpenPlan plan =
+            exists && (isFolder || S_ISREG(info.st_mode))
+                ? openPlan(path, isFolder, m_context.environment(), PosixFileManager::isExecutableFile)
+                : OpenPlan{};
+        if (plan.words.empty()) {
+            say(path);
+        } else if (plan.takesTerminal) {
+            read(plan.words);
+        } else {
+            CommandRunner::run(m_loop, plan.words[0], {plan.words.begin() + 1, plan.words.end()}, {}, {},
+                               m_commandContext.log);
+        }
+    }
+
+    void read(const std::vector<std::string>& words) {
+        m_screen.leave();
+        const auto ended = m_loop.runInForeground(words);
+        keep(m_screen.enter());
+        m_menuScreen.resize(terminalSize(STDOUT_FILENO));
+        if (!ended) {
+            say("cannot run " + words[0] + ": " + std::generic_category().message(ended.error()));
+        }
+    }
 
     const Context& m_context;
-    SignalPipe& m_signals;
-    bool m_isScreen;
+    TerminalLoop& m_loop;
     Styling m_styling;
     Screen m_screen{STDOUT_FILENO, STDIN_FILENO};
-    WatchWait m_wait;
-    bool m_isFirstFrame = true;
+    std::expected<void, int> m_written;
+    MenuScreen m_menuScreen;
+    KeyReader m_keys;
+    PosixFileManager m_files;
+    CommandContext m_commandContext;
+    SystemCommands m_commands;
+    TerminalStatusItem m_item;
+    TerminalDefaults m_defaults;
+    TerminalWorkspace m_workspace;
+    NoSettingsWindow m_settings;
+    std::shared_ptr<StatusMenuController> m_controller;
 };
 
-std::expected<void, int> MenuWatch::run() {
-    if (m_isScreen) {
-        if (auto entered = m_screen.enter(); !entered) {
-            return entered;
-        }
-    }
-    for (;;) {
-        const auto deadline = Steady::now() + interval;
-        const Observation observation = m_context.observe();
-        Wake wake = Wake::resized;
-        // A new window size shows the same observation again.
-        while (wake == Wake::resized || wake == Wake::suspended) {
-            if (auto drawn = draw(observation); !drawn) {
-                return drawn;
+/// What a file or a dumb terminal gets: one picture below the other, each poll.
+ExitStatus watchAsText(const Context& context) {
+    std::size_t count = 0;
+    return watchText(
+        [&] {
+            const Observation observation = context.observe();
+            Frame frame;
+            for (const std::string& line :
+                 menuLines(observation.poll.presentation, observation.menu, context.outputStyle())) {
+                frame.text += line + "\n";
             }
-            wake = waitUntil(deadline);
-            if (wake == Wake::suspended) {
-                if (auto resumed = suspend(); !resumed) {
-                    return resumed;
-                }
-            }
-        }
-        if (wake == Wake::quit) {
-            return {};
-        }
-    }
-}
-
-std::expected<void, int> MenuWatch::draw(const Observation& observation) {
-    const TerminalSize size = terminalSize(STDOUT_FILENO);
-    auto lines =
-        menuLines(observation.poll.presentation, observation.menu, {.columns = size.columns, .styling = m_styling});
-    if (m_isScreen) {
-        return m_screen.draw(clippedToRows(std::move(lines), size, m_styling));
-    }
-    std::string frame = m_isFirstFrame ? "" : "\n";
-    m_isFirstFrame = false;
-    for (const std::string& line : lines) {
-        frame += line + "\n";
-    }
-    return writeAll(STDOUT_FILENO, frame);
-}
-
-Wake MenuWatch::waitUntil(Steady::time_point deadline) {
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Steady::now());
-        if (left.count() <= 0) {
-            return Wake::elapsed;
-        }
-        const auto outcome = m_wait.wait({.signals = m_signals.descriptor(),
-                                          .keys = m_screen.readsKeys() ? STDIN_FILENO : -1,
-                                          .output = STDOUT_FILENO},
-                                         left);
-        if (outcome.isReaderGone) {
-            return Wake::quit;
-        }
-        if (outcome.hasKey) {
-            char key = 0;
-            const ssize_t count = ::read(STDIN_FILENO, &key, 1);
-            if (count == 0 || (count == 1 && key == 'q')) {
-                return Wake::quit; // the terminal has gone, or the person says so
-            }
-        }
-        if (outcome.isSignalled) {
-            if (const auto wake = handleSignals()) {
-                return *wake;
-            }
-        }
-    }
-}
-
-/// The most urgent of the signals that have come.
-std::optional<Wake> MenuWatch::handleSignals() {
-    std::optional<Wake> wake;
-    while (const auto signal = m_signals.next()) {
-        const Wake asked = *signal == SIGWINCH ? Wake::resized : *signal == SIGTSTP ? Wake::suspended : Wake::quit;
-        wake = std::max(wake.value_or(asked), asked);
-    }
-    return wake;
-}
-
-/// Gives the terminal back for as long as the job is stopped.
-std::expected<void, int> MenuWatch::suspend() {
-    if (m_isScreen) {
-        m_screen.leave();
-    }
-    ::raise(SIGSTOP);
-    return m_isScreen ? m_screen.enter() : std::expected<void, int>();
+            frame.whatCounts = std::to_string(++count);
+            return frame;
+        },
+        "\n");
 }
 
 } // namespace
 
-ExitStatus runMenuWatch(const Context& context) {
-    std::vector signals{SIGINT, SIGQUIT, SIGTERM, SIGWINCH, SIGTSTP};
-    struct sigaction hangup{};
-    if (::sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN) {
-        signals.push_back(SIGHUP); // unless nohup(1) said to live on without the terminal
+ExitStatus runMenuWatch(const Context& context, const CommandContext& commands) {
+    if (!isScreen(STDOUT_FILENO, context.environment())) {
+        return watchAsText(context);
     }
-    auto pipe = SignalPipe::create(signals);
-    if (!pipe) {
-        complain("cannot create a pipe");
-        return ExitStatus::failed;
+    auto loop = TerminalLoop::create();
+    if (!loop) {
+        return fail("cannot create a pipe");
     }
-    const auto outcome = MenuWatch(context, *pipe).run();
-    if (outcome || outcome.error() == EPIPE) {
-        return ExitStatus::done;
+    auto menu = std::make_unique<InteractiveMenu>(context, commands, *loop);
+    const ExitStatus status = finishWriting(menu->run());
+    constexpr std::chrono::milliseconds patience{250};
+    if (!loop->settle(patience)) {
+        // A program that was started has not ended: its thread goes with the process.
+        std::_Exit(static_cast<int>(status));
     }
-    complain("cannot write the output: " + std::generic_category().message(outcome.error()));
-    return ExitStatus::failed;
+    return status;
 }
 
 } // namespace menubar::ctl

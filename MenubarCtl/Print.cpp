@@ -12,7 +12,10 @@
 namespace menubar::ctl {
 
 ExitStatus print(std::string_view bytes) {
-    const auto written = writeAll(STDOUT_FILENO, bytes);
+    return finishWriting(writeAll(STDOUT_FILENO, bytes));
+}
+
+ExitStatus finishWriting(const std::expected<void, int>& written) {
     if (written || written.error() == EPIPE) {
         return ExitStatus::done;
     }
@@ -32,6 +35,11 @@ ExitStatus printDocument(const JSONValue& document) {
 void complain(std::string_view message) {
     // Where standard error cannot be written either, the exit status alone has to tell.
     [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, "ostrel-menubarctl: " + displayText(message) + "\n");
+}
+
+ExitStatus refuseUsage(const UsageError& error) {
+    [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, "ostrel-menubarctl: " + error.text() + "\n");
+    return ExitStatus::wrongUsage;
 }
 
 ExitStatus fail(std::string_view message) {

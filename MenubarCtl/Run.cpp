@@ -6,18 +6,15 @@
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
+#include "MenubarCtl/Completion.h"
+#include "MenubarCtl/Help.h"
 #include "MenubarCtl/SystemLoginItem.h"
-#include "MenubarCtl/Terminal.h"
+#include "MenubarCtl/Version.h"
 
 #include <string>
 #include <utility>
 
 #include <unistd.h>
-
-// The build names the version; a compiler run by hand knows none.
-#if !defined(MENUBAR_VERSION)
-#define MENUBAR_VERSION "unversioned"
-#endif
 
 namespace menubar::ctl {
 
@@ -42,10 +39,13 @@ ExitStatus loginItemCommand(const Context& context) {
 
 ExitStatus perform(CommandLine line, const Environment& environment, const SystemTools& tools) {
     if (line.command == Command::help) {
-        return print(helpText());
+        return print(helpText(line.topic));
     }
     if (line.command == Command::version) {
-        return print("ostrel-menubarctl " MENUBAR_VERSION "\n");
+        return print("ostrel-menubarctl " + std::string(version) + "\n");
+    }
+    if (line.command == Command::completions) {
+        return print(completionScript(line.shell));
     }
     const Context context(std::move(line), environment);
     if (context.line().verbose) {
@@ -53,20 +53,27 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     }
     switch (context.line().command) {
     case Command::help:
-    case Command::version: break; // done above
+    case Command::version:
+    case Command::completions: break; // done above
     case Command::status: return runStatus(context);
-    case Command::menu: return context.line().watch ? runMenuWatch(context) : runMenu(context);
+    case Command::menu:
+        return context.line().watch ? runMenuWatch(context, commandContext(context, tools)) : runMenu(context);
+    case Command::sessions: return runSessions(context);
+    case Command::focus: return runFocus(context, commandContext(context, tools));
+    case Command::bar: return runBar(context);
     case Command::settingsList:
     case Command::settingsGet:
     case Command::settingsSet:
     case Command::settingsReset: return runSettings(context, commandContext(context, tools));
-    case Command::focus: return runFocus(context, commandContext(context, tools));
+    case Command::daemonStatus:
     case Command::daemonStart:
     case Command::daemonStop:
     case Command::daemonRestart: return runDaemon(context, commandContext(context, tools));
+    case Command::loginStatus:
     case Command::loginOn:
-    case Command::loginOff:
-    case Command::loginStatus: return loginItemCommand(context);
+    case Command::loginOff: return loginItemCommand(context);
+    case Command::doctor: return runDoctor(context, commandContext(context, tools));
+    case Command::complete: return runComplete(context, commandContext(context, tools));
     }
     return ExitStatus::failed;
 }
@@ -77,9 +84,7 @@ int run(std::span<const std::string> arguments, const Environment& environment, 
     secureStandardDescriptors();
     auto line = parseCommandLine(arguments);
     if (!line) {
-        complain(line.error().message);
-        [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, usageText());
-        return static_cast<int>(ExitStatus::wrongUsage);
+        return static_cast<int>(refuseUsage(line.error()));
     }
     if (line->timeZone) {
         SystemClock::useZone(*line->timeZone);

@@ -2,6 +2,7 @@
 
 #include "MenubarCtl/Terminal.h"
 
+#include <cstddef>
 #include <string_view>
 
 #include <unistd.h>
@@ -60,14 +61,14 @@ void Screen::leave() {
 
 std::expected<void, int> Screen::draw(std::span<const std::string> lines) const {
     std::string frame(home);
-    bool isFirst = true;
-    for (const std::string& line : lines) {
-        frame += isFirst ? "" : "\r\n";
-        frame += line;
-        frame += clearToEndOfLine;
-        isFirst = false;
+    // What was there is erased before a line is written: with wrapping off, a line that fills the row leaves the cursor
+    // on its last column, and erasing from there would take that character away.
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        frame += i == 0 ? "" : "\r\n";
+        frame += i + 1 == lines.size() ? clearToEndOfScreen : clearToEndOfLine;
+        frame += lines[i];
     }
-    frame += clearToEndOfScreen;
+    frame += lines.empty() ? clearToEndOfScreen : "";
     return writeAll(m_output, frame);
 }
 

@@ -3,8 +3,11 @@
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Quoted.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <ranges>
+#include <system_error>
 
 namespace menubar::ctl {
 
@@ -26,8 +29,21 @@ Sessions matching(const std::vector<SessionStatus>& sessions, Matches matches) {
     return found;
 }
 
+/// The session at that number, as people write one.
+const SessionStatus* numbered(const std::vector<SessionStatus>& sessions, std::string_view name) {
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+    const bool isNumber = error == std::errc() && end == name.data() + name.size();
+    return isNumber && number >= 1 && number <= sessions.size() ? &sessions[number - 1] : nullptr;
+}
+
+struct Match {
+    Sessions sessions;
+    std::string_view verb = "are called";
+};
+
 /// Those of the first rule that matches any.
-Sessions matching(const std::vector<SessionStatus>& sessions, std::string_view name) {
+Match matching(const std::vector<SessionStatus>& sessions, std::string_view name) {
     Sessions found = matching(sessions, [&](const SessionStatus& session) { return session.sessionId == name; });
     if (found.empty()) {
         found = matching(sessions, [&](const SessionStatus& session) { return session.shortId == name; });
@@ -35,11 +51,22 @@ Sessions matching(const std::vector<SessionStatus>& sessions, std::string_view n
     if (found.empty()) {
         found = matching(sessions, [&](const SessionStatus& session) { return session.displayName() == name; });
     }
-    return found;
+    if (const SessionStatus* session = found.empty() ? numbered(sessions, name) : nullptr) {
+        found.push_back(session);
+    }
+    if (found.empty() && !name.empty()) {
+        found = matching(sessions, [&](const SessionStatus& session) {
+            return session.sessionId.value_or("").starts_with(name) || session.shortId.value_or("").starts_with(name) ||
+                   session.displayName().starts_with(name);
+        });
+        return {.sessions = found, .verb = "begin with"};
+    }
+    return {.sessions = found};
 }
 
-std::string ambiguity(const Sessions& found, std::string_view name) {
-    std::string text = "several sessions are called " + quoted(name) + ": ";
+std::string ambiguity(const Match& match, std::string_view name) {
+    const Sessions& found = match.sessions;
+    std::string text = "several sessions " + std::string(match.verb) + " " + quoted(name) + ": ";
     std::string_view separator;
     for (const SessionStatus* session : found | std::views::take(maximumListed)) {
         text += separator;
@@ -55,16 +82,24 @@ std::string ambiguity(const Sessions& found, std::string_view name) {
 
 } // namespace
 
-std::expected<const SessionStatus*, std::string> findSession(const std::vector<SessionStatus>& sessions,
-                                                             std::string_view name) {
-    const Sessions found = matching(sessions, name);
+FoundSession findSession(const std::vector<SessionStatus>& sessions, std::string_view name) {
+    const Match match = matching(sessions, name);
+    const Sessions& found = match.sessions;
     if (found.empty()) {
         return std::unexpected("no session is called " + quoted(name));
     }
     if (found.size() > 1) {
-        return std::unexpected(ambiguity(found, name));
+        return std::unexpected(ambiguity(match, name));
     }
     return found.front();
+}
+
+FoundSession firstWaiting(const std::vector<SessionStatus>& sessions) {
+    const auto found = std::ranges::find(sessions, SessionLifecycle::needsInput, &SessionStatus::lifecycle);
+    if (found == sessions.end()) {
+        return std::unexpected("no session needs input");
+    }
+    return &*found;
 }
 
 } // namespace menubar::ctl

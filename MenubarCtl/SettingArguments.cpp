@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace menubar::ctl {
@@ -11,13 +12,31 @@ namespace {
 
 using Kind = SettingControl::Kind;
 
-std::optional<SettingValue> toggleValue(std::string_view text) {
+/// ASCII letters in lower case.
+std::string lowered(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return result;
+}
+
+std::optional<SettingValue> toggleValue(std::string_view written) {
+    const std::string text = lowered(written);
     constexpr std::array<std::string_view, 4> on{"on", "true", "yes", "1"};
     constexpr std::array<std::string_view, 4> off{"off", "false", "no", "0"};
     if (std::ranges::find(on, text) != on.end()) {
         return true;
     }
     return std::ranges::find(off, text) != off.end() ? std::optional<SettingValue>(false) : std::nullopt;
+}
+
+/// A number is what it would be as a text in the config file; a percentage may carry its sign, as lists show it.
+std::optional<SettingValue> numberValue(std::string_view text, const SettingSpec& spec) {
+    if (spec.control.kind() == Kind::percent) {
+        text = text.substr(0, text.find_last_not_of(" \t") + 1);
+        text.remove_suffix(text.ends_with('%') ? 1 : 0);
+    }
+    return SettingValue::from(JSONValue(text), spec);
 }
 
 } // namespace
@@ -41,9 +60,7 @@ std::expected<void, ArgumentError> applyArguments(SettingsForm& form, const Sett
         form.setEditableText(spec.name, values.front());
         return {};
     }
-    // A number is what it would be as a text in the config file.
-    const auto value =
-        kind == Kind::toggle ? toggleValue(values.front()) : SettingValue::from(JSONValue(values.front()), spec);
+    const auto value = kind == Kind::toggle ? toggleValue(values.front()) : numberValue(values.front(), spec);
     if (!value) {
         return std::unexpected(ArgumentError::notReadable);
     }

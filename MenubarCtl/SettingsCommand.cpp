@@ -63,7 +63,8 @@ public:
     }
 
     [[nodiscard]] ExitStatus list() const {
-        return m_context.line().json ? printDocument(settingsDocument(*m_model)) : print(settingsText(*m_model));
+        return m_context.line().json ? printDocument(settingsDocument(*m_model))
+                                     : print(settingsText(*m_model, m_context.outputStyle()));
     }
 
     [[nodiscard]] ExitStatus get() const {
@@ -149,9 +150,8 @@ private:
         case ArgumentError::notReadable: return failWith(spec.name + ": " + wrongKindError(spec) + "\n");
         case ArgumentError::wrongNumber: break;
         }
-        complain("settings set " + spec.name + " takes one VALUE");
-        [[maybe_unused]] const auto written = writeAll(STDERR_FILENO, usageText());
-        return ExitStatus::wrongUsage;
+        const std::string words(specOf(Command::settingsSet).words);
+        return refuseUsage({.message = displayText(words + " " + spec.name + " takes one VALUE"), .topic = words});
     }
 
     /// The whole pipeline, whether or not anything was changed.
@@ -164,7 +164,14 @@ private:
 
     [[nodiscard]] ExitStatus report(const SaveOutcome& outcome) const {
         if (outcome.isSaved()) {
-            return print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
+            const ExitStatus printed =
+                print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
+            const SettingField* field = m_model->form()->field(m_context.line().name);
+            if (isTerminal(STDOUT_FILENO) && field != nullptr && field->spec.restart) {
+                [[maybe_unused]] const auto written =
+                    writeAll(STDERR_FILENO, "restart the daemon to apply: ostrel-menubarctl daemon restart\n");
+            }
+            return printed;
         }
         const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->saveState());
         return failWith(failureText(failure == nullptr ? "" : failure->message, outcome));
@@ -190,17 +197,23 @@ ExitStatus runSettings(const Context& context, const CommandContext& commands) {
     case Command::settingsSet: return settings.set();
     case Command::settingsReset: return settings.reset();
     case Command::settingsList:
-    case Command::help:
-    case Command::version:
     case Command::status:
     case Command::menu:
+    case Command::sessions:
     case Command::focus:
+    case Command::bar:
+    case Command::daemonStatus:
     case Command::daemonStart:
     case Command::daemonStop:
     case Command::daemonRestart:
+    case Command::loginStatus:
     case Command::loginOn:
     case Command::loginOff:
-    case Command::loginStatus: break;
+    case Command::doctor:
+    case Command::completions:
+    case Command::help:
+    case Command::version:
+    case Command::complete: break;
     }
     return settings.list();
 }

@@ -74,8 +74,11 @@ std::string shownValue(const SettingField& field) {
         return displayTitle(field.unreadableFileValue->compactText());
     }
     const SettingValue::List* list = field.value.list();
-    const std::string value = list != nullptr ? joined(*list, ", ") : valueText(field);
-    return value.empty() ? "-" : displayTitle(value.ends_with('\n') ? value.substr(0, value.size() - 1) : value);
+    std::string value = list != nullptr ? joined(*list, ", ") : valueText(field);
+    if (list == nullptr) {
+        value.pop_back(); // the line feed
+    }
+    return value.empty() ? "-" : displayTitle(value);
 }
 
 std::string padded(std::string text, std::size_t columns) {
@@ -83,14 +86,38 @@ std::string padded(std::string text, std::size_t columns) {
     return text.append(taken < columns ? columns - taken : 0, ' ');
 }
 
-std::string fieldLines(const SettingField& field, const std::optional<std::string>& live, std::size_t nameColumns,
-                       std::size_t valueColumns) {
-    std::string line = "  " + padded(displayTitle(field.name()), nameColumns) + "  " +
-                       padded(shownValue(field), valueColumns) + "  " + SettingRow::sourceBadge(field);
+struct Columns {
+    std::size_t name = 0;
+    std::size_t value = 0;
+};
+
+Columns columnsOf(const SettingsForm& form, const TextStyle& style) {
+    constexpr std::size_t widestValue = 40; // one long value does not push all badges off the screen
+    constexpr std::size_t leastValue = 6;
+    Columns columns;
+    std::size_t badge = 0;
+    for (const SettingField& field : form.fields()) {
+        columns.name = std::max(columns.name, displayColumns(displayTitle(field.name())));
+        columns.value = std::max(columns.value, std::min(widestValue, displayColumns(shownValue(field))));
+        badge = std::max(badge, displayColumns(SettingRow::sourceBadge(field)));
+    }
+    if (const std::size_t others = 2 + columns.name + 2 + 2 + badge; style.cuts) {
+        const std::size_t room = style.columns > others + leastValue ? style.columns - others : leastValue;
+        columns.value = std::min(columns.value, room);
+    }
+    return columns;
+}
+
+std::string fieldLines(const SettingField& field, const std::optional<std::string>& live, const Columns& columns,
+                       const TextStyle& style) {
+    const std::string value = shownValue(field);
+    std::string line = "  " + padded(displayTitle(field.name()), columns.name) + "  " +
+                       padded(style.cuts ? fittedToColumns(value, columns.value) : value, columns.value) + "  " +
+                       SettingRow::sourceBadge(field);
     if (live) {
         line += ", daemon is running with: " + displayTitle(*live);
     }
-    line += "\n";
+    line = (style.cuts ? fittedToColumns(line, style.columns) : line) + "\n";
     if (field.error) {
         line += "    " + displayText(*field.error) + "\n";
     }
@@ -118,20 +145,14 @@ JSONValue settingsDocument(const SettingsModel& model) {
     };
 }
 
-std::string settingsText(const SettingsModel& model) {
-    constexpr std::size_t widestValue = 40; // one long value does not push all badges off the screen
+std::string settingsText(const SettingsModel& model, const TextStyle& style) {
     const SettingsForm& form = *model.form();
-    std::size_t nameColumns = 0;
-    std::size_t valueColumns = 0;
-    for (const SettingField& field : form.fields()) {
-        nameColumns = std::max(nameColumns, displayColumns(displayTitle(field.name())));
-        valueColumns = std::max(valueColumns, std::min(widestValue, displayColumns(shownValue(field))));
-    }
+    const Columns columns = columnsOf(form, style);
     std::string result;
     for (const SettingsGroup& group : form.schema().groups) {
         result += (result.empty() ? "" : "\n") + displayTitle(group.title) + "\n";
         for (const SettingField* field : form.fields(group)) {
-            result += fieldLines(*field, model.liveValue(*field), nameColumns, valueColumns);
+            result += fieldLines(*field, model.liveValue(*field), columns, style);
         }
     }
     result += result.empty() ? "" : "\n";

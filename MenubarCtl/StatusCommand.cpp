@@ -1,18 +1,22 @@
+#include "MenubarCore/Menu/ConfigNotices.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/JSONOutput.h"
 #include "MenubarCtl/TextOutput.h"
-
-#include <unistd.h>
 
 namespace menubar::ctl {
 
 ExitStatus runStatus(const Context& context) {
     const Observation observation = context.observe();
-    if (context.line().json) {
-        return printDocument(statusDocument(observation.poll, observation.timeZone));
+    const StatusPoll& poll = observation.poll;
+    const ExitStatus printed =
+        context.line().json
+            ? printDocument(statusDocument(poll, observation.timeZone))
+            : print(statusText(poll, context.paths().statusFile, observation.timeZone, context.outputStyle().styling));
+    if (printed != ExitStatus::done || !context.line().check) {
+        return printed;
     }
-    const Styling styling = stylingFor(isTerminal(STDOUT_FILENO), context.environment());
-    return print(statusText(observation.poll, context.paths().statusFile, observation.timeZone, styling));
+    const bool isWell = poll.state.isRunning() && ConfigNotices::notices(poll.snapshot.file(), poll.state).empty();
+    return isWell ? ExitStatus::done : ExitStatus::failed;
 }
 
 } // namespace menubar::ctl

@@ -23,11 +23,23 @@ TerminalSize terminalSize(int descriptor) {
     return size;
 }
 
-Styling stylingFor(bool isTerminal, const Environment& environment) {
-    if (!isTerminal || variable(environment, "TERM") == "dumb") {
-        return Styling::plain;
+bool isScreen(int descriptor, const Environment& environment) {
+    return isTerminal(descriptor) && variable(environment, "TERM") != "dumb";
+}
+
+Styling stylingFor(bool isTerminal, const Environment& environment, ColorChoice choice) {
+    const Styling weightsOrNone =
+        isTerminal && variable(environment, "TERM") != "dumb" ? Styling::weights : Styling::plain;
+    if (choice == ColorChoice::always) {
+        return Styling::colours;
     }
-    return variable(environment, "NO_COLOR").empty() ? Styling::colours : Styling::weights;
+    if (choice == ColorChoice::never || !variable(environment, "NO_COLOR").empty()) {
+        return weightsOrNone;
+    }
+    if (const std::string_view force = variable(environment, "CLICOLOR_FORCE"); !force.empty() && force != "0") {
+        return Styling::colours;
+    }
+    return weightsOrNone == Styling::weights ? Styling::colours : Styling::plain;
 }
 
 std::expected<void, int> writeAll(int descriptor, std::string_view bytes) {

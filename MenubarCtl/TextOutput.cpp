@@ -14,51 +14,6 @@ namespace {
 
 using Tone = StatusItemPresentation::Tone;
 
-/// A way of drawing some characters, as the parameters of the terminal's "select graphic rendition".
-struct Look {
-    std::string_view weight{}; ///< "1" bold, "2" dim, or empty
-    std::string_view colour{}; ///< or empty
-};
-
-std::string_view colourOf(Tone tone) {
-    switch (tone) {
-    case Tone::ok: return "32";
-    case Tone::warn: return "33";
-    case Tone::critical: return "31";
-    case Tone::muted: return "";
-    }
-    return "";
-}
-
-/// The tone of a session's own level; `muted` where it needs no colour.
-Tone toneOf(SessionLevel level) {
-    switch (level) {
-    case SessionLevel::warn: return Tone::warn;
-    case SessionLevel::critical: return Tone::critical;
-    case SessionLevel::ok:
-    case SessionLevel::unknown: return Tone::muted;
-    }
-    return Tone::muted;
-}
-
-std::string_view symbolOf(std::string_view symbolName) {
-    return symbolName == "eye" ? "◉" : symbolName == "eye.slash" ? "⊘" : "▲";
-}
-
-std::string drawn(std::string_view text, Look look, Styling styling) {
-    const std::string_view colour = styling == Styling::colours ? look.colour : "";
-    if (text.empty() || styling == Styling::plain || (look.weight.empty() && colour.empty())) {
-        return std::string(text);
-    }
-    std::string result = "\x1b[";
-    result += look.weight;
-    result += look.weight.empty() || colour.empty() ? "" : ";";
-    result += colour;
-    result += "m";
-    result += text;
-    return result + "\x1b[0m";
-}
-
 std::string repeated(std::string_view text, std::size_t count) {
     std::string result;
     for (; count > 0; --count) {
@@ -69,13 +24,13 @@ std::string repeated(std::string_view text, std::size_t count) {
 
 /// "◉ 72%", without the title in compact mode.
 std::string itemText(const StatusItemPresentation& presentation, const TextStyle& style) {
-    std::string text(symbolOf(presentation.symbolName));
+    std::string text(signOf(presentation.symbolName));
     if (!presentation.title.empty()) {
-        text += " " + displayTitle(presentation.title);
+        text += " " + presentation.title;
     }
     const bool isMuted = presentation.tone == Tone::muted;
-    return drawn(fittedToColumns(text, style.columns),
-                 {.weight = isMuted ? "2" : "1", .colour = colourOf(presentation.tone)}, style.styling);
+    return drawn(fitted(text, style), {.weight = isMuted ? "2" : "1", .colour = colourOf(presentation.tone)},
+                 style.styling);
 }
 
 std::string separatorLine(const TextStyle& style) {
@@ -96,14 +51,15 @@ std::string keyHint(const MenuItem& item) {
     return hint;
 }
 
-/// `title` cut to the columns. The mark of a simulated action stays whole: without it the line would claim that
+/// `title` cut to the style's columns. The mark of a simulated action stays whole: without it the line would claim that
 /// something was done.
-std::string fittedTitle(std::string_view title, std::size_t columns) {
+std::string fittedTitle(std::string_view title, const TextStyle& style) {
     constexpr std::string_view mark = " (dry-run)";
-    if (title.ends_with(mark) && columns > 2 * mark.size()) {
-        return fittedToColumns(title.substr(0, title.size() - mark.size()), columns - mark.size()) + std::string(mark);
+    if (style.cuts && title.ends_with(mark) && style.columns > 2 * mark.size()) {
+        const TextStyle rest{.columns = style.columns - mark.size(), .styling = style.styling};
+        return fitted(title.substr(0, title.size() - mark.size()), rest) + std::string(mark);
     }
-    return fittedToColumns(title, columns);
+    return fitted(title, style);
 }
 
 /// A title with its leading "[level]" in the tone's colour.
@@ -112,23 +68,6 @@ std::string titleText(const std::string& title, Tone tone, std::string_view weig
     const std::size_t end = tone == Tone::muted || bracket == std::string::npos ? 0 : bracket + 1;
     return drawn(std::string_view(title).substr(0, end), {.weight = weight, .colour = colourOf(tone)}, styling) +
            drawn(std::string_view(title).substr(end), {.weight = weight}, styling);
-}
-
-std::string itemLine(const MenuItem& item, Tone tone, const TextStyle& style) {
-    const std::string margin =
-        (item.checked ? "✓ " : "  ") + std::string(2 * static_cast<std::size_t>(std::max(item.indentation, 0)), ' ');
-    const std::string hint = keyHint(item);
-    const std::size_t taken = displayColumns(margin) + (hint.empty() ? 0 : displayColumns(hint) + 2);
-    if (taken >= style.columns) {
-        return fittedToColumns(margin + displayTitle(item.title), style.columns);
-    }
-    const std::string title = fittedTitle(displayTitle(item.title), style.columns - taken);
-    std::string line = margin + titleText(title, tone, item.enabled ? "" : "2", style.styling);
-    if (!hint.empty()) {
-        line.append(style.columns - taken - displayColumns(title) + 1, ' ');
-        line += drawn(hint, {.weight = "2"}, style.styling) + " ";
-    }
-    return line;
 }
 
 std::string_view label(CompactSetting::Source source) {
@@ -141,6 +80,38 @@ std::string_view label(CompactSetting::Source source) {
 }
 
 } // namespace
+
+std::string menuItemLine(const MenuItem& item, const StatusMenu& menu, const TextStyle& style) {
+    if (item.kind == MenuItem::Kind::separator) {
+        return separatorLine(style);
+    }
+    const SessionStatus* session = menu.sessionByTag(item.tag);
+    const Tone tone = session == nullptr ? Tone::muted : toneOf(session->level);
+    const std::string margin =
+        (item.checked ? "✓ " : "  ") + std::string(2 * static_cast<std::size_t>(std::max(item.indentation, 0)), ' ');
+    const std::string hint = keyHint(item);
+    const std::size_t taken = displayColumns(margin) + (hint.empty() ? 0 : displayColumns(hint) + 2);
+    if (taken >= style.columns) {
+        return fitted(margin + item.title, style);
+    }
+    TextStyle room = style;
+    room.columns -= taken;
+    const std::string title = fittedTitle(item.title, room);
+    std::string line = margin + titleText(title, tone, item.enabled ? "" : "2", style.styling);
+    if (!hint.empty()) {
+        const std::size_t width = displayColumns(title);
+        line.append(width < room.columns ? room.columns - width + 1 : 1, ' ');
+        line += drawn(hint, {.weight = "2"}, style.styling) + " ";
+    }
+    return line;
+}
+
+std::vector<std::string> headLines(const StatusItemPresentation& presentation, const TextStyle& style) {
+    const std::size_t margin = style.columns > 4 ? 2 : 0;
+    TextStyle room = style;
+    room.columns -= margin;
+    return {std::string(margin, ' ') + itemText(presentation, room), separatorLine(style)};
+}
 
 std::string statusText(const StatusPoll& poll, const std::string& statusFile, const TimeZone& timeZone,
                        Styling styling) {
@@ -163,31 +134,11 @@ std::string statusText(const StatusPoll& poll, const std::string& statusFile, co
 
 std::vector<std::string> menuLines(const StatusItemPresentation& presentation, const StatusMenu& menu,
                                    const TextStyle& style) {
-    std::vector<std::string> lines;
-    lines.reserve(menu.items.size() + 2);
-    const std::size_t margin = style.columns > 4 ? 2 : 0;
-    lines.push_back(std::string(margin, ' ') +
-                    itemText(presentation, {.columns = style.columns - margin, .styling = style.styling}));
-    lines.push_back(separatorLine(style));
+    std::vector<std::string> lines = headLines(presentation, style);
+    lines.reserve(menu.items.size() + lines.size());
     for (const MenuItem& item : menu.items) {
-        if (item.kind == MenuItem::Kind::separator) {
-            lines.push_back(separatorLine(style));
-            continue;
-        }
-        const SessionStatus* session = menu.sessionByTag(item.tag);
-        lines.push_back(itemLine(item, session == nullptr ? Tone::muted : toneOf(session->level), style));
+        lines.push_back(menuItemLine(item, menu, style));
     }
-    return lines;
-}
-
-std::vector<std::string> clippedToRows(std::vector<std::string> lines, const TerminalSize& size, Styling styling) {
-    if (lines.size() <= size.rows) {
-        return lines;
-    }
-    const std::size_t left = lines.size() - (size.rows - 1);
-    lines.resize(size.rows - 1);
-    const std::string note = fittedToColumns("  … " + std::to_string(left) + " more lines", size.columns);
-    lines.push_back(drawn(note, {.weight = "2"}, styling));
     return lines;
 }
 

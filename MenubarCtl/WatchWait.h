@@ -7,18 +7,20 @@
 
 namespace menubar::ctl {
 
-/// Waits for what can wake a display that is kept up: a signal, a key, or the loss of whoever reads it. Knows which
-/// descriptors the system cannot poll, so that one of them is not an endless answer. One thread.
+/// Waits for what can wake a display that is kept up: a signal, what a thread has posted, a key, or the loss of whoever
+/// reads it. Knows which descriptors the system cannot poll, so that one of them is not an endless answer. One thread.
 class WatchWait {
 public:
     struct Descriptors {
         int signals = -1;
+        int posted = -1;
         int keys = -1;   ///< -1: none are read
         int output = -1; ///< written to
     };
 
     struct Outcome {
         bool isSignalled = false;
+        bool isPosted = false;
         bool hasKey = false;
         bool isReaderGone = false;
     };

@@ -112,7 +112,7 @@ public:
     ~Attributes() { ::posix_spawnattr_destroy(&m_attributes); }
 
     /// 0, or the system's error number.
-    [[nodiscard]] int set() {
+    [[nodiscard]] int set(bool leadsGroup) {
         sigset_t signals;
         sigemptyset(&signals);
         record(::posix_spawnattr_setsigmask(&m_attributes, &signals));
@@ -123,7 +123,8 @@ public:
 #else
         constexpr int descriptors = 0; // FileActions closes them
 #endif
-        constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | descriptors;
+        const int group = leadsGroup ? POSIX_SPAWN_SETPGROUP : 0;
+        const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | descriptors | group;
         record(::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags)));
         return m_error;
     }
@@ -154,7 +155,8 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 
 /// Starts the child. The pipes' write ends stay open here.
 std::expected<pid_t, int> spawn(const std::string& executable, std::vector<std::string> arguments,
-                                const Environment& environment, const Pipe& output, const Pipe& errors) {
+                                const Environment& environment, const Pipe& output, const Pipe& errors,
+                                bool leadsGroup) {
     arguments.insert(arguments.begin(), executable);
     std::vector<std::string> variables;
     variables.reserve(environment.size());
@@ -174,7 +176,7 @@ std::expected<pid_t, int> spawn(const std::string& executable, std::vector<std::
         return std::unexpected(error);
     }
     Attributes attributes;
-    if (const int error = attributes.set(); error != 0) {
+    if (const int error = attributes.set(leadsGroup); error != 0) {
         return std::unexpected(error);
     }
     pid_t child = -1;
@@ -189,7 +191,17 @@ std::expected<pid_t, int> spawn(const std::string& executable, std::vector<std::
 /// A started child, waited for exactly once.
 class Child {
 public:
-    explicit Child(pid_t pid) : m_pid(pid) {}
+    Child(pid_t pid, std::optional<Clock::time_point> deadline) : m_pid(pid), m_deadline(deadline) {}
+
+    /// Kills it, with all that it started, when its time is up.
+    void heedDeadline() {
+        if (m_deadline && Clock::now() >= *m_deadline && !hasEnded() && !m_isOverdue) {
+            m_isOverdue = true;
+            ::kill(-m_pid, SIGKILL);
+        }
+    }
+
+    [[nodiscard]] bool isOverdue() const { return m_isOverdue; }
 
     /// Whether it has ended; never waits.
     bool hasEnded() {
@@ -199,6 +211,10 @@ public:
 
     /// Waits for the end. The exit status or the signal's number, or the system's error number.
     std::expected<std::int32_t, int> status() {
+        while (m_deadline && !m_isOverdue && !hasEnded()) {
+            ::poll(nullptr, 0, 5);
+            heedDeadline();
+        }
         wait(0);
         if (m_error != 0) {
             return std::unexpected(m_error);
@@ -222,6 +238,8 @@ private:
     }
 
     const pid_t m_pid;
+    const std::optional<Clock::time_point> m_deadline;
+    bool m_isOverdue = false;
     int m_status = 0;
     int m_error = 0;
     bool m_ended = false;
@@ -285,6 +303,7 @@ void drain(Child& child, Stream& output, Stream& errors) {
         }
         if (!graceEnd && now >= nextCheck) {
             nextCheck = now + exitCheckInterval;
+            child.heedDeadline();
             if (child.hasEnded()) {
                 graceEnd = now + outputGrace;
             }
@@ -312,7 +331,7 @@ void rememberHowChildrenEnd() {
 } // namespace
 
 std::expected<Result, Failure> run(const std::string& executable, const std::vector<std::string>& arguments,
-                                   const Environment& environment) {
+                                   const Environment& environment, std::optional<std::chrono::milliseconds> limit) {
     rememberHowChildrenEnd();
     auto output = makePipe();
     if (!output) {
@@ -322,14 +341,14 @@ std::expected<Result, Failure> run(const std::string& executable, const std::vec
     if (!errors) {
         return launchFailure(errors.error());
     }
-    const auto pid = spawn(executable, arguments, environment, *output, *errors);
+    const auto pid = spawn(executable, arguments, environment, *output, *errors, limit.has_value());
     if (!pid) {
         return launchFailure(pid.error());
     }
     output->writeEnd.close();
     errors->writeEnd.close();
 
-    Child child(*pid);
+    Child child(*pid, limit ? std::optional(Clock::now() + *limit) : std::nullopt);
     Stream outputStream(std::move(output->readEnd));
     Stream errorStream(std::move(errors->readEnd));
     drain(child, outputStream, errorStream);
@@ -337,8 +356,10 @@ std::expected<Result, Failure> run(const std::string& executable, const std::vec
     if (!status) {
         return std::unexpected(Failure{.step = Failure::Step::wait, .error = status.error()});
     }
-    return Result{
-        .status = *status, .standardOutput = outputStream.takeBytes(), .standardError = errorStream.takeBytes()};
+    return Result{.status = *status,
+                  .standardOutput = outputStream.takeBytes(),
+                  .standardError = errorStream.takeBytes(),
+                  .isOverdue = child.isOverdue()};
 }
 
 } // namespace menubar::ChildProcess

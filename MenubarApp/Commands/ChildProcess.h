@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <expected>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ struct Result {
     std::int32_t status = 0;
     std::string standardOutput;
     std::string standardError;
+    bool isOverdue = false; ///< it was killed at its limit
 };
 
 /// At which step the system refused, with its error number.
@@ -44,8 +46,12 @@ struct Failure {
 /// device; of this process's descriptors the child gets none; signals are unblocked and have their default effects. No
 /// zombie and no descriptor is left behind; where this process ignores SIGCHLD, it no longer does. Texts that hold a
 /// NUL cannot be passed on: launch failure EINVAL. Any thread, any number at once.
-[[nodiscard]] std::expected<Result, Failure>
-run(const std::string& executable, const std::vector<std::string>& arguments, const Environment& environment);
+///
+/// With a limit the child leads a process group of its own, which is killed when that much time has passed.
+[[nodiscard]] std::expected<Result, Failure> run(const std::string& executable,
+                                                 const std::vector<std::string>& arguments,
+                                                 const Environment& environment,
+                                                 std::optional<std::chrono::milliseconds> limit = {});
 
 } // namespace ChildProcess
 

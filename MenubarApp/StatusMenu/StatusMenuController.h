@@ -60,7 +60,10 @@ public:
     /// Stops polling for good.
     void applicationWillTerminate();
 
-    // State for the shell: none; what there is to see goes out through the ports.
+    // State for the shell: what goes out through the ports, and
+
+    /// the menu that the status item was last given, with what its items stand for.
+    [[nodiscard]] const StatusMenu& menu() const { return m_menu; }
 
     // Calls to the shell: see Ports.
 

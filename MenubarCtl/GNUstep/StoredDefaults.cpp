@@ -2,13 +2,19 @@
 
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/UserDefaults.h"
+#include "MenubarCtl/Terminal.h"
 
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include <plist/plist.h>
+#include <unistd.h>
 
 namespace menubar::ctl {
 
@@ -25,26 +31,78 @@ std::string defaultsFile(const Environment& environment) {
     return homeDirectory(environment) + "/GNUstep/Defaults/" + UserDefaults::domain(environment) + ".plist";
 }
 
-} // namespace
-
-std::optional<bool> storedBool(std::string_view key, const Environment& environment, const FileManager& files) {
-    const auto bytes = files.contents(defaultsFile(environment));
+/// The whole file. Absent when it holds no dictionary that can be read; a file that is not there is an empty one.
+std::optional<Owned> preferences(const std::string& path, const FileManager& files) {
+    if (!files.exists(path)) {
+        return Owned(plist_new_dict());
+    }
+    const auto bytes = files.contents(path);
     if (!bytes || bytes->size() > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;
     }
     plist_t root = nullptr;
     plist_from_memory(bytes->data(), static_cast<std::uint32_t>(bytes->size()), &root);
-    const Owned owner(root);
+    Owned owner(root);
     if (root == nullptr || plist_get_node_type(root) != PLIST_DICT) {
         return std::nullopt;
     }
-    plist_t value = plist_dict_get_item(root, std::string(key).c_str());
+    return owner;
+}
+
+/// Puts the bytes in place at once, so that the app never reads half of them. The system's error, or none.
+std::error_code replaceFile(const std::string& path, std::string_view bytes) {
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    if (error) {
+        return error;
+    }
+    std::string pattern = path + ".XXXXXX";
+    const int file = ::mkstemp(pattern.data());
+    if (file < 0) {
+        return {errno, std::generic_category()};
+    }
+    const auto written = writeAll(file, bytes);
+    ::close(file);
+    if (!written || ::rename(pattern.c_str(), path.c_str()) != 0) {
+        error = {written ? errno : written.error(), std::generic_category()};
+        ::unlink(pattern.c_str());
+    }
+    return error;
+}
+
+} // namespace
+
+std::optional<bool> storedBool(std::string_view key, const Environment& environment, const FileManager& files) {
+    const auto root = preferences(defaultsFile(environment), files);
+    plist_t value = root ? plist_dict_get_item(root->get(), std::string(key).c_str()) : nullptr;
     if (value == nullptr || plist_get_node_type(value) != PLIST_BOOLEAN) {
         return std::nullopt;
     }
     std::uint8_t isTrue = 0;
     plist_get_bool_val(value, &isTrue);
     return isTrue != 0;
+}
+
+std::expected<void, std::string> storeBool(std::string_view key, bool value, const Environment& environment,
+                                           const FileManager& files) {
+    const std::string path = defaultsFile(environment);
+    const auto root = preferences(path, files);
+    if (!root) {
+        return std::unexpected("the preferences in " + path + " cannot be read");
+    }
+    plist_dict_set_item(root->get(), std::string(key).c_str(), plist_new_bool(value ? 1 : 0));
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(root->get(), &xml, &length);
+    const std::string bytes(xml == nullptr ? "" : xml, length);
+    std::free(xml); // NOLINT(cppcoreguidelines-no-malloc): the library allocated it so
+    if (bytes.empty()) {
+        return std::unexpected("the preferences cannot be written as a property list");
+    }
+    if (const std::error_code error = replaceFile(path, bytes)) {
+        return std::unexpected("cannot write " + path + ": " + error.message());
+    }
+    return {};
 }
 
 } // namespace menubar::ctl

@@ -2,16 +2,14 @@
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCtl/AppLoginItem.h"
+#include "MenubarCtl/ProgramPath.h"
 #include "MenubarCtl/SystemLoginItem.h"
 
-#include <array>
-#include <climits>
-#include <cstdint>
-#include <cstdlib>
+#include <chrono>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
-
-#include <mach-o/dyld.h>
 
 namespace menubar::ctl {
 
@@ -20,14 +18,9 @@ namespace {
 /// This program's path with no link left in it, such as the one that a package puts on PATH. Empty when the system does
 /// not tell.
 std::string realPath() {
-    std::uint32_t size = 0;
-    _NSGetExecutablePath(nullptr, &size);
-    std::string started(size, '\0');
-    std::array<char, PATH_MAX> real{};
-    if (_NSGetExecutablePath(started.data(), &size) != 0 || realpath(started.c_str(), real.data()) == nullptr) {
-        return {};
-    }
-    return real.data();
+    std::error_code error;
+    const auto path = std::filesystem::canonical(programPath(), error);
+    return error ? std::string() : path.string();
 }
 
 /// The app beside this program; empty when this program lies in no app.
@@ -37,13 +30,17 @@ std::string appBeside(const std::string& program) {
     return folder.ends_with(".app/Contents/MacOS/") && PosixFileManager::isExecutableFile(app) ? app : std::string();
 }
 
-std::expected<LoginRequest::Reply, LoginItemError> ask(const std::string& app, LoginRequest::Kind kind) {
+std::expected<LoginRequest::Reply, LoginItemError> ask(const std::string& app, LoginRequest::Kind kind,
+                                                       std::optional<std::chrono::milliseconds> limit) {
     Environment environment = processEnvironment();
     environment[std::string(LoginRequest::variable)] = LoginRequest::rawText(kind);
-    const auto result = ChildProcess::run(app, {}, environment);
+    const auto result = ChildProcess::run(app, {}, environment, limit);
     if (!result) {
         return std::unexpected(
             LoginItemError{"cannot run " + app + ": " + std::generic_category().message(result.error().error)});
+    }
+    if (result->isOverdue) {
+        return std::unexpected(LoginItemError{app + " does not answer"});
     }
     return LoginRequest::Reply{
         .exitStatus = result->status, .output = result->standardOutput, .errors = result->standardError};
@@ -51,13 +48,14 @@ std::expected<LoginRequest::Reply, LoginItemError> ask(const std::string& app, L
 
 } // namespace
 
-std::expected<std::unique_ptr<LoginItem>, LoginItemError> systemLoginItem() {
+std::expected<std::unique_ptr<LoginItem>, LoginItemError>
+systemLoginItem(std::optional<std::chrono::milliseconds> limit) {
     const std::string app = appBeside(realPath());
     if (app.empty()) {
         return std::unexpected(LoginItemError{"this program does not run from the app; use the one in "
                                               "ostrel-menubar.app/Contents/MacOS, or a link to it"});
     }
-    return AppLoginItem::create([app](LoginRequest::Kind kind) { return ask(app, kind); });
+    return AppLoginItem::create([app, limit](LoginRequest::Kind kind) { return ask(app, kind, limit); });
 }
 
 } // namespace menubar::ctl

@@ -40,4 +40,20 @@ std::optional<bool> storedBool(std::string_view key, const Environment& environm
     return CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0;
 }
 
+std::expected<void, std::string> storeBool(std::string_view key, bool value, const Environment& environment,
+                                           const FileManager&) {
+    const Owned name = string(key);
+    const Owned domain = string(UserDefaults::domain(environment));
+    if (!name || !domain) {
+        return std::unexpected("the preference has no name");
+    }
+    const auto application = static_cast<CFStringRef>(domain.get());
+    CFPreferencesSetAppValue(static_cast<CFStringRef>(name.get()), value ? kCFBooleanTrue : kCFBooleanFalse,
+                             application);
+    if (CFPreferencesAppSynchronize(application) == 0) {
+        return std::unexpected("the system did not store the preference");
+    }
+    return {};
+}
+
 } // namespace menubar::ctl

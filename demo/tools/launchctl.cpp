@@ -2,6 +2,8 @@
 //     launchctl kickstart [-k] gui/UID/LABEL
 //     launchctl bootstrap gui/UID PLIST
 //     launchctl bootout gui/UID/LABEL
+//     launchctl print gui/UID/LABEL
+//     launchctl getenv NAME
 // Agents live in the directory that OSTREL_DEMO_LAUNCHD names. Statuses and texts are those of the real one.
 
 #include "demo/tools/LaunchDomain.h"
@@ -67,6 +69,13 @@ int bootout(const Tool& tool, LaunchDomain& domain, const std::string& label) {
     return outcome ? 0 : tool.fail(inputOutputError, outcome.error());
 }
 
+int print(const Tool& tool, const LaunchDomain& domain, const std::string& label) {
+    return domain.isLoaded(label)
+               ? 0
+               : tool.fail(noSuchService, "Could not find service \"" + label +
+                                              "\" in domain for user gui: " + std::to_string(::getuid()));
+}
+
 int perform(const Tool& tool, LaunchDomain& domain) {
     const auto words = tool.arguments();
     if (words.size() == 3 && words[0] == "kickstart" && words[1] == "-k" && !labelOf(words[2]).empty()) {
@@ -80,6 +89,12 @@ int perform(const Tool& tool, LaunchDomain& domain) {
     }
     if (words.size() == 2 && words[0] == "bootout" && !labelOf(words[1]).empty()) {
         return bootout(tool, domain, labelOf(words[1]));
+    }
+    if (words.size() == 2 && words[0] == "print" && !labelOf(words[1]).empty()) {
+        return print(tool, domain, labelOf(words[1]));
+    }
+    if (words.size() == 2 && words[0] == "getenv") {
+        return 0; // nothing is set, and that is no failure
     }
     return tool.fail(64, "the stand-in knows no such call");
 }

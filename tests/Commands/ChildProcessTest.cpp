@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <string>
 #include <thread>
@@ -285,4 +286,42 @@ TEST(ChildProcess, aChildThatSomebodyElseWaitedForHasNoStatus) {
             ::_exit(result == CommandResult{.status = -1, .stdout_ = {}, .stderr_ = text} ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
+}
+
+TEST(ChildProcess, aLimitEndsTheChildAndWhatItStarted) {
+    const auto start = Clock::now();
+    const auto ended = ChildProcess::run("/bin/sh", {"-c", "sleep 600 & echo $!; wait"}, processEnvironment(), 300ms);
+    ASSERT_TRUE(ended);
+    EXPECT_TRUE(ended->isOverdue);
+    EXPECT_EQ(ended->status, SIGKILL);
+    EXPECT_GE(Clock::now() - start, 300ms);
+    EXPECT_LT(Clock::now() - start, 30s);
+    const pid_t left = std::atoi(ended->standardOutput.c_str());
+    ASSERT_GT(left, 1);
+    // Whoever adopts the grandchild reaps it a moment later.
+    for (int i = 0; i < 3000 && ::kill(left, 0) == 0; ++i) {
+        std::ifstream stat("/proc/" + std::to_string(left) + "/stat");
+        std::string id;
+        std::string name;
+        std::string state;
+        if (stat >> id >> name >> state && state == "Z") {
+            return; // dead, and nobody has looked
+        }
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_NE(::kill(left, 0), 0);
+}
+
+TEST(ChildProcess, aLimitAlsoHoldsForAChildThatHasClosedItsOutputs) {
+    const auto ended = ChildProcess::run("/bin/sh", {"-c", "exec sleep 600 >&- 2>&-"}, processEnvironment(), 300ms);
+    ASSERT_TRUE(ended);
+    EXPECT_TRUE(ended->isOverdue);
+}
+
+TEST(ChildProcess, aChildThatEndsWithinItsLimitIsNotOverdue) {
+    const auto ended = ChildProcess::run("/bin/sh", {"-c", "echo hi; exit 3"}, processEnvironment(), 20s);
+    ASSERT_TRUE(ended);
+    EXPECT_FALSE(ended->isOverdue);
+    EXPECT_EQ(ended->status, 3);
+    EXPECT_EQ(ended->standardOutput, "hi\n");
 }

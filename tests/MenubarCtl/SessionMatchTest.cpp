@@ -7,6 +7,7 @@
 
 using namespace menubar;
 using menubar::ctl::findSession;
+using menubar::ctl::firstWaiting;
 
 namespace {
 
@@ -71,12 +72,41 @@ TEST(SessionMatch, aLongNameIsCut) {
               "several sessions are called \"" + std::string(199, 'a') + "…\": api (id-1), web (id-2)");
 }
 
-TEST(SessionMatch, namesAreCompletedByNothing) {
-    const std::vector<SessionStatus> sessions{session("id-1", "s1", "api")};
-    for (const char* name : {"ap", "API", "api ", "id", "", "session"}) {
+TEST(SessionMatch, theNumberThatIsShownComesAfterNamesAndBeforeBeginnings) {
+    const std::vector<SessionStatus> sessions{session("1f", "s1", "api"), session("2f", "s2", "web"),
+                                              session("3f", "s3", "2")};
+    EXPECT_EQ(found(sessions, "1"), "0");
+    EXPECT_EQ(found(sessions, "2"), "2");
+    EXPECT_EQ(found(sessions, "3"), "2");
+    EXPECT_EQ(found(sessions, "01"), "0");
+    for (const char* name : {"0", "4", "-1", "99999999999999999999", "1 "}) {
+        EXPECT_EQ(found(sessions, name), "no session is called \"" + std::string(name) + "\"");
+    }
+}
+
+TEST(SessionMatch, theBeginningOfOneSessionsNameIsEnough) {
+    const std::vector<SessionStatus> sessions{session("id-1", "s1", "api-server"), session("id-2", "s2", "app"),
+                                              session("id-3", "apple", "apple pie")};
+    EXPECT_EQ(found(sessions, "api"), "0");
+    EXPECT_EQ(found(sessions, "app"), "1");
+    EXPECT_EQ(found(sessions, "appl"), "2");
+    EXPECT_EQ(found(sessions, "ap"),
+              "several sessions begin with \"ap\": api-server (id-1), app (id-2), apple pie (id-3)");
+    EXPECT_EQ(found(sessions, "id"),
+              "several sessions begin with \"id\": api-server (id-1), app (id-2), apple pie (id-3)");
+    for (const char* name : {"API", "api ", "", "session"}) {
         EXPECT_EQ(found(sessions, name), "no session is called \"" + std::string(name) + "\"");
     }
     EXPECT_EQ(found({}, "api"), "no session is called \"api\"");
+}
+
+TEST(SessionMatch, theFirstThatWaitsIsTheFirstInTheirOrder) {
+    std::vector<SessionStatus> sessions{session("id-1", "s1", "api"), session("id-2", "s2", "web"),
+                                        session("id-3", "s3", "app")};
+    EXPECT_EQ(firstWaiting(sessions).error(), "no session needs input");
+    sessions[1].lifecycle = SessionLifecycle::needsInput;
+    sessions[2].lifecycle = SessionLifecycle::needsInput;
+    EXPECT_EQ(*firstWaiting(sessions), &sessions[1]);
 }
 
 TEST(SessionMatch, theDisplayNameStandsInForAMissingOne) {

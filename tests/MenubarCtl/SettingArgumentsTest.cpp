@@ -38,13 +38,13 @@ SettingSpec multiple() {
 } // namespace
 
 TEST(SettingArguments, aToggleTakesTheUsualWords) {
-    for (const char* word : {"on", "true", "yes", "1"}) {
+    for (const char* word : {"on", "true", "yes", "1", "On", "TRUE"}) {
         EXPECT_EQ(applied(spec(Kind::toggle), {word})->value, SettingValue(true)) << word;
     }
-    for (const char* word : {"off", "false", "no", "0"}) {
+    for (const char* word : {"off", "false", "no", "0", "OFF"}) {
         EXPECT_EQ(applied(spec(Kind::toggle), {word})->value, SettingValue(false)) << word;
     }
-    for (const char* word : {"", "On", "TRUE", "y", "2", " on"}) {
+    for (const char* word : {"", "y", "2", " on", "onn"}) {
         EXPECT_EQ(applied(spec(Kind::toggle), {word}).error(), ArgumentError::notReadable) << word;
     }
 }
@@ -58,6 +58,15 @@ TEST(SettingArguments, aNumberIsReadAsTheConfigFileReadsOne) {
             EXPECT_EQ(applied(spec(kind), {word}).error(), ArgumentError::notReadable) << word;
         }
     }
+}
+
+TEST(SettingArguments, aPercentageMayCarryItsSign) {
+    EXPECT_EQ(applied(spec(Kind::percent), {"71%"})->value, SettingValue(71));
+    EXPECT_EQ(applied(spec(Kind::percent), {" 71 % "})->value, SettingValue(71));
+    for (const char* word : {"%", "71%%", "%71"}) {
+        EXPECT_EQ(applied(spec(Kind::percent), {word}).error(), ArgumentError::notReadable) << word;
+    }
+    EXPECT_EQ(applied(spec(Kind::number), {"71%"}).error(), ArgumentError::notReadable);
 }
 
 TEST(SettingArguments, listsTakeEachValueAsAnItem) {

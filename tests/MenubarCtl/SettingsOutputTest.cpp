@@ -12,6 +12,12 @@ using namespace menubar::ctl;
 using menubar::recording::SettingsHarness;
 using testing::HasSubstr;
 
+namespace {
+
+constexpr TextStyle whole{.cuts = false};
+
+} // namespace
+
 TEST(SettingsOutput, theListForPeopleIsAlignedByGroup) {
     SettingsHarness harness;
     harness.writeConfig(R"({"number":50,"words":["a","b"],"extra":1})");
@@ -19,23 +25,23 @@ TEST(SettingsOutput, theListForPeopleIsAlignedByGroup) {
     StatusFile status{.config = OstrelConfig{.settings = JSONValue::Object{{"warn-context", 70}}},
                       .configSources = {{{"text", ConfigSource::cli}}}};
     harness.model->update(&status, DaemonState::Running{});
-    EXPECT_EQ(settingsText(*harness.model), "Group\n"
-                                            "  text          d     set by a flag\n"
-                                            "  number        50    from file\n"
-                                            "    Must be between 1 and 10\n"
-                                            "  words         a, b  from file\n"
-                                            "  warn-context  0     default, daemon is running with: 70%\n"
-                                            "\n"
-                                            "The config file has keys the daemon does not know: extra.\n"
-                                            "Config file: " +
-                                                harness.configPath() + "\n");
+    EXPECT_EQ(settingsText(*harness.model, whole), "Group\n"
+                                                   "  text          d     set by a flag\n"
+                                                   "  number        50    from file\n"
+                                                   "    Must be between 1 and 10\n"
+                                                   "  words         a, b  from file\n"
+                                                   "  warn-context  0     default, daemon is running with: 70%\n"
+                                                   "\n"
+                                                   "The config file has keys the daemon does not know: extra.\n"
+                                                   "Config file: " +
+                                                       harness.configPath() + "\n");
 }
 
 TEST(SettingsOutput, aValueThatWasNotUnderstoodIsShownAsTheFileHoldsIt) {
     SettingsHarness harness;
     harness.writeConfig(R"({"number":[1,2]})");
     harness.load();
-    EXPECT_THAT(settingsText(*harness.model),
+    EXPECT_THAT(settingsText(*harness.model, whole),
                 HasSubstr("  number        [1,2]  from file\n    The file holds [1,2], which is not a number\n"));
 }
 
@@ -45,18 +51,39 @@ TEST(SettingsOutput, nothingThatATerminalWouldObeyGetsThroughToPeople) {
         {"name":"a\u0007","control":"text"},{"name":"b","control":"list"}]}]})";
     harness.writeConfig(R"({"a\u0007":"x\u001b]0;","b":["\u202e",""],"k\u001b":1})");
     harness.load();
-    const std::string text = settingsText(*harness.model);
+    const std::string text = settingsText(*harness.model, whole);
     for (const char* hostile : {"\x1b", "\x07", "\u202e"}) {
         EXPECT_THAT(text, testing::Not(HasSubstr(hostile)));
     }
     EXPECT_THAT(text, HasSubstr("x\uFFFD]0;"));
 }
 
+TEST(SettingsOutput, anEmptyTextIsADash) {
+    SettingsHarness harness;
+    harness.schemaResult.stdout_ = R"({"x-groups":[{"id":"g","settings":[
+        {"name":"t","control":"text"},{"name":"p","control":"path"},{"name":"l","control":"list"}]}]})";
+    harness.load();
+    EXPECT_THAT(settingsText(*harness.model, whole),
+                testing::StartsWith("g\n  t  -  default\n  p  -  default\n  l  -  default\n"));
+}
+
+TEST(SettingsOutput, onATerminalALineIsNoWiderAndTheValueGivesWayFirst) {
+    SettingsHarness harness;
+    harness.writeConfig(R"({"text":"abcdefghijklmnopqrstuvwxyz"})");
+    harness.load();
+    StatusFile status{.config = OstrelConfig{.settings = JSONValue::Object{{"warn-context", 70}}}};
+    harness.model->update(&status, DaemonState::Running{});
+    EXPECT_THAT(settingsText(*harness.model, {.columns = 44}),
+                testing::AllOf(HasSubstr("\n  text          abcdefghijklmnop…  from file\n"),
+                               HasSubstr("\n  warn-context  0                  default,…\n")));
+    EXPECT_THAT(settingsText(*harness.model, whole), HasSubstr("abcdefghijklmnopqrstuvwxyz  from file\n"));
+}
+
 TEST(SettingsOutput, aSchemaWithoutSettingsStillNamesTheFile) {
     SettingsHarness harness;
     harness.schemaResult.stdout_ = "{}";
     harness.load();
-    EXPECT_EQ(settingsText(*harness.model),
+    EXPECT_EQ(settingsText(*harness.model, whole),
               "No config file yet; defaults shown. It will be written to " + harness.configPath() + "\n");
 }
 

@@ -27,6 +27,19 @@ TEST(Styling, noColorForbidsColoursUnlessItIsEmpty) {
     EXPECT_EQ(stylingFor(false, {{"NO_COLOR", ""}}), Styling::plain);
 }
 
+TEST(Styling, theChoiceOfTheCommandLineGoesBeforeTheEnvironmentAndThatBeforeTheTerminal) {
+    const Environment none{{"NO_COLOR", "1"}, {"CLICOLOR_FORCE", "1"}};
+    EXPECT_EQ(stylingFor(false, none, ColorChoice::always), Styling::colours);
+    EXPECT_EQ(stylingFor(true, {}, ColorChoice::never), Styling::weights);
+    EXPECT_EQ(stylingFor(false, {{"CLICOLOR_FORCE", "1"}}, ColorChoice::never), Styling::plain);
+    EXPECT_EQ(stylingFor(true, none), Styling::weights);
+    EXPECT_EQ(stylingFor(false, none), Styling::plain);
+    EXPECT_EQ(stylingFor(false, {{"CLICOLOR_FORCE", "1"}}), Styling::colours);
+    EXPECT_EQ(stylingFor(true, {{"CLICOLOR_FORCE", "1"}, {"TERM", "dumb"}}), Styling::colours);
+    EXPECT_EQ(stylingFor(false, {{"CLICOLOR_FORCE", "0"}}), Styling::plain);
+    EXPECT_EQ(stylingFor(false, {{"CLICOLOR_FORCE", ""}}), Styling::plain);
+}
+
 TEST(Terminal, whatIsNoTerminalHasEightyColumns) {
     const int file = ::open("/dev/null", O_RDWR);
     ASSERT_GE(file, 0);

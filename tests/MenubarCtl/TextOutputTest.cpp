@@ -152,12 +152,14 @@ TEST(MenuLines, aBracketInTheTitleOfAnotherItemStaysPlain) {
                 ElementsAre("  [critical] config"));
 }
 
-TEST(ClippedToRows, keepsWhatFitsAndCountsTheRest) {
-    const std::vector<std::string> lines{"a", "b", "c", "d"};
-    EXPECT_EQ(clippedToRows(lines, {.columns = 40, .rows = 4}, Styling::plain), lines);
-    EXPECT_THAT(clippedToRows(lines, {.columns = 40, .rows = 3}, Styling::plain),
-                ElementsAre("a", "b", "  … 2 more lines"));
-    EXPECT_THAT(clippedToRows(lines, {.columns = 9, .rows = 1}, Styling::plain), ElementsAre("  … 4 mo…"));
+TEST(MenuLines, areWholeForAReaderThatIsNoTerminal) {
+    MenuItem quit = item("Quit");
+    quit.keyEquivalent = "q";
+    const std::string longName(300, 'x');
+    const TextStyle style{.columns = 20, .styling = Styling::plain, .cuts = false};
+    EXPECT_THAT(linesOf({item(longName), item("14:03 [ok] web: asked for more (dry-run)"), separator(), quit}, style),
+                ElementsAre("  " + longName, "  14:03 [ok] web: asked for more (dry-run)", "  ────────────────",
+                            "  Quit           ⌘Q "));
 }
 
 TEST(StatusText, tellsStateNoticesItemAndWhereTheFileIs) {

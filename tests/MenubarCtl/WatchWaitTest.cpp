@@ -46,7 +46,10 @@ private:
 class WatchWaitTest : public testing::Test {
 protected:
     [[nodiscard]] WatchWait::Descriptors descriptors() const {
-        return {.signals = m_signals.readEnd(), .keys = m_keys.readEnd(), .output = m_output.writeEnd()};
+        return {.signals = m_signals.readEnd(),
+                .posted = m_posted.readEnd(),
+                .keys = m_keys.readEnd(),
+                .output = m_output.writeEnd()};
     }
 
     /// As a system does that cannot poll the keys, which then are an immediate answer.
@@ -64,6 +67,7 @@ protected:
     }
 
     Pipe m_signals;
+    Pipe m_posted;
     Pipe m_keys;
     Pipe m_output;
     int m_refusals = 0;
@@ -76,10 +80,13 @@ TEST_F(WatchWaitTest, tellsWhatWokeIt) {
     m_keys.write();
     auto outcome = wait.wait(descriptors(), patience);
     EXPECT_TRUE(outcome.hasKey);
-    EXPECT_FALSE(outcome.isSignalled);
+    EXPECT_FALSE(outcome.isSignalled || outcome.isPosted);
     m_signals.write();
     outcome = wait.wait(descriptors(), patience);
     EXPECT_TRUE(outcome.hasKey && outcome.isSignalled);
+    m_posted.write();
+    outcome = wait.wait(descriptors(), patience);
+    EXPECT_TRUE(outcome.hasKey && outcome.isSignalled && outcome.isPosted);
     EXPECT_FALSE(outcome.isReaderGone);
 }
 
@@ -103,6 +110,8 @@ TEST_F(WatchWaitTest, keysThatCannotBePolledAreHeardAndAreNoEndlessAnswer) {
     EXPECT_TRUE(wait.wait(descriptors(), patience).hasKey);
     m_signals.write();
     EXPECT_TRUE(wait.wait(descriptors(), patience).isSignalled);
+    m_posted.write();
+    EXPECT_TRUE(wait.wait(descriptors(), patience).isPosted);
     EXPECT_EQ(m_refusals, 1);
 }
 

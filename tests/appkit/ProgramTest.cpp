@@ -33,7 +33,7 @@ public:
                 environment.push_back(std::string(name) + "=" + value);
             }
         }
-        environment.insert(environment.end(), extraEnvironment.begin(), extraEnvironment.end());
+        environment.insert(environment.begin(), extraEnvironment.begin(), extraEnvironment.end()); // the first holds
         Lines command = {MENUBAR_PROGRAM};
         command.insert(command.end(), arguments.begin(), arguments.end());
         posix_spawn_file_actions_t files;
@@ -140,6 +140,21 @@ Lines childrenOf(pid_t process) {
     EXPECT_TRUE(isListed) << "the program itself is in the list of processes";
     return names;
 }
+
+#ifndef __APPLE__
+TEST(Program, saysInASentenceThatThereIsNoDisplay) {
+    Program program({"DISPLAY=:64999"});
+    EXPECT_EQ(program.wait(), 1);
+    const Lines lines = program.errorLines();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(),
+              "ostrel-menubar: the display :64999 cannot be opened; ostrel-menubarctl shows the menu in a "
+              "terminal");
+    for (const std::string& line : lines) {
+        EXPECT_EQ(line.find("Exception"), std::string::npos) << line;
+    }
+}
+#endif
 
 TEST(Program, firstSaysWhichFileItWatchesAndEndsCleanlyOnSigterm) {
     Program program;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 using menubar::JSONValue;
+using menubar::e2e::ChildProcess;
 using menubar::e2e::ScratchHome;
 using testing::HasSubstr;
 using testing::Not;
@@ -191,7 +192,9 @@ TEST(HostileTexts, aTitleOfTenThousandCharactersIsOneLineOfTheTerminal) {
     const std::string name(10'000, 'n');
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"ok","dirName":")" + name + "\"}]}");
     EXPECT_EQ(titleOf(home.atFixedTime({"menu", "--json"}).output, 3), name + " · unknown · -- · unknown");
-    EXPECT_THAT(home.atFixedTime({"menu"}).output, HasSubstr("\n  " + std::string(77, 'n') + "…\n"));
+    auto onTerminal = home.menubarctl({"menu", "--now", "2025-03-04T10:15:33Z"});
+    onTerminal.output = ChildProcess::Output::terminal;
+    EXPECT_THAT(ScratchHome::run(onTerminal).output, HasSubstr("\n  \x1b[2m" + std::string(77, 'n') + "…\x1b[0m\r\n"));
 }
 
 TEST(HostileTexts, tenThousandSessionsAreAllListed) {

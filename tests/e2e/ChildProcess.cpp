@@ -152,6 +152,12 @@ void ChildProcess::send(int signal) const {
     }
 }
 
+void ChildProcess::type(std::string_view keys) const {
+    if (::write(m_outputDescriptor, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
+        fail("write");
+    }
+}
+
 void ChildProcess::resizeTerminal(unsigned short columns, unsigned short rows) const {
     setSize(m_outputDescriptor, columns, rows);
 }

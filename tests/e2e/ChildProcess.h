@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -44,6 +45,8 @@ public:
     [[nodiscard]] pid_t pid() const { return m_pid; }
 
     void send(int signal) const;
+    /// Types on the terminal.
+    void type(std::string_view keys) const;
     void resizeTerminal(unsigned short columns, unsigned short rows) const;
 
     /// Collects output until `isEnough` says so; false when the child ended, or the time was up, before.

@@ -91,7 +91,7 @@ TEST_F(CommandsTest, focusComplainsWhenThereIsNotOneTerminalToBringForward) {
     EXPECT_EQ(complaintOf({"focus", "web"}),
               "ostrel-menubarctl: several sessions are called \"web\": web (id-2), web (id-5)\n");
     EXPECT_EQ(complaintOf({"focus", "docs"}), "ostrel-menubarctl: the session \"docs\" is in no cmux workspace\n");
-    EXPECT_EQ(complaintOf({"focus", "s4"}), "ostrel-menubarctl: the session \"s4\" is in no cmux workspace\n");
+    EXPECT_EQ(complaintOf({"focus", "s4"}), "ostrel-menubarctl: the session \"infra\" is in no cmux workspace\n");
     EXPECT_THAT(calls(), IsEmpty());
 }
 
@@ -150,12 +150,47 @@ TEST_F(CommandsTest, theDaemonIsStartedRestartedAndStopped) {
 TEST_F(CommandsTest, aDaemonThatCannotBeControlledIsAFailure) {
     EXPECT_EQ(complaintOf({"daemon", "start"}),
               "ostrel-menubarctl: the daemon is not installed (run: ostrel install)\n");
-    EXPECT_EQ(complaintOf({"daemon", "stop"}),
-              "ostrel-menubarctl: the daemon is not installed (run: ostrel install)\n");
     home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist", "no property list");
-    EXPECT_EQ(complaintOf({"daemon", "stop"}),
-              "ostrel-menubarctl: launchctl failed with status 3: launchctl: Boot-out failed: 3: No such process\n");
     EXPECT_THAT(complaintOf({"daemon", "restart"}), HasSubstr("launchctl failed with status 5: "));
+}
+
+TEST_F(CommandsTest, stoppingADaemonThatDoesNotRunSaysSo) {
+    const auto result = run({"daemon", "stop"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "the daemon does not run\n");
+    EXPECT_EQ(result.errors, "");
+    home.writeStatus(sessions);
+    EXPECT_EQ(complaintOf({"daemon", "stop", "--now", "2025-03-04T10:15:33Z"}),
+              "ostrel-menubarctl: the daemon runs, but its launch agent is not loaded: end it where it was started\n");
+}
+
+TEST_F(CommandsTest, theDaemonsStatusIsOneLineAndAnExitStatus) {
+    const auto missing = home.atFixedTime({"daemon", "status"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.output, "Daemon not running\n");
+    home.writeStatus(sessions);
+    const auto running = home.atFixedTime({"daemon", "status"});
+    EXPECT_EQ(running.status, 0);
+    EXPECT_EQ(running.output, "Daemon running (last poll 3s ago)\n");
+}
+
+TEST_F(CommandsTest, focusTakesTheBeginningOfANameTheNumberAndTheFirstThatWaits) {
+    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","sessions":[
+        {"sessionId":"id-1","dirName":"api","workspaceId":"w1","contextPct":5},
+        {"sessionId":"id-2","dirName":"web","workspaceId":"w2","contextPct":90},
+        {"sessionId":"id-3","dirName":"docs","workspaceId":"w3","contextPct":50}]})");
+    EXPECT_EQ(run({"focus", "ap"}).errors, "");
+    EXPECT_EQ(run({"focus", "1"}).errors, ""); // the fullest is the first of the menu
+    EXPECT_EQ(complaintOf({"focus", "id"}),
+              "ostrel-menubarctl: several sessions begin with \"id\": web (id-2), docs (id-3), api (id-1)\n");
+    EXPECT_EQ(complaintOf({"focus", "--waiting"}), "ostrel-menubarctl: no session needs input\n");
+    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","sessions":[
+        {"dirName":"api","workspaceId":"w1","lifecycle":"needsInput"},{"dirName":"web","workspaceId":"w2"}]})");
+    EXPECT_EQ(run({"focus", "--waiting"}).errors, "");
+    const auto selects = [](const std::string& workspace) {
+        return R"({"arguments":["select-workspace","--workspace",")" + workspace + R"("],"quiet":"1","tool":"cmux"})";
+    };
+    EXPECT_THAT(calls(), ElementsAre(selects("w1"), selects("w2"), selects("w1")));
 }
 
 TEST_F(CommandsTest, aMachineWithoutLaunchctlSaysSo) {

@@ -247,7 +247,7 @@ TEST_F(SettingsTest, aWrongNumberOfValuesIsAWrongCommandLine) {
         const Result result = settings(arguments);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.errors, HasSubstr("\nusage: ostrel-menubarctl status"));
+        EXPECT_THAT(result.errors, HasSubstr("\ntry: ostrel-menubarctl help settings set\n"));
         EXPECT_TRUE(directory().empty());
     }
 }

@@ -17,10 +17,11 @@ constexpr const char* critical =
     R"({"at":"2025-03-04T10:15:33Z","sessions":[{"dirName":"web","level":"critical","contextPct":93}]})";
 
 /// Runs a command at the fixed time on a terminal.
-std::string onTerminal(const ScratchHome& home, std::vector<std::string> arguments) {
+std::string onTerminal(const ScratchHome& home, std::vector<std::string> arguments, unsigned short columns = 80) {
     arguments.insert(arguments.end(), ScratchHome::fixedTime.begin(), ScratchHome::fixedTime.end());
     auto options = home.menubarctl(std::move(arguments));
     options.output = ChildProcess::Output::terminal;
+    options.columns = columns;
     const auto result = ScratchHome::run(options);
     EXPECT_EQ(result.status, 0) << result.errors;
     return result.output;
@@ -37,6 +38,33 @@ TEST(OnATerminal, tonesAreColouredAndDisabledItemsDim) {
     EXPECT_THAT(menu, HasSubstr("\x1b[2mNo handoffs\x1b[0m"));
     EXPECT_THAT(menu, HasSubstr("\r\n  Refresh\r\n"));
     EXPECT_THAT(onTerminal(home, {"status"}), HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
+}
+
+TEST(OnATerminal, sessionsFitItsWidth) {
+    const ScratchHome home;
+    home.writeStatus(
+        R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"ok","contextPct":5,"lifecycle":"needsInput",)"
+        R"("cacheExpiresAt":"2025-03-04T10:20:33Z","dirName":"a-name-that-is-much-too-long-for-it"}]})");
+    const std::string line = onTerminal(home, {"sessions"}, 60);
+    EXPECT_THAT(line, HasSubstr("\x1b[32m◉\x1b[0m"));
+    EXPECT_THAT(line, HasSubstr(" a-name-that-is…    5%  needs input  cache expires in 5m\x1b[0m\r\n"));
+}
+
+TEST(OnATerminal, aSavedSettingSaysWhatHasToHappenNext) {
+    ScratchHome home;
+    home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
+    home.write(".config/ostrel/config.json", "{}");
+    const std::string hint = "restart the daemon to apply: ostrel-menubarctl daemon restart\n";
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"settings", "set", "warn-context", "45%"}, {"settings", "reset", "warn-context"}}) {
+        auto options = home.menubarctl(arguments);
+        EXPECT_EQ(ScratchHome::run(options).errors, "");
+        options.output = ChildProcess::Output::terminal;
+        const auto result = ScratchHome::run(options);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.output, testing::StartsWith("settings saved to "));
+        EXPECT_EQ(result.errors, hint);
+    }
 }
 
 TEST(OnATerminal, jsonHoldsNothingThatTheTerminalObeys) {
@@ -58,11 +86,24 @@ TEST(OnATerminal, diagnosticLinesHoldNothingThatTheTerminalObeys) {
     EXPECT_THAT(result.output, HasSubstr("ostrel-menubar: watching /no/\uFFFD[31m\uFFFDsuch\r\n"));
 }
 
-TEST(AwayFromATerminal, thereAreNoEscapesAndEightyColumns) {
+TEST(AwayFromATerminal, thereAreNoEscapesAndNothingIsCut) {
     const ScratchHome home;
+    const std::string name(300, 'x');
     home.writeStatus(R"({"at":"2025-03-04T10:15:33Z","sessions":[{"level":"critical","contextPct":93,"dirName":")" +
-                     std::string(300, 'x') + "\"}]}");
+                     name + "\"}]}");
     const std::string menu = home.atFixedTime({"menu"}).output;
     EXPECT_THAT(menu, Not(HasSubstr("\x1b")));
-    EXPECT_THAT(menu, HasSubstr("\n  [critical] " + std::string(66, 'x') + "…\n"));
+    EXPECT_THAT(menu, HasSubstr("\n  [critical] " + name + " · unknown · 93% · unknown\n"));
+    EXPECT_EQ(home.atFixedTime({"sessions"}).output, "1  ▲ " + name + "   93%  unknown\n");
+}
+
+TEST(AwayFromATerminal, coloursComeWhenTheyAreAskedFor) {
+    ScratchHome home;
+    home.writeStatus(critical);
+    EXPECT_THAT(home.atFixedTime({"menu", "--color", "always"}).output, HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
+    home.environment["CLICOLOR_FORCE"] = "1";
+    EXPECT_THAT(home.atFixedTime({"sessions"}).output, HasSubstr("\x1b[31m▲\x1b[0m"));
+    EXPECT_THAT(home.atFixedTime({"sessions", "--color=never"}).output, Not(HasSubstr("\x1b")));
+    home.environment["NO_COLOR"] = "1";
+    EXPECT_THAT(home.atFixedTime({"sessions"}).output, Not(HasSubstr("\x1b")));
 }

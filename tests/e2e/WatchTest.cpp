@@ -31,6 +31,10 @@ auto contains(std::string part) {
     return [part = std::move(part)](const std::string& output) { return output.find(part) != std::string::npos; };
 }
 
+auto endsWith(std::string part) {
+    return [part = std::move(part)](const std::string& output) { return output.ends_with(part); };
+}
+
 /// The last frame of a screen's output.
 std::string lastFrame(const std::string& output) {
     const std::size_t at = output.rfind("\x1b[H");
@@ -61,7 +65,11 @@ TEST(MenuWatch, redrawsInPlaceAndFollowsTheFile) {
     ASSERT_TRUE(watch.readUntil(contains("Daemon stopped at 10:15")));
     // The old frame is written over, never cleared first: that would flicker.
     EXPECT_THAT(watch.output(), Not(HasSubstr("\x1b[2J")));
-    EXPECT_THAT(lastFrame(watch.output()), EndsWith("\x1b[K\x1b[J"));
+    // What was there is erased before a line is written: after one that fills the row it would take its last column.
+    ASSERT_TRUE(watch.readUntil(endsWith("q ends\x1b[0m")));
+    const std::string frame = lastFrame(watch.output());
+    EXPECT_THAT(frame, StartsWith("\x1b[H\x1b[K  \x1b[2m⊘ --"));
+    EXPECT_THAT(frame, HasSubstr("\r\n\x1b[J\x1b[2m  ↑↓ move"));
 }
 
 TEST(MenuWatch, followsTheSizeOfTheWindow) {
@@ -71,10 +79,10 @@ TEST(MenuWatch, followsTheSizeOfTheWindow) {
     ChildProcess watch(options);
     ASSERT_TRUE(watch.readUntil(contains("Quit")));
     watch.resizeTerminal(30, 5);
-    ASSERT_TRUE(watch.readUntil(contains("more lines")));
-    const std::string frame = lastFrame(watch.output());
-    EXPECT_THAT(frame, HasSubstr("more lines"));
-    EXPECT_THAT(frame, Not(HasSubstr("Quit")));
+    ASSERT_TRUE(watch.readUntil(endsWith("\x1b[2m  q ends\x1b[0m")));
+    EXPECT_THAT(lastFrame(watch.output()), Not(HasSubstr("Quit")));
+    watch.resizeTerminal(80, 9);
+    EXPECT_TRUE(watch.readUntil(contains("more lines · ")));
 }
 
 TEST(MenuWatch, givesTheTerminalBackWhileItIsSuspended) {

@@ -6,7 +6,10 @@
 #import "compat/gnustep/look/SymbolImage.h"
 #import "compat/gnustep/shim/SheetWindow.h"
 
+#import <AppKit/AppKitExceptions.h>
+
 #include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "compat/gnustep/desktop/XdgOpener.h"
 #include "compat/gnustep/shim/Process.h"
@@ -105,11 +108,28 @@ void registerLook() {
     }];
 }
 
+/// Nobody catches what is thrown before the event loop runs: a person is told in a sentence, not by an exception's
+/// name.
+[[noreturn]] void endWithASentence(NSException* exception) {
+    const Environment environment = processEnvironment();
+    const std::string_view display = variable(environment, "DISPLAY");
+    if (![[exception name] isEqualToString:NSWindowServerCommunicationException]) {
+        log(toString([NSString stringWithFormat:@"%@: %@", [exception name], [exception reason]]));
+    } else if (display.empty()) {
+        log("there is no display: DISPLAY is not set; ostrel-menubarctl shows the menu in a terminal");
+    } else {
+        log("the display " + std::string(display) +
+            " cannot be opened; ostrel-menubarctl shows the menu in a terminal");
+    }
+    ::_exit(1);
+}
+
 } // namespace
 
 namespace Desktop {
 
 void prepareProcess() {
+    NSSetUncaughtExceptionHandler(endWithASentence);
     Process::holdTerminationSignals();
     hideArguments();
     moveFoldersHome();

@@ -1,0 +1,2 @@
+# The script is the program's own, so that the two are never of different versions.
+eval "$(ostrel-menubarctl completions bash)"
