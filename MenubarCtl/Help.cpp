@@ -13,7 +13,6 @@ constexpr std::size_t column = 22;
 
 /// A name, and beside it, or below it where it is too long, what it means; each further line of that in the column.
 void addEntry(std::string& text, const std::string& name, std::string_view meaning) {
-    const std::string indentation(column, ' ');
     std::string line = "  " + name;
     if (line.size() + 2 > column) {
         text += line + "\n";
