@@ -25,7 +25,7 @@ namespace menubar {
 
 /// Everything that lives as long as the process, in the order of dependence.
 class Application {
-  public:
+public:
     Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools,
                 std::chrono::milliseconds pollInterval)
         : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)),
@@ -61,7 +61,7 @@ class Application {
 
     [[nodiscard]] SaveBeforeQuit& saveBeforeQuit() { return m_saveBeforeQuit; }
 
-  private:
+private:
     static CommandResult runCommand(const std::string& executable, const std::vector<std::string>& arguments) {
         return CommandRunner::runSync(executable, arguments);
     }

@@ -17,7 +17,7 @@ namespace menubar {
 /// Made and destroyed on the main thread. Destroying it waits for the background actions; what was posted and has not
 /// run by then never runs.
 class AppKitMainLoop final : public MainLoop {
-  public:
+public:
     AppKitMainLoop();
     ~AppKitMainLoop() override;
 
@@ -26,7 +26,7 @@ class AppKitMainLoop final : public MainLoop {
     [[nodiscard]] std::unique_ptr<RepeatingTimer> repeat(std::chrono::milliseconds interval,
                                                          std::chrono::milliseconds tolerance, Action action) override;
 
-  private:
+private:
     ObjCPointer<MainThreadQueue> m_queue;
     std::unique_ptr<BackgroundQueue> m_background;
 };

@@ -104,12 +104,12 @@ namespace menubar {
 namespace {
 
 class AppKitTimer final : public RepeatingTimer {
-  public:
+public:
     explicit AppKitTimer(ObjCPointer<NSTimer> timer) : m_timer(std::move(timer)) {}
 
     ~AppKitTimer() override { [m_timer.get() invalidate]; }
 
-  private:
+private:
     ObjCPointer<NSTimer> m_timer;
 };
 

@@ -15,7 +15,7 @@ namespace menubar {
 
 /// One NSStatusItem and one NSMenu for the life of this object. Main thread.
 class AppKitStatusItem final : public StatusItem {
-  public:
+public:
     AppKitStatusItem();
     ~AppKitStatusItem() override;
 
@@ -31,7 +31,7 @@ class AppKitStatusItem final : public StatusItem {
 
     [[nodiscard]] NSMenu* nativeMenu() const { return m_menu.get(); }
 
-  private:
+private:
     ObjCPointer<StatusMenuTarget> m_target;
     ObjCPointer<NSMenu> m_menu;
     ObjCPointer<NSStatusItem> m_item;

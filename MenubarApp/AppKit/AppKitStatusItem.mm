@@ -15,14 +15,10 @@ namespace {
 
 NSColor* tintOf(StatusItemPresentation::Tone tone) {
     switch (tone) {
-    case StatusItemPresentation::Tone::ok:
-        return [NSColor systemGreenColor];
-    case StatusItemPresentation::Tone::warn:
-        return [NSColor systemOrangeColor];
-    case StatusItemPresentation::Tone::critical:
-        return [NSColor systemRedColor];
-    case StatusItemPresentation::Tone::muted:
-        return [NSColor secondaryLabelColor];
+    case StatusItemPresentation::Tone::ok: return [NSColor systemGreenColor];
+    case StatusItemPresentation::Tone::warn: return [NSColor systemOrangeColor];
+    case StatusItemPresentation::Tone::critical: return [NSColor systemRedColor];
+    case StatusItemPresentation::Tone::muted: return [NSColor secondaryLabelColor];
     }
     return [NSColor secondaryLabelColor];
 }

@@ -30,7 +30,7 @@ namespace menubar {
 ///
 /// While it carries out a call it reports nothing, but for what `commitEditing` and `focus` are there to report.
 class AppKitViewHost final : public ViewHost {
-  public:
+public:
     /// `contentView` is flipped. A MenubarContentView tells of its resizing; any other view is taken to keep its size.
     explicit AppKitViewHost(NSView* contentView);
     /// The controls that are left go too, silently. The window is still there: it has to let go of what has its focus.
@@ -57,7 +57,7 @@ class AppKitViewHost final : public ViewHost {
     /// The part of it that takes keys.
     [[nodiscard]] NSView* keyView(ControlId id) const;
 
-  private:
+private:
     [[nodiscard]] ControlAdapter* adapter(ControlId id) const;
     /// The view that holds what lies inside a control, or in the window.
     [[nodiscard]] NSView* contentOf(ControlId id) const;

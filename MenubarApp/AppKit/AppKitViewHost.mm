@@ -49,7 +49,8 @@ namespace {
 using Order = std::unordered_map<NSView*, std::size_t>;
 
 /// By the ranks in `context`. The two AppKits type the views differently.
-template <class View> NSComparisonResult compare(View first, View second, void* context) {
+template <class View>
+NSComparisonResult compare(View first, View second, void* context) {
     const auto& order = *static_cast<const Order*>(context);
     const auto rank = [&order](NSView* view) {
         const auto found = order.find(view);
@@ -69,20 +70,35 @@ struct MakeAdapter {
 
     // No controls, and never asked for.
     AdapterPointer operator()(const VStack&) const { return nullptr; }
+
     AdapterPointer operator()(const HStack&) const { return nullptr; }
+
     AdapterPointer operator()(const Spacer&) const { return nullptr; }
+
     AdapterPointer operator()(const ScrollView&) const { return makeScrollViewAdapter(); }
+
     AdapterPointer operator()(const Box&) const { return makeBoxAdapter(); }
+
     AdapterPointer operator()(const Text&) const { return makeTextAdapter(); }
+
     AdapterPointer operator()(const Symbol&) const { return makeSymbolAdapter(); }
+
     AdapterPointer operator()(const Divider&) const { return makeDividerAdapter(); }
+
     AdapterPointer operator()(const Button&) const { return makeButtonAdapter(reporter); }
+
     AdapterPointer operator()(const Toggle&) const { return makeToggleAdapter(reporter); }
+
     AdapterPointer operator()(const Checkbox&) const { return makeCheckboxAdapter(reporter); }
+
     AdapterPointer operator()(const TextField&) const { return makeTextFieldAdapter(reporter); }
+
     AdapterPointer operator()(const TextEditor&) const { return makeTextEditorAdapter(reporter); }
+
     AdapterPointer operator()(const Stepper&) const { return makeStepperAdapter(reporter); }
+
     AdapterPointer operator()(const Picker&) const { return makePickerAdapter(reporter); }
+
     AdapterPointer operator()(const Spinner&) const { return makeSpinnerAdapter(); }
 };
 

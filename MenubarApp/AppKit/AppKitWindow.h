@@ -15,7 +15,7 @@ namespace menubar {
 
 /// A window on an NSWindow. Main thread.
 class AppKitWindow final : public Window {
-  public:
+public:
     AppKitWindow(const WindowOptions& options, std::weak_ptr<WindowEvents> events);
     ~AppKitWindow() override;
 
@@ -28,7 +28,7 @@ class AppKitWindow final : public Window {
 
     [[nodiscard]] NSWindow* window() const { return m_window.get(); }
 
-  private:
+private:
     /// What waits for a person's answer no longer does.
     void withdrawQuestions();
 
@@ -40,7 +40,7 @@ class AppKitWindow final : public Window {
 };
 
 class AppKitWindowFactory final : public WindowFactory {
-  public:
+public:
     [[nodiscard]] std::unique_ptr<Window> makeWindow(const WindowOptions& options,
                                                      std::weak_ptr<WindowEvents> events) override;
 };

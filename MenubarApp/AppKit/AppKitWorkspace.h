@@ -13,7 +13,7 @@ namespace menubar {
 
 /// The desktop's file opener, and the application object. Main thread.
 class AppKitWorkspace final : public Workspace {
-  public:
+public:
     AppKitWorkspace();
     explicit AppKitWorkspace(std::unique_ptr<FileOpener> opener);
     ~AppKitWorkspace() override;
@@ -24,7 +24,7 @@ class AppKitWorkspace final : public Workspace {
     Subscription onWake(std::function<void()> action) override;
     void terminate() override;
 
-  private:
+private:
     std::unique_ptr<FileOpener> m_opener;
     Observers m_wakeObservers;
     ObjCPointer<WakeListener> m_wakeListener;

@@ -21,10 +21,8 @@ SEL selectorOf(const MenuItem& value) {
 
 NSUInteger modifierMask(KeyModifiers modifiers) {
     switch (modifiers) {
-    case KeyModifiers::command:
-        return NSEventModifierFlagCommand;
-    case KeyModifiers::shiftCommand:
-        return NSEventModifierFlagShift | NSEventModifierFlagCommand;
+    case KeyModifiers::command: return NSEventModifierFlagCommand;
+    case KeyModifiers::shiftCommand: return NSEventModifierFlagShift | NSEventModifierFlagCommand;
     }
     return NSEventModifierFlagCommand;
 }

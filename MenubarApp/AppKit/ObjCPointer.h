@@ -9,8 +9,9 @@ namespace menubar {
 /// Owns one reference to an Objective-C object, or to none. The sources are compiled without automatic reference
 /// counting, which the Debian runtime does not have: every reference that outlives a function is held by one of these,
 /// in C++ objects and in Objective-C ones.
-template <typename T> class ObjCPointer {
-  public:
+template <typename T>
+class ObjCPointer {
+public:
     ObjCPointer() = default;
 
     /// Takes over the reference that the caller owns: of an `alloc`, `new` or `copy`.
@@ -35,7 +36,7 @@ template <typename T> class ObjCPointer {
 
     explicit operator bool() const { return m_object != nil; }
 
-  private:
+private:
     explicit ObjCPointer(T* owned) : m_object(owned) {}
 
     T* m_object = nil;

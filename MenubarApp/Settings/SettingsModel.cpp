@@ -89,8 +89,8 @@ std::shared_ptr<SettingsModel> SettingsModel::create(Environment environment, st
 
 SettingsModel::SettingsModel(Environment environment, std::string home, Ports ports)
     : m_environment(std::move(environment)), m_home(std::move(home)), m_plistPath(launchAgentPlistPath(m_home)),
-      m_ports(std::move(ports)), m_saver(m_ports.mainLoop, m_ports.run, m_ports.log), m_follower(m_ports.mainLoop, m_ports.files),
-      m_configPath(defaultConfigPath(nullptr, m_environment, m_home)),
+      m_ports(std::move(ports)), m_saver(m_ports.mainLoop, m_ports.run, m_ports.log),
+      m_follower(m_ports.mainLoop, m_ports.files), m_configPath(defaultConfigPath(nullptr, m_environment, m_home)),
       m_isDaemonInstalled(m_ports.files.exists(m_plistPath)) {}
 
 // Loading

@@ -17,7 +17,7 @@ using Lines = std::vector<std::string>;
 constexpr unichar space = ' ';
 
 class ControlInAWindow : public driver::ControlsInAWindow {
-  protected:
+protected:
     Lines takeLog() { return m_events->takeLog(); }
 
     Measured measured(ControlId shown, const View::Content& content) {

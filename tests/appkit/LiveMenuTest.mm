@@ -23,7 +23,7 @@ constexpr unichar escapeKey = 0x1B;
 
 /// The real item, counting the probes, which a test may answer itself.
 class ProbedStatusItem final : public StatusItem {
-  public:
+public:
     void apply(const StatusItemPresentation& presentation) override { real.apply(presentation); }
 
     void setMenu(const Menu& menu) override { real.setMenu(menu); }
@@ -40,7 +40,7 @@ class ProbedStatusItem final : public StatusItem {
 
 /// The controller on the real item and main loop, with files, clock and commands that the test plays.
 class LiveMenu : public ::testing::Test {
-  protected:
+protected:
     static constexpr const char* statusPath = "/home/ann/status.json";
 
     LiveMenu() {

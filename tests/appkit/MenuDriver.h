@@ -16,7 +16,7 @@ namespace menubar::driver {
 
 /// What happened to the menu, a line each: "willOpen", "didClose", "focusSession tag=1", "openHandoff path=/a".
 class RecordingEvents final : public StatusMenuEvents {
-  public:
+public:
     void menuNeedsUpdate() override;
     void menuWillOpen() override;
     void menuDidClose() override;

@@ -17,7 +17,7 @@ namespace menubar {
 namespace {
 
 class MenuRenderer : public ::testing::Test {
-  protected:
+protected:
     NSMenuItem* render(const MenuItem& value) {
         NSArray* items = makeMenuItems({value}, m_target.get());
         EXPECT_EQ([items count], 1U);

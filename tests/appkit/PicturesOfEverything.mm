@@ -76,7 +76,7 @@ void takeMenu(const std::string& name) {
 
 /// The framework's word for what runs only on request.
 class DISABLED_Pictures : public driver::ControlsInAWindow {
-  protected:
+protected:
     void show(const std::string& name, const std::vector<View>& rows, double width = 600, bool isFocused = false) {
         [m_window.get() setContentSize:NSMakeSize(width, 400)];
         recording::LaterQueue queue;

@@ -56,7 +56,7 @@ using testing::StartsWith;
 constexpr NSUInteger command = NSEventModifierFlagCommand;
 
 class SettingsWindowTest : public testing::Test {
-  protected:
+protected:
     void open() {
         m_screen.open();
         ASSERT_TRUE(m_screen.waitToShow("First group")) << "not loaded";
@@ -318,7 +318,7 @@ TEST_F(SettingsWindowTest, tabFollowsTheRows) {
 }
 
 class MainMenuKeysTest : public SettingsWindowTest {
-  protected:
+protected:
     MainMenuKeysTest() {
         m_shows = ObjCPointer<ShowCounter>::adopt([[ShowCounter alloc] init]);
         installMainMenu(m_shows.get());

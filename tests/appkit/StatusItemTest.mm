@@ -20,7 +20,7 @@ const StatusItemPresentation running = {
     .symbolName = "eye", .title = "72%", .tone = Tone::ok, .tooltip = "Daemon running (last poll 3s ago)"};
 
 class StatusItemOnScreen : public ::testing::Test {
-  protected:
+protected:
     NSStatusBarButton* button() { return [m_item.nativeItem() button]; }
 
     /// Of the item on the screen.

@@ -16,7 +16,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 class TextEditorInAWindow : public driver::ControlsInAWindow {
-  protected:
+protected:
     MenubarTextEditor* text(ControlId shown) { return static_cast<MenubarTextEditor*>(host().keyView(shown)); }
 
     void select(NSUInteger start, NSUInteger length) { [editor() setSelectedRange:NSMakeRange(start, length)]; }

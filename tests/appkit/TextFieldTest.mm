@@ -26,7 +26,7 @@ constexpr unichar escape = 0x1B;
 constexpr unichar enter = '\r';
 
 class TextFieldInAWindow : public driver::ControlsInAWindow {
-  protected:
+protected:
     MenubarTextField* field(ControlId shown) { return native<MenubarTextField>(shown); }
 
     void select(NSUInteger start, NSUInteger length) { [editor() setSelectedRange:NSMakeRange(start, length)]; }

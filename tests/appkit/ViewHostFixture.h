@@ -20,20 +20,27 @@ namespace menubar::driver {
 /// What a host told, a line each: "pressed 1", "toggled 2 on", "stepped 3 up", "picked 4 0", "began 5", "text 5: abc",
 /// "ended 5". Sizes are kept apart.
 class RecordingViewEvents final : public ViewEvents {
-  public:
+public:
     void resized(Size size) override { sizes.push_back(size); }
+
     void pressed(ControlId id) override { note("pressed " + std::to_string(id)); }
+
     void toggled(ControlId id, bool isOn) override { note("toggled " + std::to_string(id) + (isOn ? " on" : " off")); }
+
     void stepped(ControlId id, StepDirection direction) override {
         note("stepped " + std::to_string(id) + (direction == StepDirection::up ? " up" : " down"));
     }
+
     void picked(ControlId id, std::size_t option) override {
         note("picked " + std::to_string(id) + " " + std::to_string(option));
     }
+
     void editingBegan(ControlId id) override { note("began " + std::to_string(id)); }
+
     void textChanged(ControlId id, const std::string& text) override {
         note("text " + std::to_string(id) + ": " + text);
     }
+
     void editingEnded(ControlId id) override { note("ended " + std::to_string(id)); }
 
     std::vector<std::string> takeLog() { return std::exchange(log, {}); }
@@ -42,7 +49,7 @@ class RecordingViewEvents final : public ViewEvents {
     std::vector<Size> sizes;
     std::function<void()> onEvent; ///< after each line
 
-  private:
+private:
     void note(const std::string& line) {
         log.push_back(line);
         if (onEvent) {
@@ -53,7 +60,7 @@ class RecordingViewEvents final : public ViewEvents {
 
 /// A window on the screen with a host for its content.
 class ControlsInAWindow : public ::testing::Test {
-  protected:
+protected:
     ControlsInAWindow();
     ~ControlsInAWindow() override;
 
@@ -62,11 +69,15 @@ class ControlsInAWindow : public ::testing::Test {
     /// Shows `now` in the control, which showed `before`.
     void update(ControlId shown, const View::Content& now, const View::Content& before);
 
-    template <class View> View* native(ControlId shown) const { return static_cast<View*>(host().nativeView(shown)); }
+    template <class View>
+    View* native(ControlId shown) const {
+        return static_cast<View*>(host().nativeView(shown));
+    }
 
     [[nodiscard]] AppKitViewHost& host() const { return *m_host; }
 
     void focus(ControlId shown) { [m_window.get() makeFirstResponder:host().keyView(shown)]; }
+
     /// The control that has the focus, also through the field editor.
     [[nodiscard]] ControlId focused() const;
 
@@ -85,7 +96,7 @@ class ControlsInAWindow : public ::testing::Test {
     std::shared_ptr<RecordingViewEvents> m_events = std::make_shared<RecordingViewEvents>();
     std::unique_ptr<AppKitViewHost> m_host;
 
-  private:
+private:
     ControlId m_lastId = windowContent;
 };
 

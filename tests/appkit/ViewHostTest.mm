@@ -24,7 +24,7 @@ using Lines = std::vector<std::string>;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 class ViewHostInAWindow : public driver::ControlsInAWindow {
-  protected:
+protected:
     Lines takeLog() { return m_events->takeLog(); }
 
     Measured measured(ControlId shown, const View::Content& content, double width = infinity) {

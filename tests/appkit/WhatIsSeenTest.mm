@@ -28,7 +28,7 @@ using driver::placeInPicture;
 // Controls
 
 class WhatIsSeen : public driver::ControlsInAWindow {
-  protected:
+protected:
     /// The model changes a control from `before` to `after`, and back.
     void change(const View::Content& before, const View::Content& after) {
         const ControlId shown = add(before);
@@ -131,7 +131,7 @@ TEST_F(WhatIsSeen, aTitleThatDoesNotFitEndsInAnEllipsis) {
 // The settings window
 
 class SettingsAreSeen : public testing::Test {
-  protected:
+protected:
     void open(std::string_view config) {
         m_screen.setSchema(R"({"properties": {"warn-context": {"default": 60}, "name": {"default": "d"}},
             "x-groups": [{"id": "one", "title": "Group", "settings": [

@@ -36,7 +36,7 @@ inline const Alert question{
 
 /// A window of the app, not shown yet, and what was answered to it.
 class WindowTest : public ::testing::Test {
-  protected:
+protected:
     WindowTest() { make(); }
 
     void make() {
@@ -65,7 +65,7 @@ class WindowTest : public ::testing::Test {
 
 /// Such a window, and a hand for its open panel.
 class OpenPanelTest : public WindowTest {
-  protected:
+protected:
     OpenPanelTest() { m_window->bringForward(); }
 
     ~OpenPanelTest() override { [m_hand.get() stop]; }

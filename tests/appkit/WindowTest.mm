@@ -95,8 +95,10 @@ TEST_F(WindowTest, closesForNobodyOnceItsReceiverIsGone) {
 TEST_F(WindowTest, mayBeDestroyedRightAfterItClosed) {
     struct Destroyer final : WindowEvents {
         void windowWillClose() override { isClosing = true; }
+
         bool isClosing = false;
     };
+
     const auto destroyer = std::make_shared<Destroyer>();
     AppKitWindowFactory factory;
     auto window = factory.makeWindow(options, destroyer);

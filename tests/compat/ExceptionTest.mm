@@ -32,7 +32,7 @@ struct Counter {
 
     ~Counter() { ++m_count; }
 
-  private:
+private:
     int& m_count;
 };
 

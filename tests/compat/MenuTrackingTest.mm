@@ -33,7 +33,7 @@ constexpr unichar down = NSDownArrowFunctionKey;
 constexpr unichar up = NSUpArrowFunctionKey;
 
 class StatusMenuOnScreen : public ::testing::Test {
-  protected:
+protected:
     StatusMenuOnScreen() {
         m_item.setEvents(m_events);
         MenuItem handoff = command("plan.md", MenuAction::openHandoff);
@@ -211,7 +211,7 @@ TEST_F(StatusMenuOnScreen, theTooltipShowsWhereTheMouseRestsAlsoOnADisabledItem)
 }
 
 class TallMenuOnScreen : public StatusMenuOnScreen {
-  protected:
+protected:
     static constexpr int sessions = 300;
 
     TallMenuOnScreen() {

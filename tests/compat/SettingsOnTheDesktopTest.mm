@@ -18,7 +18,7 @@ namespace menubar {
 namespace {
 
 class SettingsOnTheDesktop : public testing::Test {
-  protected:
+protected:
     void open() {
         m_screen.installDaemon();
         m_screen.setSchema(R"({"properties": {"note": {"default": "d"}},

@@ -19,7 +19,7 @@ const StatusItemPresentation running = {
     .symbolName = "eye", .title = "72%", .tone = Tone::ok, .tooltip = "Daemon running (last poll 3s ago)"};
 
 class StatusStrip : public ::testing::Test {
-  protected:
+protected:
     StatusStripItem* strip() { return static_cast<StatusStripItem*>(m_item.nativeItem()); }
 
     StatusStripButton* button() { return static_cast<StatusStripButton*>([strip() button]); }

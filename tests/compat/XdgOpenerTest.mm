@@ -26,7 +26,7 @@ using testing_support::TemporaryDirectory;
 
 /// An opener that writes its argument into a file.
 class OpenerProgram {
-  public:
+public:
     explicit OpenerProgram(const std::string& lastLine = "") {
         m_program = m_directory.write("opener", "#!/bin/sh\nprintf '%s|' \"$@\" > '" + log() + ".part'\nmv '" + log() +
                                                     ".part' '" + log() + "'\n" + lastLine + "\n");
@@ -42,7 +42,7 @@ class OpenerProgram {
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-  private:
+private:
     [[nodiscard]] std::string log() const { return m_directory / "log"; }
 
     TemporaryDirectory m_directory;

@@ -20,7 +20,7 @@ namespace menubar {
 namespace {
 
 class FinderOpener final : public FileOpener {
-  public:
+public:
     void open(const std::string& path) override { [[NSWorkspace sharedWorkspace] openURL:toFileURL(path)]; }
 
     void reveal(const std::string& path) override {
@@ -73,7 +73,7 @@ std::vector<ListedWindow> listedWindows() {
 /// An NSAlert as a sheet. Its handler is called however the sheet ends; the state that it shares with this object says
 /// whether anybody still wants the answer.
 class NativeAlertSheet final : public AlertSheet {
-  public:
+public:
     NativeAlertSheet(NSWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
         : m_state(std::make_shared<State>(std::move(answer))), m_window(ObjCPointer<NSWindow>::retain(window)),
           m_alert(ObjCPointer<NSAlert>::adopt([[NSAlert alloc] init])) {
@@ -101,7 +101,7 @@ class NativeAlertSheet final : public AlertSheet {
         }
     }
 
-  private:
+private:
     struct State {
         explicit State(std::function<void(std::size_t)> function) : answer(std::move(function)) {}
 

@@ -14,13 +14,11 @@ LoginItemError errorFrom(NSError* error) {
 
 /// SMAppService's main app is the main bundle of the process that asks.
 class MainAppLoginItem final : public LoginItem {
-  public:
+public:
     LoginItemState state() const override {
         switch ([[SMAppService mainAppService] status]) {
-        case SMAppServiceStatusEnabled:
-            return LoginItemState::on;
-        case SMAppServiceStatusRequiresApproval:
-            return LoginItemState::awaitsApproval;
+        case SMAppServiceStatusEnabled: return LoginItemState::on;
+        case SMAppServiceStatusRequiresApproval: return LoginItemState::awaitsApproval;
         case SMAppServiceStatusNotRegistered:
         case SMAppServiceStatusNotFound: // what some versions say of an app that was never registered
             break;
@@ -47,7 +45,7 @@ class MainAppLoginItem final : public LoginItem {
         return outcome(isDone, error);
     }
 
-  private:
+private:
     std::expected<LoginItemState, LoginItemError> outcome(bool isDone, NSError* error) const {
         if (!isDone) {
             return std::unexpected(errorFrom(error));

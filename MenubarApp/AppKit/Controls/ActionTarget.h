@@ -23,8 +23,9 @@
 namespace menubar {
 
 /// An adapter whose control sends an action.
-template <class Content, class NativeView> class ActionAdapter : public AdapterFor<Content, NativeView> {
-  public:
+template <class Content, class NativeView>
+class ActionAdapter : public AdapterFor<Content, NativeView> {
+public:
     void disconnect() override {
         [this->native() setTarget:nil];
         [this->native() setAction:nullptr];
@@ -32,7 +33,7 @@ template <class Content, class NativeView> class ActionAdapter : public AdapterF
 
     ~ActionAdapter() override { [this->native() setTarget:nil]; }
 
-  protected:
+protected:
     ActionAdapter(NativeView* owned, const Reporter& reporter, std::function<void(const Reporter&, NativeView*)> report)
         : AdapterFor<Content, NativeView>(owned),
           m_target(ObjCPointer<MenubarActionTarget>::adopt([[MenubarActionTarget alloc]
@@ -45,7 +46,7 @@ template <class Content, class NativeView> class ActionAdapter : public AdapterF
         [this->native() setAction:@selector(act:)];
     }
 
-  private:
+private:
     ObjCPointer<MenubarActionTarget> m_target;
 };
 

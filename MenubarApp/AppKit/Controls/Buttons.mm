@@ -17,7 +17,7 @@ auto toState(bool isOn) {
 }
 
 class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
-  public:
+public:
     explicit ButtonAdapter(const Reporter& reporter)
         : ActionAdapter([[MenubarButton alloc] initWithFrame:NSZeroRect], reporter, [](const Reporter& to, NSButton*) {
               to.sink->send([&](ViewEvents& events) { events.pressed(to.id); });
@@ -25,7 +25,7 @@ class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
         [native() setButtonType:NSButtonTypeMomentaryPushIn];
     }
 
-  protected:
+protected:
     void apply(const Change<Button>& change) override {
         NSButton* button = native();
         const Button& now = change.now;
@@ -46,7 +46,7 @@ class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
         }
     }
 
-  private:
+private:
     void showSymbol(const Button& now) {
         NSButton* button = native();
         if (now.symbol.empty()) {
@@ -61,17 +61,10 @@ class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
     void showShortcut(KeyShortcut shortcut) {
         NSString* key = @"";
         switch (shortcut) {
-        case KeyShortcut::none:
-            break;
-        case KeyShortcut::defaultAction:
-            key = @"\r";
-            break;
-        case KeyShortcut::cancelAction:
-            key = @"\033";
-            break;
-        case KeyShortcut::commandS:
-            key = @"s";
-            break;
+        case KeyShortcut::none: break;
+        case KeyShortcut::defaultAction: key = @"\r"; break;
+        case KeyShortcut::cancelAction: key = @"\033"; break;
+        case KeyShortcut::commandS: key = @"s"; break;
         }
         [native() setKeyEquivalent:key];
         [native() setKeyEquivalentModifierMask:shortcut == KeyShortcut::commandS ? NSEventModifierFlagCommand : 0];
@@ -79,13 +72,13 @@ class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
 };
 
 class ToggleAdapter final : public ActionAdapter<Toggle, NSSwitch> {
-  public:
+public:
     explicit ToggleAdapter(const Reporter& reporter)
         : ActionAdapter(
               [[MenubarSwitch alloc] initWithFrame:NSZeroRect], reporter,
               [](const Reporter& to, NSSwitch* sender) { reportState(to, [sender state] == NSControlStateValueOn); }) {}
 
-  protected:
+protected:
     void apply(const Change<Toggle>& change) override {
         if (change.in(&Toggle::isOn)) {
             [native() setState:static_cast<NSControlStateValue>(toState(change.now.isOn))];
@@ -97,7 +90,7 @@ class ToggleAdapter final : public ActionAdapter<Toggle, NSSwitch> {
 };
 
 class CheckboxAdapter final : public ActionAdapter<Checkbox, NSButton> {
-  public:
+public:
     explicit CheckboxAdapter(const Reporter& reporter)
         : ActionAdapter(
               [[MenubarButton alloc] initWithFrame:NSZeroRect], reporter,
@@ -106,7 +99,7 @@ class CheckboxAdapter final : public ActionAdapter<Checkbox, NSButton> {
         NativeLook::dressCheckbox(native());
     }
 
-  protected:
+protected:
     void apply(const Change<Checkbox>& change) override {
         if (change.in(&Checkbox::title)) {
             [native() setTitle:toNSString(change.now.title)];

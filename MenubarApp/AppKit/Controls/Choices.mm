@@ -12,10 +12,10 @@ namespace {
 /// an arrow that is held down goes on from where it began, whatever an action makes of it. A bound is there to stop an
 /// arrow that leads nowhere.
 class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
-  public:
+public:
     explicit StepperAdapter(const Reporter& reporter) : StepperAdapter(reporter, std::make_shared<State>()) {}
 
-  protected:
+protected:
     void apply(const Change<Stepper>& change) override {
         const Stepper& now = change.now;
         if (change.in(&Stepper::value, &Stepper::min, &Stepper::max)) {
@@ -32,7 +32,7 @@ class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
         }
     }
 
-  private:
+private:
     static constexpr double farAway = 1e9; // steps
 
     struct State {
@@ -64,10 +64,10 @@ class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
 };
 
 class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
-  public:
+public:
     explicit PickerAdapter(const Reporter& reporter) : ActionAdapter(newPicker(), reporter, report) {}
 
-  protected:
+protected:
     void apply(const Change<Picker>& change) override {
         if (change.in(&Picker::options)) {
             showOptions(change.now);
@@ -81,7 +81,7 @@ class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
         }
     }
 
-  private:
+private:
     /// Dressed before it gets its target, which goes with the cell.
     [[nodiscard]] static NSPopUpButton* newPicker() NS_RETURNS_RETAINED {
         NSPopUpButton* picker = [[MenubarPicker alloc] initWithFrame:NSZeroRect pullsDown:NO];

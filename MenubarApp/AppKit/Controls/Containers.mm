@@ -42,23 +42,23 @@ namespace menubar {
 namespace {
 
 class BoxAdapter final : public AdapterFor<Box, MenubarBoxView> {
-  public:
+public:
     BoxAdapter() : AdapterFor([[MenubarBoxView alloc] initWithFrame:NSZeroRect]) {}
 
-  protected:
+protected:
     void apply(const Change<Box>&) override {}
 };
 
 class DividerAdapter final : public AdapterFor<Divider, MenubarDividerView> {
-  public:
+public:
     DividerAdapter() : AdapterFor([[MenubarDividerView alloc] initWithFrame:NSZeroRect]) {}
 
-  protected:
+protected:
     void apply(const Change<Divider>&) override {}
 };
 
 class ScrollViewAdapter final : public AdapterFor<ScrollView, NSScrollView> {
-  public:
+public:
     ScrollViewAdapter() : AdapterFor(NativeLook::newScrollView()) {
         NSScrollView* scrollView = native();
         [scrollView setHasVerticalScroller:YES];
@@ -71,7 +71,7 @@ class ScrollViewAdapter final : public AdapterFor<ScrollView, NSScrollView> {
 
     [[nodiscard]] NSView* contentView() const override { return [native() documentView]; }
 
-  protected:
+protected:
     // Spacing is the layout's affair.
     void apply(const Change<ScrollView>&) override {}
 };

@@ -14,7 +14,7 @@ namespace {
 constexpr double boundless = 1e6;
 
 class TextAdapter final : public AdapterFor<Text, NSTextField> {
-  public:
+public:
     TextAdapter() : AdapterFor([[NSTextField alloc] initWithFrame:NSZeroRect]) {
         NSTextField* label = native();
         NativeLook::dressLabel(label);
@@ -46,7 +46,7 @@ class TextAdapter final : public AdapterFor<Text, NSTextField> {
                 .baseline = std::round(line + std::min(0.0, static_cast<double>([font descender])))};
     }
 
-  protected:
+protected:
     void apply(const Change<Text>& change) override {
         NSTextField* label = native();
         const Text& text = change.now;
@@ -68,14 +68,14 @@ class TextAdapter final : public AdapterFor<Text, NSTextField> {
         }
     }
 
-  private:
+private:
     [[nodiscard]] static double lineHeight(NSFont* font) {
         return std::ceil([@"Xg" sizeWithAttributes:@{NSFontAttributeName : font}].height);
     }
 };
 
 class SymbolAdapter final : public AdapterFor<Symbol, NSImageView> {
-  public:
+public:
     SymbolAdapter() : AdapterFor(NativeLook::newSymbolView()) {}
 
     [[nodiscard]] Measured measure(const View::Content& shown, double) const override {
@@ -86,7 +86,7 @@ class SymbolAdapter final : public AdapterFor<Symbol, NSImageView> {
                 .baseline = Look::centeredBaseline(height, Look::font(std::get<Symbol>(shown).font))};
     }
 
-  protected:
+protected:
     void apply(const Change<Symbol>& change) override {
         const Symbol& symbol = change.now;
         if (change.in(&Symbol::name, &Symbol::description, &Symbol::font)) {
@@ -100,7 +100,7 @@ class SymbolAdapter final : public AdapterFor<Symbol, NSImageView> {
 };
 
 class SpinnerAdapter final : public AdapterFor<Spinner, NSProgressIndicator> {
-  public:
+public:
     SpinnerAdapter() : AdapterFor([[NSProgressIndicator alloc] initWithFrame:NSMakeRect(0, 0, side, side)]) {
         [native() setStyle:NSProgressIndicatorStyleSpinning];
         [native() setIndeterminate:YES];
@@ -114,10 +114,10 @@ class SpinnerAdapter final : public AdapterFor<Spinner, NSProgressIndicator> {
 
     void disconnect() override { [native() stopAnimation:nil]; }
 
-  protected:
+protected:
     void apply(const Change<Spinner>&) override {}
 
-  private:
+private:
     static constexpr double side = 32.0; // of the regular wheel
 };
 

@@ -8,12 +8,9 @@ namespace {
 
 NSFont* makeFont(Font font) {
     switch (font) {
-    case Font::body:
-        return [NSFont systemFontOfSize:[NSFont systemFontSize]];
-    case Font::headline:
-        return [NSFont boldSystemFontOfSize:[NSFont systemFontSize]];
-    case Font::caption:
-        return [NSFont systemFontOfSize:[NSFont smallSystemFontSize]];
+    case Font::body: return [NSFont systemFontOfSize:[NSFont systemFontSize]];
+    case Font::headline: return [NSFont boldSystemFontOfSize:[NSFont systemFontSize]];
+    case Font::caption: return [NSFont systemFontOfSize:[NSFont smallSystemFontSize]];
     case Font::monospaced:
         return [NSFont monospacedSystemFontOfSize:[NSFont systemFontSize] weight:NSFontWeightRegular];
     }
@@ -21,7 +18,8 @@ NSFont* makeFont(Font font) {
 }
 
 /// Made at its first use, kept for good.
-template <Font role> NSFont* cached() {
+template <Font role>
+NSFont* cached() {
     static NSFont* const font = [makeFont(role) retain];
     return font;
 }
@@ -30,28 +28,20 @@ template <Font role> NSFont* cached() {
 
 NSFont* Look::font(Font font) {
     switch (font) {
-    case Font::body:
-        return cached<Font::body>();
-    case Font::headline:
-        return cached<Font::headline>();
-    case Font::caption:
-        return cached<Font::caption>();
-    case Font::monospaced:
-        return cached<Font::monospaced>();
+    case Font::body: return cached<Font::body>();
+    case Font::headline: return cached<Font::headline>();
+    case Font::caption: return cached<Font::caption>();
+    case Font::monospaced: return cached<Font::monospaced>();
     }
     return nil;
 }
 
 NSColor* Look::color(TextColor color) {
     switch (color) {
-    case TextColor::primary:
-        return [NSColor labelColor];
-    case TextColor::secondary:
-        return [NSColor secondaryLabelColor];
-    case TextColor::red:
-        return [NSColor systemRedColor];
-    case TextColor::orange:
-        return [NSColor systemOrangeColor];
+    case TextColor::primary: return [NSColor labelColor];
+    case TextColor::secondary: return [NSColor secondaryLabelColor];
+    case TextColor::red: return [NSColor systemRedColor];
+    case TextColor::orange: return [NSColor systemOrangeColor];
     }
     return nil;
 }

@@ -11,7 +11,7 @@ namespace menubar {
 
 /// The undo history and the reports of one text that a person edits, in a field or in an editor. Main thread.
 class TextSession {
-  public:
+public:
     explicit TextSession(Reporter reporter)
         : m_reporter(std::move(reporter)), m_undo(ObjCPointer<NSUndoManager>::adopt([[NSUndoManager alloc] init])) {}
 
@@ -37,7 +37,7 @@ class TextSession {
     /// Ends the composing and reports what was kept.
     void commit(NSTextView* editor);
 
-  private:
+private:
     Reporter m_reporter;
     ObjCPointer<NSUndoManager> m_undo;
     bool m_isConnected = true;

@@ -76,7 +76,7 @@ namespace {
 constexpr CGFloat unlimited = 1e7;
 
 class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
-  public:
+public:
     explicit TextEditorAdapter(const Reporter& reporter)
         : TextEditorAdapter(reporter, [[MenubarTextEditor alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)]) {}
 
@@ -101,7 +101,7 @@ class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
             setSession:nullptr]; // GNUstep's text view frees the members of its subclasses without destroying them
     }
 
-  protected:
+protected:
     void apply(const Change<TextEditor>& change) override {
         if (change.in(&TextEditor::text)) {
             showText(change.now.text);
@@ -112,7 +112,7 @@ class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
         }
     }
 
-  private:
+private:
     /// Takes over the caller's reference to `text`.
     TextEditorAdapter(const Reporter& reporter, MenubarTextEditor* text)
         : AdapterFor(NativeLook::newEditorScrollView(text)), m_text(ObjCPointer<MenubarTextEditor>::adopt(text)),

@@ -114,7 +114,7 @@ namespace menubar {
 namespace {
 
 class TextFieldAdapter final : public AdapterFor<TextField, MenubarTextField> {
-  public:
+public:
     explicit TextFieldAdapter(const Reporter& reporter)
         : AdapterFor([[MenubarTextField alloc] initWithFrame:NSZeroRect]),
           m_session(std::make_shared<TextSession>(reporter)) {
@@ -132,7 +132,7 @@ class TextFieldAdapter final : public AdapterFor<TextField, MenubarTextField> {
 
     void disconnect() override { m_session->disconnect(); }
 
-  protected:
+protected:
     void apply(const Change<TextField>& change) override {
         if (change.in(&TextField::prompt)) {
             [native() setPlaceholderString:toNSString(change.now.prompt)];
@@ -145,7 +145,7 @@ class TextFieldAdapter final : public AdapterFor<TextField, MenubarTextField> {
         }
     }
 
-  private:
+private:
     std::shared_ptr<TextSession> m_session;
 };
 

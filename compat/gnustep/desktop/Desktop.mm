@@ -29,7 +29,7 @@ namespace {
 
 /// An alert that lies over the window's content; GNUstep's own would not return before it is answered.
 class OverlaySheet final : public AlertSheet {
-  public:
+public:
     OverlaySheet(SheetWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
         : m_window(ObjCPointer<SheetWindow>::retain(window)),
           m_view(ObjCPointer<AlertView>::adopt([[AlertView alloc] initWithAlert:alert])) {
@@ -49,14 +49,14 @@ class OverlaySheet final : public AlertSheet {
         }
     }
 
-  private:
+private:
     ObjCPointer<SheetWindow> m_window;
     ObjCPointer<AlertView> m_view;
 };
 
 /// A thread for each action: they wait more than they compute, and are few.
 class ThreadForEach final : public BackgroundQueue {
-  public:
+public:
     void run(std::function<void()> action) override {
         const std::lock_guard lock(m_mutex);
         std::erase_if(m_running, [](const std::future<void>& each) {
@@ -65,7 +65,7 @@ class ThreadForEach final : public BackgroundQueue {
         m_running.push_back(std::async(std::launch::async, [action = std::move(action)]() noexcept { action(); }));
     }
 
-  private:
+private:
     std::mutex m_mutex;
     std::vector<std::future<void>> m_running; // destroying one waits for it
 };

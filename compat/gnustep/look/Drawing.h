@@ -30,7 +30,8 @@ void drawLine(NSString* text, NSRect frame, NSFont* font, NSColor* color);
 [[nodiscard]] double lineWidth(NSString* text, NSFont* font);
 
 /// The text, or as much of its beginning as `fits` with an ellipsis behind it.
-template <class Fits> NSString* shortened(NSString* text, const Fits& fits) {
+template <class Fits>
+NSString* shortened(NSString* text, const Fits& fits) {
     if (fits(text)) {
         return text;
     }
