@@ -118,7 +118,7 @@ TEST_F(CommandsTest, focusReadsTheStatusFileThatItIsTold) {
 
 TEST_F(CommandsTest, theDaemonIsStartedRestartedAndStopped) {
     home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist",
-               testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "50"}));
+               testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "600000"}));
     EXPECT_EQ(run({"daemon", "start"}).errors, "");
     const auto shows = [&](const std::string& text) {
         return eventually([&] { return run({"status"}).output.find(text) != std::string::npos; });

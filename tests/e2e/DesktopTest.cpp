@@ -161,7 +161,7 @@ TEST(DesktopApp, withoutCmuxTheScriptRunnerAnnouncesIt) {
 TEST(DesktopApp, startsTheDaemonAndStopsIt) {
     Desktop desktop;
     desktop.home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist",
-                       testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "100"}));
+                       testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "600000"}));
     const std::string domain = "gui/" + std::to_string(::getuid());
     const std::string service = "<" + domain + "/" + std::string(LaunchAgentLabel) + ">";
     const auto shows = [&](const std::string& text) {

@@ -37,7 +37,7 @@ class SettingsDesktop : public testing::Test {
 protected:
     void installDaemon() const {
         desktop.home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist",
-                           testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "100"}));
+                           testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "600000"}));
     }
 
     /// Validation waits until `letValidate`, and tells that it has begun.
