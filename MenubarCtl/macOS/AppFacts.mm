@@ -1,12 +1,13 @@
 #include "MenubarCtl/AppFacts.h"
 
+#import <Foundation/Foundation.h>
+
 #include <array>
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <string_view>
-#include <type_traits>
+#include <vector>
 
-#include <CoreFoundation/CoreFoundation.h>
 #include <libproc.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -15,28 +16,14 @@ namespace menubar::ctl {
 
 namespace {
 
-struct Release {
-    void operator()(CFTypeRef object) const { CFRelease(object); }
-};
-
-using Owned = std::unique_ptr<std::remove_pointer_t<CFTypeRef>, Release>;
-
 /// Of the bundle that the executable lies in.
 std::string versionOf(const std::string& executable, std::string_view place) {
-    const std::string bundle = executable.substr(0, executable.size() - place.size());
-    const Owned url(CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(bundle.data()),
-                                                            static_cast<CFIndex>(bundle.size()), true));
-    const Owned info(url ? CFBundleCopyInfoDictionaryForURL(static_cast<CFURLRef>(url.get())) : nullptr);
-    const void* value =
-        info ? CFDictionaryGetValue(static_cast<CFDictionaryRef>(info.get()), CFSTR("CFBundleShortVersionString"))
-             : nullptr;
-    if (value == nullptr || CFGetTypeID(value) != CFStringGetTypeID()) {
-        return {};
+    @autoreleasepool {
+        const std::string folder = executable.substr(0, executable.size() - place.size());
+        NSBundle* const bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:folder.c_str()]];
+        const id version = [bundle objectForInfoDictionaryKey:@"CFBundleShortVersionString"];
+        return [version isKindOfClass:[NSString class]] ? std::string([version UTF8String]) : std::string();
     }
-    std::array<char, 64> text{};
-    const bool fits = CFStringGetCString(static_cast<CFStringRef>(value), text.data(),
-                                         static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8) != 0;
-    return fits ? std::string(text.data()) : std::string();
 }
 
 } // namespace
