@@ -29,7 +29,7 @@ std::string remark(const Observation& observation) {
 }
 
 /// The document but for what grows older by itself.
-std::string whatCountsOf(JSONValue document) {
+std::string whatCountsOf(const JSONValue& document) {
     JSONValue::Object counted = *document.objectValue();
     JSONValue::Object state = *counted.at("state").objectValue();
     state.erase("pollAge");
