@@ -18,7 +18,7 @@ std::int32_t nextCodePoint(std::string_view text, std::size_t& index) {
     const auto length = static_cast<std::int32_t>(ahead.size());
     std::int32_t taken = 0;
     UChar32 codePoint = 0;
-    U8_NEXT(ahead.data(), taken, length, codePoint);
+    U8_NEXT(ahead.data(), taken, length, codePoint); // NOLINT(bugprone-inc-dec-in-conditions): ICU's own macro
     index += static_cast<std::size_t>(taken);
     return codePoint < 0 ? illFormed : codePoint;
 }
