@@ -622,6 +622,22 @@ TEST(SettingsModel, whatTheDaemonSaysOfALockedFieldKeepsNoSaveOff) {
     EXPECT_TRUE(harness.model->canSave());
 }
 
+TEST(SettingsModel, aRejectionThatComesAfterAReloadIsNotAboutTheNewForm) {
+    SettingsHarness harness;
+    harness.load();
+    harness.validation.stdout_ = R"({"ok":false,"errors":[{"message":"m","options":["number"]},{"message":"g"}]})";
+    harness.duringValidation = [&](const std::string&) {
+        harness.model->load();
+        harness.mainLoop.drain();
+    };
+    harness.set("number", 5);
+    harness.save();
+    EXPECT_TRUE(harness.isLoaded());
+    EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number.");
+    EXPECT_EQ(harness.field("number").error, std::nullopt);
+    EXPECT_THAT(harness.model->generalErrors(), IsEmpty());
+}
+
 // Changes by others
 
 TEST(SettingsModel, aFileThatWasChangedSinceItWasLoadedIsNotOverwritten) {
