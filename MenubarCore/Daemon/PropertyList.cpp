@@ -30,6 +30,10 @@ std::string declaredEncoding(std::string_view xml) {
     return std::string(rest.substr(0, rest.find(declaration[open])));
 }
 
+/// Leaves the error that ICU has set where it meets bytes that are wrong, instead of putting something in their place.
+void leaveError(const void* /*context*/, UConverterToUnicodeArgs* /*arguments*/, const char* /*bytes*/,
+                std::int32_t /*length*/, UConverterCallbackReason /*reason*/, UErrorCode* /*error*/) {}
+
 /// The text in UTF-8; absent for an encoding that is unknown, and unless every byte is right in it.
 std::optional<std::string> decoded(std::string_view bytes, const std::string& encoding) {
     if (encoding.empty()) {
@@ -37,7 +41,7 @@ std::optional<std::string> decoded(std::string_view bytes, const std::string& en
     }
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<UConverter, CloseConverter> converter(ucnv_open(encoding.c_str(), &error));
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+    ucnv_setToUCallBack(converter.get(), leaveError, nullptr, nullptr, nullptr, &error);
     std::u16string units(2 * bytes.size(), u'\0'); // as much as any encoding needs
     const std::int32_t count = ucnv_toUChars(converter.get(), units.data(), static_cast<std::int32_t>(units.size()),
                                              bytes.data(), static_cast<std::int32_t>(bytes.size()), &error);
