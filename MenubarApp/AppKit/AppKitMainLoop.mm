@@ -94,7 +94,10 @@
 - (void)fire:(NSTimer*)timer {
     // The action may destroy its timer, and with it this object.
     const auto action = _action;
-    (*action)();
+    // A turn of the main loop that handled no event need not drain the pool.
+    @autoreleasepool {
+        (*action)();
+    }
 }
 
 @end

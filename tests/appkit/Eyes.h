@@ -11,7 +11,7 @@
 /// at, so that what nobody marked as out of date is seen as it is.
 namespace menubar::driver {
 
-/// Pixels of the screen, row by row from above; in the byte order of the machine that drew them.
+/// Pixels of the screen, row by row from above: 0xRRGGBB, with whatever is above that.
 struct Picture {
     std::size_t width = 0;
     std::size_t height = 0;

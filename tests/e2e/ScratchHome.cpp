@@ -27,6 +27,10 @@ std::string ScratchHome::write(const std::string& name, std::string_view bytes) 
     return m_directory.write(name, bytes);
 }
 
+void ScratchHome::writeStatus(std::string_view bytes) const {
+    std::filesystem::rename(write(".local/state/ostrel/part", bytes), statusFile());
+}
+
 ChildProcess::Options ScratchHome::menubarctl(std::vector<std::string> arguments) const {
     return {.program = MENUBARCTL_PROGRAM, .arguments = std::move(arguments), .environment = environment};
 }

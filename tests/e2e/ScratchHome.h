@@ -35,7 +35,8 @@ public:
     /// Writes a file, with the directories above it, and returns its path.
     std::string write(const std::string& name, std::string_view bytes) const;
 
-    void writeStatus(std::string_view bytes) const { write(".local/state/ostrel/status.json", bytes); }
+    /// In one step, as the daemon does: a look at the file finds the old or the new.
+    void writeStatus(std::string_view bytes) const;
 
     /// What the programs find in their environment.
     std::map<std::string, std::string> environment;

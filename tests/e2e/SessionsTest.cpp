@@ -1,7 +1,6 @@
 #include "MenubarCore/JSON/JSONValue.h"
 
-#include "tests/e2e/Eventually.h"
-#include "tests/e2e/OpenCounter.h"
+#include "tests/e2e/ReadMark.h"
 #include "tests/e2e/ScratchHome.h"
 
 #include <algorithm>
@@ -13,8 +12,7 @@
 
 using menubar::JSONValue;
 using menubar::e2e::ChildProcess;
-using menubar::e2e::eventually;
-using menubar::e2e::OpenCounter;
+using menubar::e2e::ReadMark;
 using menubar::e2e::ScratchHome;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -96,8 +94,7 @@ TEST(Sessions, aPollAloneIsNoChange) {
     std::string polled = two;
     polled.replace(polled.find("10:15:30"), 8, "10:15:32"); // the daemon has looked again, and found the same
     home.writeStatus(polled);
-    OpenCounter opened(home.statusFile());
-    ASSERT_TRUE(eventually([&] { return opened.count() >= 2; })); // what the first look found is written by then
+    ASSERT_TRUE(ReadMark(home.statusFile()).waitForReads(2)); // what the first look found is written by then
     home.writeStatus(R"({"stoppedAt":"2025-03-04T10:15:33Z"})");
     ASSERT_TRUE(child.readUntil(hasLines(2)));
     const std::string last = child.output().substr(child.output().find('\n') + 1);

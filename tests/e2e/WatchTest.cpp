@@ -1,4 +1,4 @@
-#include "tests/e2e/OpenCounter.h"
+#include "tests/e2e/ReadMark.h"
 #include "tests/e2e/ScratchHome.h"
 
 #include <chrono>
@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 using menubar::e2e::ChildProcess;
-using menubar::e2e::OpenCounter;
+using menubar::e2e::ReadMark;
 using menubar::e2e::ScratchHome;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -115,13 +115,14 @@ TEST(MenuWatch, intoAPipeWritesFramesApartByAnEmptyLine) {
 TEST(MenuWatch, endsAtOnceAndQuietlyWhenTheReaderGoes) {
     const ScratchHome home;
     home.writeStatus("{}");
-    OpenCounter opened(home.statusFile());
+    const ReadMark mark(home.statusFile());
     ChildProcess watch(watchOn(home, ChildProcess::Output::pipe));
     ASSERT_TRUE(watch.readUntil(contains("Quit")));
-    const int before = opened.count();
+    ASSERT_TRUE(mark.wasRead());
+    mark.set();
     watch.closeOutput();
     EXPECT_EQ(watch.wait(), 0);
-    EXPECT_EQ(opened.count(), before) << "not only when it looks at the file again";
+    EXPECT_FALSE(mark.wasRead()) << "not only when it looks at the file again";
     EXPECT_EQ(watch.errors(), "");
 }
 

@@ -35,7 +35,8 @@ Picture look(NSWindow* window) {
     CGColorSpaceRef colors = CGColorSpaceCreateDeviceRGB();
     CGContextRef context =
         CGBitmapContextCreate(picture.pixels.data(), picture.width, picture.height, 8, picture.width * 4, colors,
-                              static_cast<std::uint32_t>(kCGImageAlphaPremultipliedFirst));
+                              static_cast<std::uint32_t>(kCGImageAlphaPremultipliedFirst) |
+                                  static_cast<std::uint32_t>(kCGBitmapByteOrder32Little));
     CGContextDrawImage(context, CGRectMake(0, 0, picture.width, picture.height), image);
     CGContextRelease(context);
     CGColorSpaceRelease(colors);
