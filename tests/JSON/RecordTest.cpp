@@ -1,6 +1,7 @@
 #include "MenubarCore/JSON/JSONReader.h"
 
 #include <limits>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -168,26 +169,11 @@ TEST(Integer, withAFractionOrAnExponentItIsTheNearestDouble) {
 }
 
 TEST(Integer, whatIsNotWholeOrDoesNotFitIsAMismatch) {
-    for (const char* text : {"1.5",
-                             "-0.5",
-                             "1e-1",
-                             "15e-1",
-                             "0.1e0",
-                             "9223372036854775808",
-                             "-9223372036854775809",
-                             "-9223372036854776832",
-                             "-9223372036854777857",
-                             "9.223372036854775807e18",
-                             "9223372036854775807000e-3",
-                             "9223372036854775807.5",
-                             "-9223372036854777856.0",
-                             "1e19",
-                             "-1e19",
-                             "18446744073709551615",
-                             "18446744073709551616",
-                             "99999999999999999999",
-                             "-99999999999999999999",
-                             "1e300"}) {
+    std::istringstream numbers(
+        R"(1.5 -0.5 1e-1 15e-1 0.1e0 9223372036854775808 -9223372036854775809 -9223372036854777857
+        9.223372036854775807e18 9223372036854775807000e-3 9223372036854775807.5 -9223372036854777856.0 1e19 -1e19
+        18446744073709551615 18446744073709551616 99999999999999999999 -99999999999999999999 1e300)");
+    for (std::string text; numbers >> text;) {
         const auto value = JSONReader::decode<std::int64_t>(text);
         ASSERT_FALSE(value.has_value()) << text;
         EXPECT_EQ(describe(value.error()), "type mismatch (Int) at ") << text;

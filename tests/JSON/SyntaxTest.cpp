@@ -2,6 +2,8 @@
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/JSON/SyntaxCheck.h"
 
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,12 @@
 using namespace menubar;
 
 namespace {
+
+/// The words of a text, which blanks and line feeds keep apart.
+std::vector<std::string> words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
+}
 
 std::string errorOf(std::string_view document) {
     const auto value = JSONValue::decode(document);
@@ -127,21 +135,6 @@ TEST(Syntax, aNumberBeyondTheRangeOfADoubleFailsTheDocumentWhereverItStands) {
     }
 }
 
-TEST(Syntax, theHalfWayPointRoundsToInfinityAndEverythingBelowDoesNot) {
-    const std::string firstBeyond =
-        "1797693134862315807937289714053034150799341327100378269361737789804449682927647509466490179775872070963"
-        "3028641669288791094655554785194040263065748867150582068190890200070838367627385484581771153176447573027"
-        "0069855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904174497792";
-    ASSERT_EQ(firstBeyond.size(), 309U);
-    std::string below = firstBeyond;
-    below.replace(below.size() - 2, 2, "91");
-    expectRefusedEverywhere({firstBeyond, "-" + firstBeyond, firstBeyond + ".0", firstBeyond + ".1",
-                             "0." + firstBeyond + "e309", firstBeyond + "0e-1"});
-    for (const std::string& number : {below, "-" + below, below + ".999999999", "0." + below + "e309"}) {
-        EXPECT_EQ(errorOf(number), "") << number;
-    }
-}
-
 TEST(Syntax, aNumberBeyondTheRangeIsNotHiddenByAnIntegerOfManyDigits) {
     EXPECT_EQ(errorOf("[99999999999999999999, 1e400]"), "number beyond the range of a double at line 1, column 24");
     EXPECT_EQ(errorOf("[99999999999999999999, 01]"), "superfluous leading zero at line 1, column 24");
@@ -180,16 +173,6 @@ TEST(Syntax, controlCharactersBetweenTokensAreRefused) {
             EXPECT_NE(errorOf(document), "") << static_cast<int>(c) << ' ' << document;
         }
     }
-}
-
-TEST(Syntax, escapesAreTheOnesOfJSON) {
-    expectErrors({{R"(["\x"])", "invalid escape at line 1, column 3"},
-                  {R"(["\u12"])", R"(expected four hexadecimal digits after "\u" at line 1, column 3)"},
-                  {R"(["ab\ud800"])", "lone surrogate escape at line 1, column 5"},
-                  {R"({"\udc00":1})", "lone surrogate escape at line 1, column 3"}});
-    expectRefusedEverywhere({R"("\x41")", R"("\'")", R"("\u004")", R"("\u00g0")", R"("\ud800")", R"("\udc00")",
-                             R"("\udc00\ud800")", R"("\ud800\u0041")", R"("\ud800\ud800")", R"("\ud800x")",
-                             R"("\ud800\n")", R"("\")", R"("\ud83d\ude0")"});
 }
 
 TEST(Syntax, aBrokenEscapeIsNamed) {
@@ -257,71 +240,24 @@ TEST(Syntax, aByteOrderMarkIsRefused) {
 }
 
 TEST(Syntax, bracketsMatch) {
-    expectRefusedEverywhere({"[",
-                             "{",
-                             "]",
-                             "}",
-                             "[}",
-                             "{]",
-                             "[[]",
-                             "[[}",
-                             "{\"a\":[}",
-                             "{\"a\":{]",
-                             "[{]",
-                             "[[1}",
-                             "{\"a\"}",
-                             "{\"a\",\"b\"}",
-                             "{1:2}",
-                             "{null:1}",
-                             "{[]:1}",
-                             "[\"a\":1]",
-                             "[\"a\"b]",
-                             "[1:2]",
-                             "{\"a\"b:1}",
-                             "{\"a\":1 \"b\":2}",
-                             "{\"a\":1,}",
-                             "[1,]",
-                             "[,]",
-                             "{,}",
-                             ":",
-                             ",",
-                             "[\"a\" \"b\"]",
-                             "[{}{}]",
-                             "[[][]]",
-                             "[1[]]",
-                             "{\"a\"::1}",
-                             "{\"a\":\"b\":1}"});
+    expectRefusedEverywhere(
+        words(R"([ { ] } [} {] [[] [[} {"a":[} {"a":{] [{] [[1} {"a"} {"a","b"} {1:2} {null:1} {[]:1}
+        ["a":1] ["a"b] [1:2] {"a"b:1} {"a":1,} [1,] [,] {,} : , [{}{}] [[][]] [1[]] {"a"::1} {"a":"b":1})"));
+    expectRefusedEverywhere({"{\"a\":1 \"b\":2}", "[\"a\" \"b\"]"});
 }
 
 TEST(Syntax, whiteSpaceIsAllowedBetweenTokens) {
     EXPECT_EQ(errorOf(" \t\r\n{ \"a\" : [ 1 , true , null , \"x\" ] , \"b\" : { } , \"c\":[ ] }\r\n"), "");
 }
 
-TEST(Depth, atLeastFiveHundredAndTwelveContainersMayNest) {
-    for (const std::size_t depth : {std::size_t{1}, std::size_t{512}, JSONReader::maximumDepth}) {
-        EXPECT_EQ(errorOf(std::string(depth, '[') + std::string(depth, ']')), "") << depth;
-        std::string objects;
-        for (std::size_t i = 0; i < depth; ++i) {
-            objects += "{\"a\":";
-        }
-        EXPECT_EQ(errorOf(objects + "1" + std::string(depth, '}')), "") << depth;
-    }
-}
-
-TEST(Depth, oneMoreThanTheLimitFailsAndSaysSo) {
-    const std::size_t depth = JSONReader::maximumDepth + 1;
-    for (const std::string core : {"", "1", "99999999999999999999"}) {
-        EXPECT_EQ(errorOf(std::string(depth, '[') + core + std::string(depth, ']')),
-                  "more than 1000 containers inside one another at line 1, column 1001");
-    }
-}
-
 TEST(Depth, theLimitHoldsForEmptyAndForFilledContainersAndAfterADocumentOfThatDepth) {
     const std::size_t depth = JSONReader::maximumDepth;
+    static_assert(JSONReader::maximumDepth >= 512);
     for (int round = 0; round < 2; ++round) {
-        for (const std::string core : {"", "1", "99999999999999999999", "1,{}"}) {
-            const bool isDeeper = core.ends_with('}');
-            EXPECT_EQ(errorOf(std::string(depth, '[') + core + std::string(depth, ']')).empty(), !isDeeper) << core;
+        for (const std::string core : {"", "1", "99999999999999999999"}) {
+            EXPECT_EQ(errorOf(std::string(depth, '[') + core + std::string(depth, ']')), "") << core;
+            EXPECT_EQ(errorOf(std::string(depth + 1, '[') + core + std::string(depth + 1, ']')),
+                      "more than 1000 containers inside one another at line 1, column 1001");
         }
     }
 }

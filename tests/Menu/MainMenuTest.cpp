@@ -24,12 +24,3 @@ TEST(MainMenu, itHasThreeMenusWithTheUsualKeys) {
   "Minimize" key=cmd-m -> performMiniaturize:
 )");
 }
-
-TEST(MainMenu, itsTopLevelItemsOnlyOpenTheirMenus) {
-    for (const MenuItem& item : MainMenu::make()) {
-        EXPECT_TRUE(item.enabled) << item.title;
-        EXPECT_EQ(item.selector, "") << item.title;
-        EXPECT_EQ(item.keyEquivalent, "") << item.title;
-        EXPECT_FALSE(item.submenu.empty()) << item.title;
-    }
-}

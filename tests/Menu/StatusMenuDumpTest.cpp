@@ -59,13 +59,13 @@ StatusFile busyFile(double pollAge) {
     return file;
 }
 
-/// The last section of an ordinary menu whose daemon control is `control`.
-std::string actions(const std::string& control) {
+/// The last section of an ordinary menu with this daemon control.
+std::string actions(const std::string& control, const std::string& iconOnly = "\"Icon only\"") {
     return R"menu(---
 "Refresh" -> refreshClicked
 "Settings..." -> openSettings
-"Icon only" -> toggleCompact
-)menu" + control +
+)menu" + iconOnly +
+           " -> toggleCompact\n" + control +
            R"menu(
 "Open logs" -> openLogs
 "Open status file" -> openStatusFile
@@ -81,6 +81,12 @@ const std::string nothingToList = R"menu(---
 ("Recent events")
 ("No events yet")
 )menu";
+
+const std::string quietDaemon = R"menu(("Daemon running (last poll 3s ago)")
+("No config in status file")
+---
+("No sessions")
+)menu" + nothingToList;
 
 const std::string busySections =
     R"menu("[critical] web · model-5 · 93% · needs input · cache expired 2m ago · handoff" tag=1 -> focusSession tooltip="Handoff written 12m ago: /src/web/HANDOFF.md"
@@ -172,21 +178,13 @@ TEST(StatusMenuDump, anUnreadableStatusFileGivesItsReason) {
 }
 
 TEST(StatusMenuDump, aRunningDaemonWithoutSessions) {
-    EXPECT_EQ(StatusMenuScene().dump(), R"menu(("Daemon running (last poll 3s ago)")
-("No config in status file")
----
-("No sessions")
-)menu" + nothingToList + actions("\"Stop daemon\" -> stopDaemon"));
+    EXPECT_EQ(StatusMenuScene().dump(), quietDaemon + actions("\"Stop daemon\" -> stopDaemon"));
 }
 
 TEST(StatusMenuDump, withoutALaunchAgentTheDaemonCannotBeControlled) {
     StatusMenuScene scene;
     scene.isDaemonInstalled = false;
-    EXPECT_EQ(scene.dump(), R"menu(("Daemon running (last poll 3s ago)")
-("No config in status file")
----
-("No sessions")
-)menu" + nothingToList + actions("(\"Daemon not installed (run: ostrel install)\")"));
+    EXPECT_EQ(scene.dump(), quietDaemon + actions("(\"Daemon not installed (run: ostrel install)\")"));
 }
 
 TEST(StatusMenuDump, noticesAndFailuresAndAHiddenItemStandAtTheTop) {
@@ -210,40 +208,11 @@ TEST(StatusMenuDump, noticesAndFailuresAndAHiddenItemStandAtTheTop) {
                                         "\"Stop daemon\" -> stopDaemon"));
 }
 
-TEST(StatusMenuDump, iconOnlyByTheEnvironmentIsCheckedAndLocked) {
+TEST(StatusMenuDump, iconOnlyIsCheckedAndLockedByTheEnvironmentAlone) {
     StatusMenuScene scene;
     scene.compact = {true, CompactSetting::Source::environment};
-    EXPECT_EQ(scene.dump(), R"menu(("Daemon running (last poll 3s ago)")
-("No config in status file")
----
-("No sessions")
-)menu" + nothingToList + R"menu(---
-"Refresh" -> refreshClicked
-"Settings..." -> openSettings
-("Icon only (set by OSTREL_MENUBAR_COMPACT)") checked -> toggleCompact
-"Stop daemon" -> stopDaemon
-"Open logs" -> openLogs
-"Open status file" -> openStatusFile
----
-"Quit" key=cmd-q -> quit
-)menu");
-}
-
-TEST(StatusMenuDump, iconOnlyByTheStoredDefaultIsCheckedAndFree) {
-    StatusMenuScene scene;
+    EXPECT_EQ(scene.dump(), quietDaemon + actions("\"Stop daemon\" -> stopDaemon",
+                                                  "(\"Icon only (set by OSTREL_MENUBAR_COMPACT)\") checked"));
     scene.compact = {true, CompactSetting::Source::defaults};
-    EXPECT_EQ(scene.dump(), R"menu(("Daemon running (last poll 3s ago)")
-("No config in status file")
----
-("No sessions")
-)menu" + nothingToList + R"menu(---
-"Refresh" -> refreshClicked
-"Settings..." -> openSettings
-"Icon only" checked -> toggleCompact
-"Stop daemon" -> stopDaemon
-"Open logs" -> openLogs
-"Open status file" -> openStatusFile
----
-"Quit" key=cmd-q -> quit
-)menu");
+    EXPECT_EQ(scene.dump(), quietDaemon + actions("\"Stop daemon\" -> stopDaemon", "\"Icon only\" checked"));
 }

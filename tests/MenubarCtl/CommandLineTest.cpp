@@ -2,7 +2,10 @@
 
 #include "MenubarCore/Text/Timestamp.h"
 
+#include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -29,111 +32,94 @@ std::string errorOf(const Arguments& arguments) {
     return line ? "no error" : line.error().message;
 }
 
-struct CommandCase {
-    const char* name;
-    Arguments arguments;
-    Command command;
-};
-
-class EachCommand : public testing::TestWithParam<CommandCase> {};
-
-struct WrongCase {
-    const char* name;
-    Arguments arguments;
-    const char* message;
-};
-
-class WrongCommandLine : public testing::TestWithParam<WrongCase> {};
+/// The words of a line, which blanks keep apart.
+Arguments words(const std::string& line) {
+    std::istringstream in(line);
+    return {std::istream_iterator<std::string>(in), {}};
+}
 
 } // namespace
 
-TEST_P(EachCommand, isKnownByItsWords) {
-    EXPECT_EQ(parsed(GetParam().arguments).command, GetParam().command);
+TEST(CommandLine, eachCommandIsKnownByItsWords) {
+    const std::pair<const char*, Command> cases[] = {
+        {"--help", Command::help},
+        {"--version", Command::version},
+        {"status", Command::status},
+        {"menu", Command::menu},
+        {"settings list", Command::settingsList},
+        {"settings get dryRun", Command::settingsGet},
+        {"settings set dryRun on", Command::settingsSet},
+        {"settings reset dryRun", Command::settingsReset},
+        {"focus api", Command::focus},
+        {"focus --waiting", Command::focus},
+        {"sessions --json --watch", Command::sessions},
+        {"bar tmux --watch", Command::bar},
+        {"doctor --json", Command::doctor},
+        {"completions fish", Command::completions},
+        {"complete -- menu --wa", Command::complete},
+        {"help", Command::help},
+        {"-h", Command::help},
+        {"-V", Command::version},
+        {"daemon status", Command::daemonStatus},
+        {"daemon start", Command::daemonStart},
+        {"daemon stop", Command::daemonStop},
+        {"daemon restart", Command::daemonRestart},
+        {"login on", Command::loginOn},
+        {"login off", Command::loginOff},
+        {"login status", Command::loginStatus},
+    };
+    for (const auto& [line, command] : cases) {
+        EXPECT_EQ(parsed(words(line)).command, command) << line;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Words, EachCommand,
-    testing::Values(CommandCase{"help", {"--help"}, Command::help},
-                    CommandCase{"version", {"--version"}, Command::version},
-                    CommandCase{"status", {"status"}, Command::status}, CommandCase{"menu", {"menu"}, Command::menu},
-                    CommandCase{"settingsList", {"settings", "list"}, Command::settingsList},
-                    CommandCase{"settingsGet", {"settings", "get", "dryRun"}, Command::settingsGet},
-                    CommandCase{"settingsSet", {"settings", "set", "dryRun", "on"}, Command::settingsSet},
-                    CommandCase{"settingsReset", {"settings", "reset", "dryRun"}, Command::settingsReset},
-                    CommandCase{"focus", {"focus", "api"}, Command::focus},
-                    CommandCase{"focusWaiting", {"focus", "--waiting"}, Command::focus},
-                    CommandCase{"sessions", {"sessions", "--json", "--watch"}, Command::sessions},
-                    CommandCase{"bar", {"bar", "tmux", "--watch"}, Command::bar},
-                    CommandCase{"doctor", {"doctor", "--json"}, Command::doctor},
-                    CommandCase{"completions", {"completions", "fish"}, Command::completions},
-                    CommandCase{"complete", {"complete", "--", "menu", "--wa"}, Command::complete},
-                    CommandCase{"helpWord", {"help"}, Command::help}, CommandCase{"helpLetter", {"-h"}, Command::help},
-                    CommandCase{"versionLetter", {"-V"}, Command::version},
-                    CommandCase{"daemonStatus", {"daemon", "status"}, Command::daemonStatus},
-                    CommandCase{"daemonStart", {"daemon", "start"}, Command::daemonStart},
-                    CommandCase{"daemonStop", {"daemon", "stop"}, Command::daemonStop},
-                    CommandCase{"daemonRestart", {"daemon", "restart"}, Command::daemonRestart},
-                    CommandCase{"loginOn", {"login", "on"}, Command::loginOn},
-                    CommandCase{"loginOff", {"login", "off"}, Command::loginOff},
-                    CommandCase{"loginStatus", {"login", "status"}, Command::loginStatus}),
-    [](const auto& info) { return info.param.name; });
-
-TEST_P(WrongCommandLine, isRefusedWithALineThatSaysWhy) {
-    EXPECT_EQ(errorOf(GetParam().arguments), GetParam().message);
+TEST(CommandLine, aWrongOneIsRefusedWithALineThatSaysWhy) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "a command is missing"},
+        {"--json", "a command is missing"},
+        {"statsu", "unknown command \"statsu\"; did you mean \"status\"?"},
+        {"-", "unknown command \"-\""},
+        {"settings", "settings needs to be told what to do: list, get, set, reset"},
+        {"login", "login needs to be told what to do: status, on, off"},
+        {"login true", "unknown command \"login true\""},
+        {"login status --json", "login status does not take --json"},
+        {"daemon kick", "unknown command \"daemon kick\""},
+        {"settings lsit", "unknown command \"settings lsit\"; did you mean \"settings list\"?"},
+        {"help statsu", "unknown command \"statsu\"; did you mean \"status\"?"},
+        {"bar", "bar needs a format: plain, tmux, waybar, polybar, swiftbar"},
+        {"bar tmx", "unknown format \"tmx\"; did you mean \"tmux\"?"},
+        {"bar tmux plain", "unexpected argument \"plain\""},
+        {"completions csh", "unknown shell \"csh\"; did you mean \"zsh\"?"},
+        {"focus api --waiting", "unexpected argument \"api\""},
+        {"menu --check", "menu does not take --check"},
+        {"status --color=alwyas", "--color is none of auto, always, never: \"alwyas\"; did you mean \"always\"?"},
+        {"status --jsno", "unknown option \"--jsno\"; did you mean \"--json\"?"},
+        {"status -j", "unknown option \"-j\""},
+        {"status --js", "unknown option \"--js\""},
+        {"status now", "unexpected argument \"now\""},
+        {"focus a b", "unexpected argument \"b\""},
+        {"focus", "focus needs a name"},
+        {"settings set", "settings set needs a name"},
+        {"status --json=yes", "--json takes no value"},
+        {"--help=status", "--help takes no value"},
+        {"focus api --json", "focus does not take --json"},
+        {"status --watch", "status does not take --watch"},
+        {"menu --watch --json", "--watch and --json exclude each other"},
+        {"status --now", "--now needs a value"},
+        {"status --status-file=", "--status-file needs a path"},
+        {"status --now today", "--now is not an ISO 8601 time stamp: \"today\""},
+        {"status --now=2025-03-04T10:15:30", "--now is not an ISO 8601 time stamp: \"2025-03-04T10:15:30\""},
+        {"status --now=2025-02-30T10:15:30Z", "--now is not an ISO 8601 time stamp: \"2025-02-30T10:15:30Z\""},
+        {"status --time-zone Mars/Olympus", "--time-zone is not the name of a time zone: \"Mars/Olympus\""},
+        {"status --time-zone=", "--time-zone is not the name of a time zone: \"\""},
+        {"status -- --json", "unexpected argument \"--json\""},
+    };
+    for (const auto& [line, message] : cases) {
+        EXPECT_EQ(errorOf(words(line)), message) << line;
+    }
+    EXPECT_EQ(errorOf({""}), "unknown command \"\"");
+    EXPECT_EQ(errorOf({"settings", "get", ""}), "settings get needs a name");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, WrongCommandLine,
-    testing::Values(
-        WrongCase{"nothing", {}, "a command is missing"}, WrongCase{"onlyOptions", {"--json"}, "a command is missing"},
-        WrongCase{"unknownCommand", {"statsu"}, "unknown command \"statsu\"; did you mean \"status\"?"},
-        WrongCase{"emptyCommand", {""}, "unknown command \"\""},
-        WrongCase{"dashCommand", {"-"}, "unknown command \"-\""},
-        WrongCase{"groupAlone", {"settings"}, "settings needs to be told what to do: list, get, set, reset"},
-        WrongCase{"loginAlone", {"login"}, "login needs to be told what to do: status, on, off"},
-        WrongCase{"loginUnknown", {"login", "true"}, "unknown command \"login true\""},
-        WrongCase{"loginWithJSON", {"login", "status", "--json"}, "login status does not take --json"},
-        WrongCase{"unknownOfGroup", {"daemon", "kick"}, "unknown command \"daemon kick\""},
-        WrongCase{
-            "nearOfGroup", {"settings", "lsit"}, "unknown command \"settings lsit\"; did you mean \"settings list\"?"},
-        WrongCase{"unknownTopic", {"help", "statsu"}, "unknown command \"statsu\"; did you mean \"status\"?"},
-        WrongCase{"noFormat", {"bar"}, "bar needs a format: plain, tmux, waybar, polybar, swiftbar"},
-        WrongCase{"unknownFormat", {"bar", "tmx"}, "unknown format \"tmx\"; did you mean \"tmux\"?"},
-        WrongCase{"secondFormat", {"bar", "tmux", "plain"}, "unexpected argument \"plain\""},
-        WrongCase{"unknownShell", {"completions", "csh"}, "unknown shell \"csh\"; did you mean \"zsh\"?"},
-        WrongCase{"waitingAndName", {"focus", "api", "--waiting"}, "unexpected argument \"api\""},
-        WrongCase{"checkOfMenu", {"menu", "--check"}, "menu does not take --check"},
-        WrongCase{"color",
-                  {"status", "--color=alwyas"},
-                  "--color is none of auto, always, never: \"alwyas\"; did you mean \"always\"?"},
-        WrongCase{"unknownOption", {"status", "--jsno"}, "unknown option \"--jsno\"; did you mean \"--json\"?"},
-        WrongCase{"shortOption", {"status", "-j"}, "unknown option \"-j\""},
-        WrongCase{"abbreviatedOption", {"status", "--js"}, "unknown option \"--js\""},
-        WrongCase{"extraWord", {"status", "now"}, "unexpected argument \"now\""},
-        WrongCase{"extraName", {"focus", "a", "b"}, "unexpected argument \"b\""},
-        WrongCase{"missingName", {"focus"}, "focus needs a name"},
-        WrongCase{"emptyName", {"settings", "get", ""}, "settings get needs a name"},
-        WrongCase{"missingNameOfSet", {"settings", "set"}, "settings set needs a name"},
-        WrongCase{"flagWithValue", {"status", "--json=yes"}, "--json takes no value"},
-        WrongCase{"helpWithValue", {"--help=status"}, "--help takes no value"},
-        WrongCase{"jsonOfFocus", {"focus", "api", "--json"}, "focus does not take --json"},
-        WrongCase{"watchOfStatus", {"status", "--watch"}, "status does not take --watch"},
-        WrongCase{"watchWithJSON", {"menu", "--watch", "--json"}, "--watch and --json exclude each other"},
-        WrongCase{"optionWithoutValue", {"status", "--now"}, "--now needs a value"},
-        WrongCase{"emptyStatusFile", {"status", "--status-file="}, "--status-file needs a path"},
-        WrongCase{"badNow", {"status", "--now", "today"}, "--now is not an ISO 8601 time stamp: \"today\""},
-        WrongCase{"nowWithoutZone",
-                  {"status", "--now=2025-03-04T10:15:30"},
-                  "--now is not an ISO 8601 time stamp: \"2025-03-04T10:15:30\""},
-        WrongCase{"impossibleDay",
-                  {"status", "--now=2025-02-30T10:15:30Z"},
-                  "--now is not an ISO 8601 time stamp: \"2025-02-30T10:15:30Z\""},
-        WrongCase{"unknownZone",
-                  {"status", "--time-zone", "Mars/Olympus"},
-                  "--time-zone is not the name of a time zone: \"Mars/Olympus\""},
-        WrongCase{"emptyZone", {"status", "--time-zone="}, "--time-zone is not the name of a time zone: \"\""},
-        WrongCase{"optionAfterTheEndOfOptions", {"status", "--", "--json"}, "unexpected argument \"--json\""}),
-    [](const auto& info) { return info.param.name; });
 
 TEST(CommandLine, optionsStandAnywhereAndInBothForms) {
     const Arguments spread{"--json",      "--status-file",  "/a b/s.json", "menu", "--now=2025-03-04T10:15:30Z",

@@ -26,6 +26,7 @@
 using namespace menubar;
 using menubar::sample::form;
 using menubar::sample::spec;
+using menubar::testing_support::bytesOf;
 using menubar::testing_support::TemporaryDirectory;
 
 namespace fs = std::filesystem;
@@ -36,11 +37,6 @@ using Kind = SettingControl::Kind;
 
 const std::string newBytes = "{\n  \"a\" : \"x\"\n}\n";
 constexpr const char* accepted = R"({"ok":true})";
-
-std::string read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 mode_t modeOf(const std::string& path) {
     struct stat info{};
@@ -167,6 +163,16 @@ private:
     mode_t m_before;
 };
 
+/// What only root can set up.
+class SaveFilesOfOthers : public testing::Test {
+protected:
+    void SetUp() override {
+        if (::getuid() != 0) {
+            GTEST_SKIP() << "only root can set this up";
+        }
+    }
+};
+
 } // namespace
 
 TEST(SaveFiles, aNewFileIsItsOwnersAlone) {
@@ -176,7 +182,7 @@ TEST(SaveFiles, aNewFileIsItsOwnersAlone) {
         const Saving saving = save(directory / "config.json", std::nullopt);
         EXPECT_EQ(saving.outcome, SaveOutcome::Saved{});
         EXPECT_EQ(saving.placed, newBytes);
-        EXPECT_EQ(read(directory / "config.json"), newBytes);
+        EXPECT_EQ(bytesOf(directory / "config.json"), newBytes);
         EXPECT_EQ(modeOf(directory / "config.json"), 0600) << withheld;
         EXPECT_EQ(listing(directory.path()), "config.json");
     }
@@ -185,7 +191,7 @@ TEST(SaveFiles, aNewFileIsItsOwnersAlone) {
 TEST(SaveFiles, missingDirectoriesAreCreated) {
     const TemporaryDirectory directory;
     EXPECT_EQ(save(directory / "new/deep/config.json", std::nullopt).outcome, SaveOutcome::Saved{});
-    EXPECT_EQ(read(directory / "new/deep/config.json"), newBytes);
+    EXPECT_EQ(bytesOf(directory / "new/deep/config.json"), newBytes);
 }
 
 TEST(SaveFiles, aDirectoryThatCannotBeCreatedIsNamed) {
@@ -205,9 +211,9 @@ TEST(SaveFiles, theCandidateIsWholeAndItsOwnersAloneWhileItIsValidated) {
     save(path, "old", [&](const std::string& candidate) {
         validated = true;
         EXPECT_EQ(candidate, directory / candidateName(::getpid()));
-        EXPECT_EQ(read(candidate), newBytes);
+        EXPECT_EQ(bytesOf(candidate), newBytes);
         EXPECT_EQ(modeOf(candidate), 0600);
-        EXPECT_EQ(read(path), "old");
+        EXPECT_EQ(bytesOf(path), "old");
     });
     EXPECT_TRUE(validated);
 }
@@ -220,14 +226,11 @@ TEST(SaveFiles, anExistingFileKeepsItsMode) {
         const mode_t before = modeOf(path);
         EXPECT_EQ(save(path, "old").outcome, SaveOutcome::Saved{});
         EXPECT_EQ(modeOf(path), before);
-        EXPECT_EQ(read(path), newBytes);
+        EXPECT_EQ(bytesOf(path), newBytes);
     }
 }
 
-TEST(SaveFiles, anExistingFileKeepsItsOwnerAndGroup) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root can give files away";
-    }
+TEST_F(SaveFilesOfOthers, anExistingFileKeepsItsOwnerAndGroup) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("config.json", "old");
     ASSERT_EQ(::chown(path.c_str(), 12345, 23456), 0);
@@ -240,10 +243,7 @@ TEST(SaveFiles, anExistingFileKeepsItsOwnerAndGroup) {
     EXPECT_EQ(info.st_mode & 07777, 04640) << "though a change of owner clears that bit";
 }
 
-TEST(SaveFiles, anExistingFileKeepsItsGroupThoughItsOwnerIsThePersonAnyway) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root is sure to have another group to give";
-    }
+TEST_F(SaveFilesOfOthers, anExistingFileKeepsItsGroupThoughItsOwnerIsThePersonAnyway) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("config.json", "old");
     ASSERT_EQ(::chown(path.c_str(), 0, 23456), 0);
@@ -253,11 +253,7 @@ TEST(SaveFiles, anExistingFileKeepsItsGroupThoughItsOwnerIsThePersonAnyway) {
     EXPECT_EQ(info.st_gid, 23456);
 }
 
-TEST(SaveFiles, aGroupThatThePersonIsNotInGivesWayToTheirsWithNoMoreRightsThanEverybody) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root can set this up";
-    }
-
+TEST_F(SaveFilesOfOthers, aGroupThatThePersonIsNotInGivesWayToTheirsWithNoMoreRightsThanEverybody) {
     const struct {
         mode_t before;
         mode_t after;
@@ -275,14 +271,11 @@ TEST(SaveFiles, aGroupThatThePersonIsNotInGivesWayToTheirsWithNoMoreRightsThanEv
         EXPECT_EQ(info.st_uid, nobody);
         EXPECT_EQ(info.st_gid, nobody);
         EXPECT_EQ(info.st_mode & 07777, mode.after);
-        EXPECT_EQ(read(path), newBytes);
+        EXPECT_EQ(bytesOf(path), newBytes);
     }
 }
 
-TEST(SaveFiles, aDirectoryThatCannotBeOpenedToFlushItStopsNoSave) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root can set this up";
-    }
+TEST_F(SaveFilesOfOthers, aDirectoryThatCannotBeOpenedToFlushItStopsNoSave) {
     const TemporaryDirectory directory;
     fs::create_directory(directory / "dropbox");
     ASSERT_EQ(::chmod(directory.path().c_str(), 0755), 0);
@@ -296,14 +289,11 @@ TEST(SaveFiles, aDirectoryThatCannotBeOpenedToFlushItStopsNoSave) {
         return saving.outcome == SaveOutcome::Saved{} && saving.lines == lines &&
                again.outcome == SaveOutcome::Saved{} && again.lines == lines && again.placed == newBytes;
     }));
-    EXPECT_EQ(read(directory / "dropbox/deep/config.json"), newBytes);
-    EXPECT_EQ(read(directory / "dropbox/config.json"), newBytes);
+    EXPECT_EQ(bytesOf(directory / "dropbox/deep/config.json"), newBytes);
+    EXPECT_EQ(bytesOf(directory / "dropbox/config.json"), newBytes);
 }
 
-TEST(SaveFiles, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root can set this up";
-    }
+TEST_F(SaveFilesOfOthers, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("config.json", "old");
     ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
@@ -311,7 +301,7 @@ TEST(SaveFiles, aFileWhoseOwnerCannotBeKeptIsLeftAsItIs) {
     EXPECT_TRUE(asNobody([&] {
         return failureOf(save(path, "old")) == "could not keep the file's owner and group: Operation not permitted";
     }));
-    EXPECT_EQ(read(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
 
@@ -327,7 +317,7 @@ TEST(SaveFiles, anExistingFileKeepsItsExtendedAttributesAndNoOthers) {
     EXPECT_EQ(attribute(path, "user.note"), "mine");
     EXPECT_EQ(attribute(path, "user.empty"), "");
     EXPECT_EQ(attribute(path, "user.other"), std::nullopt);
-    EXPECT_EQ(read(path), newBytes);
+    EXPECT_EQ(bytesOf(path), newBytes);
 }
 
 // Symbolic links
@@ -346,7 +336,7 @@ TEST(SaveFiles, aLinkStaysALinkAndTheCandidateLiesBesideItsTarget) {
             EXPECT_TRUE(fs::equivalent(fs::path(candidate).parent_path(), directory / "dotfiles"));
         });
         EXPECT_EQ(fs::read_symlink(directory / "config.json"), content);
-        EXPECT_EQ(read(target), newBytes);
+        EXPECT_EQ(bytesOf(target), newBytes);
         EXPECT_EQ(listing(directory / "dotfiles"), "ostrel.json");
     }
 }
@@ -359,7 +349,7 @@ TEST(SaveFiles, linksToLinksAreFollowedToTheEnd) {
     fs::create_symlink("sub/second.json", directory / "config.json");
     EXPECT_EQ(followLinks(directory / "config.json"), directory / "sub/real.json");
     EXPECT_EQ(save(directory / "config.json", "old").outcome, SaveOutcome::Saved{});
-    EXPECT_EQ(read(target), newBytes);
+    EXPECT_EQ(bytesOf(target), newBytes);
     EXPECT_TRUE(fs::is_symlink(directory / "config.json"));
     EXPECT_TRUE(fs::is_symlink(directory / "sub/second.json"));
 }
@@ -369,7 +359,7 @@ TEST(SaveFiles, aLinkThatDanglesCreatesItsTarget) {
     fs::create_symlink("not/there/yet.json", directory / "config.json");
     EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
     EXPECT_EQ(fs::read_symlink(directory / "config.json"), "not/there/yet.json");
-    EXPECT_EQ(read(directory / "not/there/yet.json"), newBytes);
+    EXPECT_EQ(bytesOf(directory / "not/there/yet.json"), newBytes);
     EXPECT_EQ(modeOf(directory / "not/there/yet.json"), 0600);
 }
 
@@ -405,7 +395,7 @@ TEST(SaveFiles, aLinkInTheCandidatesPlaceIsReplacedAndNotFollowed) {
     const std::string victim = directory.write("victim", "precious");
     fs::create_symlink("victim", directory / candidateName(::getpid()));
     EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
-    EXPECT_EQ(read(victim), "precious");
+    EXPECT_EQ(bytesOf(victim), "precious");
     EXPECT_FALSE(fs::is_symlink(directory / "config.json"));
     EXPECT_EQ(listing(directory.path()), "config.json victim");
 }
@@ -420,10 +410,7 @@ TEST(SaveFiles, candidatesOfProcessesThatHaveEndedAreRemoved) {
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
 
-TEST(SaveFiles, theCandidateOfALivingProcessOfAnotherUserIsLeftAlone) {
-    if (::getuid() != 0) {
-        GTEST_SKIP() << "only root can set this up";
-    }
+TEST_F(SaveFilesOfOthers, theCandidateOfALivingProcessOfAnotherUserIsLeftAlone) {
     const TemporaryDirectory directory;
     ASSERT_EQ(::chmod(directory.path().c_str(), 0777), 0);
     const std::string name = candidateName(::getpid());
@@ -454,7 +441,7 @@ TEST(SaveFiles, everythingElseInTheDirectoryIsLeftAlone) {
     }
     EXPECT_EQ(save(directory / "config.json", std::nullopt).outcome, SaveOutcome::Saved{});
     for (const std::string& name : names) {
-        EXPECT_EQ(read(directory / name), name);
+        EXPECT_EQ(bytesOf(directory / name), name);
     }
 }
 
@@ -468,7 +455,7 @@ TEST(SaveFiles, aFileThatWasChangedAfterItWasLoadedIsLeftAsItIs) {
               "the file was changed by another program after it was loaded, so it was left as it is");
     EXPECT_TRUE(saving.foundChange);
     EXPECT_EQ(saving.placed, std::nullopt);
-    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(bytesOf(path), "theirs");
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
 
@@ -477,7 +464,7 @@ TEST(SaveFiles, soIsOneThatIsChangedWhileTheDaemonValidates) {
     const std::string path = directory.write("config.json", "old");
     const Saving saving = save(path, "old", [&](const std::string&) { directory.write("config.json", "theirs"); });
     EXPECT_TRUE(saving.foundChange);
-    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(bytesOf(path), "theirs");
     EXPECT_EQ(listing(directory.path()), "config.json");
 }
 
@@ -499,7 +486,7 @@ TEST(SaveFiles, soIsOneThatIsRemovedOrReplacedByALinkWhileTheDaemonValidates) {
               "the file was replaced by another program after it was loaded, so it was left as it is");
     EXPECT_TRUE(replaced.foundChange);
     EXPECT_TRUE(fs::is_symlink(path));
-    EXPECT_EQ(read(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
 }
 
 TEST(SaveFiles, aSaveTakesItsTurnBehindAnotherThatIsAtTheSamePoint) {
@@ -514,16 +501,16 @@ TEST(SaveFiles, aSaveTakesItsTurnBehindAnotherThatIsAtTheSamePoint) {
         ::_exit(saving.foundChange && saving.placed == std::nullopt ? 0 : 1);
     }
     // Long enough for a save that does not wait; one that waits does so for as long as this takes.
-    for (int i = 0; i < 50 && read(path) == "old"; ++i) {
+    for (int i = 0; i < 50 && bytesOf(path) == "old"; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    EXPECT_EQ(read(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
     directory.write("config.json", "theirs");
     ::close(turn);
     int status = -1;
     ::waitpid(other, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(bytesOf(path), "theirs");
 }
 
 TEST(SaveFiles, soIsOneThatWasCreatedOrRemoved) {
@@ -531,7 +518,7 @@ TEST(SaveFiles, soIsOneThatWasCreatedOrRemoved) {
     const std::string path = directory.write("config.json", "theirs");
     EXPECT_EQ(failureOf(save(path, std::nullopt)),
               "the file was created by another program after it was loaded, so it was left as it is");
-    EXPECT_EQ(read(path), "theirs");
+    EXPECT_EQ(bytesOf(path), "theirs");
     fs::remove(path);
     const Saving saving = save(path, "old");
     EXPECT_EQ(failureOf(saving),
@@ -568,5 +555,5 @@ TEST(SaveFiles, aCandidateThatVanishesIsNoSave) {
     const std::string path = directory.write("config.json", "old");
     const Saving saving = save(path, "old", [](const std::string& candidate) { fs::remove(candidate); });
     EXPECT_EQ(failureOf(saving), "could not open the new file: No such file or directory");
-    EXPECT_EQ(read(path), "old");
+    EXPECT_EQ(bytesOf(path), "old");
 }

@@ -194,13 +194,6 @@ TEST_F(SettingRowTest, numbersAndPercentagesHaveAFieldAndAStepper) {
     }
 }
 
-TEST_F(SettingRowTest, aStepperWithoutBoundsHasNone) {
-    use({.name = "a", .control = Kind::number});
-    EXPECT_EQ(control(), "HStack spacing=8 #control\n"
-                         "  TextField \"0\" width=140 label=\"A\"\n"
-                         "  Stepper 0 label=\"A\"\n");
-}
-
 TEST_F(SettingRowTest, textThatIsANumberGoesIntoTheFormWithEachKeystroke) {
     show({.name = "a", .control = Kind::number});
     const ControlId input = m_host.find("TextField");
@@ -225,17 +218,6 @@ TEST_F(SettingRowTest, textThatIsNoNumberYetIsAnErrorAndIsPutBack) {
         EXPECT_EQ(m_host.text(input), "30");
         EXPECT_EQ(m_host.find("Text \"Must be a number\""), windowContent) << typed;
     }
-}
-
-TEST_F(SettingRowTest, aNumberThatIsOnlyTheBeginningOfTheTextIsNotTaken) {
-    show({.name = "a", .control = Kind::number}, R"({"a":30})");
-    const ControlId input = m_host.find("TextField");
-    for (const char* typed : {"1", "1,", "1,5"}) {
-        m_host.type(input, typed);
-    }
-    EXPECT_EQ(value(), SettingValue(30));
-    m_host.blur();
-    EXPECT_EQ(m_host.text(input), "30");
 }
 
 TEST_F(SettingRowTest, leavingANumberThatWasNotTouchedChangesNothing) {

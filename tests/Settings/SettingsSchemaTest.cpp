@@ -2,12 +2,15 @@
 
 #include "MenubarCore/Settings/SettingsSchemaFields.h"
 
+#include "tests/support/RecordRows.h"
+
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 using namespace menubar;
+using menubar::testing_support::expectRowsHold;
 
 namespace {
 
@@ -199,55 +202,16 @@ TEST(SettingsSchema, nullCountsAsAbsentButNotForWhatIsRequired) {
 }
 
 TEST(SettingsSchema, everythingElseThatHasTheWrongTypeFailsTheWholeSchema) {
-    struct Case {
-        const char* document;
-        const char* error;
-    };
-
-    const Case cases[] = {
-        {"[]", "type mismatch (Dictionary<String, Any>) at "},
-        {"1", "type mismatch (Dictionary<String, Any>) at "},
-        {R"({"properties":[]})", "type mismatch (Dictionary<String, Any>) at properties"},
-        {R"({"properties":{"a":1}})", "type mismatch (Dictionary<String, Any>) at properties.a"},
-        {R"({"properties":{"a":{"type":["string"]}}})", "type mismatch (String) at properties.a.type"},
-        {R"({"properties":{"a":{"minimum":"1"}}})", "type mismatch (Double) at properties.a.minimum"},
-        {R"({"properties":{"a":{"maximum":true}}})", "type mismatch (Double) at properties.a.maximum"},
-        {R"({"properties":{"a":{"pattern":1}}})", "type mismatch (String) at properties.a.pattern"},
-        {R"({"properties":{"a":{"enum":"x"}}})", "type mismatch (Array<Any>) at properties.a.enum"},
-        {R"({"properties":{"a":{"enum":[1]}}})", "type mismatch (String) at properties.a.enum.Index 0"},
-        {R"({"properties":{"a":{"items":[]}}})", "type mismatch (Dictionary<String, Any>) at properties.a.items"},
-        {R"({"properties":{"a":{"items":{"enum":[{}]}}}})",
-         "type mismatch (String) at properties.a.items.enum.Index 0"},
-        {R"({"x-settings-version":1.5})", "type mismatch (Int) at x-settings-version"},
-        {R"({"x-settings-version":"1"})", "type mismatch (Int) at x-settings-version"},
-        {R"({"x-groups":{}})", "type mismatch (Array<Any>) at x-groups"},
-        {R"({"x-groups":[1]})", "type mismatch (Dictionary<String, Any>) at x-groups.Index 0"},
-        {R"({"x-groups":[{}]})", "missing key id"},
-        {R"({"x-groups":[{"id":1}]})", "type mismatch (String) at x-groups.Index 0.id"},
-        {R"({"x-groups":[{"id":"g","title":1}]})", "type mismatch (String) at x-groups.Index 0.title"},
-        {R"({"x-groups":[{"id":"g","settings":{}}]})", "type mismatch (Array<Any>) at x-groups.Index 0.settings"},
-        {R"({"x-groups":[{"id":"g","settings":[{}]}]})", "missing key name"},
-    };
-    for (const Case& each : cases) {
-        EXPECT_EQ(refusal(each.document), each.error) << each.document;
-    }
-}
-
-TEST(SettingsSchema, everyHintOfTheWrongTypeFailsTheWholeSchema) {
-    for (const char* hint : {"group", "control", "help", "requiredPrefix", "itemPattern"}) {
-        EXPECT_EQ(refusal(R"({"x-groups":[{"id":"g","settings":[{"name":"a",")" + std::string(hint) + R"(":1}]}]})"),
-                  "type mismatch (String) at x-groups.Index 0.settings.Index 0." + std::string(hint));
-    }
-    for (const char* hint : {"restart", "integer", "multiple", "multiline"}) {
-        EXPECT_EQ(refusal(R"({"x-groups":[{"id":"g","settings":[{"name":"a",")" + std::string(hint) + R"(":1}]}]})"),
-                  "type mismatch (Bool) at x-groups.Index 0.settings.Index 0." + std::string(hint));
-    }
-    for (const char* hint : {"min", "max"}) {
-        EXPECT_EQ(refusal(R"({"x-groups":[{"id":"g","settings":[{"name":"a",")" + std::string(hint) + R"(":"1"}]}]})"),
-                  "type mismatch (Double) at x-groups.Index 0.settings.Index 0." + std::string(hint));
-    }
-    EXPECT_EQ(refusal(R"({"x-groups":[{"id":"g","settings":[{"name":"a","values":"x"}]}]})"),
-              "type mismatch (Array<Any>) at x-groups.Index 0.settings.Index 0.values");
+    expectRowsHold<SchemaDocument::Document>();
+    expectRowsHold<SchemaDocument::Property>();
+    expectRowsHold<SchemaDocument::Items>();
+    expectRowsHold<SchemaDocument::GroupEntry>();
+    expectRowsHold<SchemaDocument::Meta>();
+    EXPECT_EQ(refusal("[]"), "type mismatch (Dictionary<String, Any>) at ");
+    EXPECT_EQ(refusal(R"({"properties":{"a":{"items":{"enum":[{}]}}}})"),
+              "type mismatch (String) at properties.a.items.enum.Index 0");
+    EXPECT_EQ(refusal(R"({"x-groups":[{}]})"), "missing key id");
+    EXPECT_EQ(refusal(R"({"x-groups":[{"id":"g","settings":[{}]}]})"), "missing key name");
 }
 
 TEST(SettingsSchema, whatIsNotJSONIsRefused) {

@@ -62,6 +62,17 @@ protected:
         return [this, what] { m_asked.push_back(what); };
     }
 
+    /// Shows the window on the screen.
+    void present(Size size = {.width = 680.0, .height = 760.0}) {
+        m_host.size = size;
+        m_presenter = ViewPresenter::create(m_host, [this] { return window().body(); }, m_later.later());
+    }
+
+    void render() {
+        m_presenter->setNeedsRender();
+        m_later.run();
+    }
+
     std::unique_ptr<SettingsForm> m_form;
     SettingsViewState m_state;
     std::vector<std::string> m_asked;
@@ -76,6 +87,9 @@ protected:
                                           .choosePath = [](const SettingSpec&) {},
                                           .focus = [](const std::string&) {}}};
     std::shared_ptr<ListItemIds> m_ids = std::make_shared<ListItemIds>();
+    RecordingViewHost m_host;
+    LaterQueue m_later;
+    std::shared_ptr<ViewPresenter> m_presenter;
 };
 
 TEST_F(SettingsViewTest, isTheContentAboveALineAboveTheFooter) {
@@ -164,32 +178,26 @@ TEST_F(SettingsViewTest, groupsOfOneIdStayApartAndOneWithoutSettingsIsOnlyItsTit
     SettingsForm form(schema, {});
     m_state.phase = SettingsModel::Loaded{};
     m_state.form = &form;
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    const std::string before = host.outline();
+    present();
+    const std::string before = m_host.outline();
     EXPECT_THAT(before, HasSubstr("Text \"Second\" headline\n  Text \"Third\" headline\n  Box\n"));
-    host.log.clear();
+    m_host.log.clear();
     form.set("b", std::string("x"));
-    presenter->setNeedsRender();
-    later.run();
-    EXPECT_THAT(host.faults, IsEmpty());
-    for (const std::string& call : host.log) {
+    render();
+    EXPECT_THAT(m_host.faults, IsEmpty());
+    for (const std::string& call : m_host.log) {
         EXPECT_FALSE(call.starts_with("destroy")) << call;
     }
 }
 
 TEST_F(SettingsViewTest, aSettingListedTwiceHasTwoRowsThatStayApart) {
     load({sample::spec(Kind::list, "a"), sample::spec(Kind::list, "a")}, R"({"a":["x"]})");
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
+    present();
     m_form->set("a", SettingValue::List{"x", "y"});
-    presenter->setNeedsRender();
-    later.run();
-    EXPECT_THAT(host.faults, IsEmpty());
+    render();
+    EXPECT_THAT(m_host.faults, IsEmpty());
     std::size_t fields = 0;
-    for (std::size_t at = 0; (at = host.outline().find("TextField", at)) != std::string::npos; ++at) {
+    for (std::size_t at = 0; (at = m_host.outline().find("TextField", at)) != std::string::npos; ++at) {
         ++fields;
     }
     // Each group shows the fields of that name: both, in the one group that there is.
@@ -354,14 +362,11 @@ TEST_F(SettingsViewTest, generalErrorsAreListedInRed) {
 TEST_F(SettingsViewTest, anyNumberOfGeneralErrorsLeavesTheButtonsInTheWindow) {
     load({sample::spec(Kind::toggle, "a")});
     m_state.generalErrors.assign(500, std::string(300, 'e'));
-    RecordingViewHost host;
-    host.size = {520, 420};
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    const Rect save = host.frame(host.find("Button \"Save\""));
+    present({520, 420});
+    const Rect save = m_host.frame(m_host.find("Button \"Save\""));
     EXPECT_LE(save.y + save.height, 420);
     EXPECT_LE(save.x + save.width, 520);
-    EXPECT_GT(host.frame(host.find("ScrollView spacing=20")).height, 100);
+    EXPECT_GT(m_host.frame(m_host.find("ScrollView spacing=20")).height, 100);
 }
 
 TEST_F(SettingsViewTest, eachFooterButtonAsksForItsOwn) {
@@ -415,50 +420,41 @@ std::vector<SettingSpec> manySettings(std::size_t count) {
 
 TEST_F(SettingsViewTest, threeHundredSettingsFitEachOtherAndAreTouchedOneAtATime) {
     load(manySettings(300));
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    EXPECT_THAT(host.faults, IsEmpty());
-    host.log.clear();
-    host.typewriter.measurements = 0;
+    present();
+    EXPECT_THAT(m_host.faults, IsEmpty());
+    m_host.log.clear();
+    m_host.typewriter.measurements = 0;
     m_form->set("setting-0", true);
-    presenter->setNeedsRender();
-    later.run();
-    EXPECT_THAT(host.log, Not(IsEmpty()));
-    EXPECT_LT(host.typewriter.measurements, 8); // the badge "edited" and the reset button
-    for (const std::string& call : host.log) {
+    render();
+    EXPECT_THAT(m_host.log, Not(IsEmpty()));
+    EXPECT_LT(m_host.typewriter.measurements, 8); // the badge "edited" and the reset button
+    for (const std::string& call : m_host.log) {
         EXPECT_FALSE(call.starts_with("destroy")) << call;
     }
 }
 
 TEST_F(SettingsViewTest, aLabelOfTwoHundredCharactersLeavesTheResetButtonInItsRow) {
     load({{.name = std::string(200, 'n'), .control = Kind::toggle}}, R"({")" + std::string(200, 'n') + R"(":true})");
-    RecordingViewHost host;
-    host.size = {520, 420};
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    const Rect reset = host.frame(host.find("Button \"Reset to default\""));
-    const Rect box = host.frame(host.find("Box"));
+    present({520, 420});
+    const Rect reset = m_host.frame(m_host.find("Button \"Reset to default\""));
+    const Rect box = m_host.frame(m_host.find("Box"));
     EXPECT_LE(reset.x + reset.width, box.width - 12);
     EXPECT_GE(reset.x, 12);
 }
 
 TEST_F(SettingsViewTest, theResetButtonThatTheFirstKeystrokeBringsMovesNothing) {
     load({{.name = "name", .control = Kind::text}, {.name = "other", .control = Kind::toggle}});
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    const Rect label = host.frame(host.find("Text \"Name\""));
-    const Rect field = host.frame(host.find("TextField"));
-    const Rect toggle = host.frame(host.find("Toggle"));
+    present();
+    const Rect label = m_host.frame(m_host.find("Text \"Name\""));
+    const Rect field = m_host.frame(m_host.find("TextField"));
+    const Rect toggle = m_host.frame(m_host.find("Toggle"));
     m_form->set("name", std::string("a"));
-    presenter->setNeedsRender();
-    later.run();
-    const Rect reset = host.frame(host.find("Button \"Reset to default\""));
+    render();
+    const Rect reset = m_host.frame(m_host.find("Button \"Reset to default\""));
     EXPECT_GT(reset.height, label.height) << "it stands out of its line";
-    EXPECT_EQ(host.frame(host.find("Text \"Name\"")), label);
-    EXPECT_EQ(host.frame(host.find("TextField")), field);
-    EXPECT_EQ(host.frame(host.find("Toggle")), toggle);
+    EXPECT_EQ(m_host.frame(m_host.find("Text \"Name\"")), label);
+    EXPECT_EQ(m_host.frame(m_host.find("TextField")), field);
+    EXPECT_EQ(m_host.frame(m_host.find("Toggle")), toggle);
     EXPECT_GE(reset.y, 0.0);
     EXPECT_LE(reset.y + reset.height, field.y);
 }
@@ -476,24 +472,20 @@ TEST_F(SettingsViewTest, anEnumerationOfAHundredValuesAndATextOfTenThousandLines
           {.name = "one", .control = Kind::enumeration, .values = values},
           {.name = "long", .control = Kind::text, .multiline = true}});
     m_form->set("long", text);
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    EXPECT_NE(host.find("Checkbox \"value 99\""), windowContent);
-    EXPECT_EQ(host.text(host.find("TextEditor")), text);
-    EXPECT_EQ(host.frame(host.find("TextEditor")).height, 96);
+    present();
+    EXPECT_NE(m_host.find("Checkbox \"value 99\""), windowContent);
+    EXPECT_EQ(m_host.text(m_host.find("TextEditor")), text);
+    EXPECT_EQ(m_host.frame(m_host.find("TextEditor")).height, 96);
 }
 
 TEST_F(SettingsViewTest, theWindowKeepsItsShapeFromNarrowToWide) {
     load(manySettings(9));
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
+    present();
     for (const Size size : {Size{520, 420}, Size{680, 760}, Size{1600, 1000}}) {
-        host.resize(size);
-        const Rect form = host.frame(host.find("ScrollView"));
-        const Rect box = host.frame(host.find("Box"));
-        const Rect save = host.frame(host.find("Button \"Save\""));
+        m_host.resize(size);
+        const Rect form = m_host.frame(m_host.find("ScrollView"));
+        const Rect box = m_host.frame(m_host.find("Box"));
+        const Rect save = m_host.frame(m_host.find("Button \"Save\""));
         EXPECT_EQ(form.width, size.width);
         EXPECT_EQ(box.width, size.width - 40);
         EXPECT_EQ(save.x + save.width, size.width - 20);
@@ -504,11 +496,9 @@ TEST_F(SettingsViewTest, theWindowKeepsItsShapeFromNarrowToWide) {
 TEST_F(SettingsViewTest, everyControlIsLabelledByItsSetting) {
     load(manySettings(9));
     m_form->set("setting-5", SettingValue::List{"x"});
-    RecordingViewHost host;
-    LaterQueue later;
-    const auto presenter = ViewPresenter::create(host, [this] { return window().body(); }, later.later());
-    for (const ControlId id : host.tabOrder) {
-        const View& control = host.control(id);
+    present();
+    for (const ControlId id : m_host.tabOrder) {
+        const View& control = m_host.control(id);
         const auto* button = std::get_if<Button>(&control.content);
         const bool isFooter = button != nullptr && (button->title == "Cancel" || button->title == "Save" ||
                                                     button->title == "Restart daemon");

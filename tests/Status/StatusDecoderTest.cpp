@@ -140,10 +140,6 @@ TEST(StatusDecoding, aLevelThatIsNotKnownIsUnknown) {
     EXPECT_EQ(onlySession(R"("level": "w\u0061rn")").level, SessionLevel::warn);
 }
 
-TEST(StatusDecoding, aLevelThatIsNoStringIsAMismatch) {
-    EXPECT_EQ(errorOf(R"({"sessions":[{"level": 2}]})"), "type mismatch (String) at sessions.Index 0.level");
-}
-
 TEST(StatusDecoding, datesAreReadWithAndWithoutAFraction) {
     EXPECT_EQ(decoded(R"({"at": "2025-03-04T10:15:30Z"})").at, at(10, 15, 30));
     EXPECT_EQ(decoded(R"({"at": "2025-03-04T10:15:30.5Z"})").at, at(10, 15, 30) + 500ms);
@@ -160,60 +156,6 @@ TEST(StatusDecoding, aDateInAnotherFormFailsWithItsText) {
     EXPECT_EQ(errorOf(R"({"at": 1741083330})"), "type mismatch (String) at at");
 }
 
-TEST(StatusDecoding, integersAreWholeNumbersInRange) {
-    struct Case {
-        const char* text;
-        std::int64_t value;
-    };
-
-    for (const auto& [text, value] : std::vector<Case>{{"12", 12},
-                                                       {"-0", 0},
-                                                       {"1.0", 1},
-                                                       {"1e3", 1000},
-                                                       {"10e-1", 1},
-                                                       {"1000e-2", 10},
-                                                       {"0e999999999", 0},
-                                                       {"1e-999999999", 0},
-                                                       {"9007199254740993", 9007199254740993},
-                                                       {"9007199254740993.0", 9007199254740992},
-                                                       {"9223372036854775807", INT64_MAX},
-                                                       {"-9223372036854775808", INT64_MIN}}) {
-        EXPECT_EQ(onlySession("\"contextTokens\": " + std::string(text)).contextTokens, value) << text;
-    }
-}
-
-TEST(StatusDecoding, aFractionOrANumberBeyondSixtyFourBitsIsAMismatch) {
-    for (const char* text :
-         {"1.5", "9223372036854775808", "-9223372036854775809", "1e19", "1e-1", "\"1\"", "true", "[1]", "{}"}) {
-        EXPECT_EQ(errorOf("{\"sessions\":[{\"contextTokens\": " + std::string(text) + "}]}"),
-                  "type mismatch (Int) at sessions.Index 0.contextTokens")
-            << text;
-    }
-}
-
-TEST(StatusDecoding, aNumberBeyondDoublesRangeFailsTheDocumentWhereverItStands) {
-    const std::string error = "number beyond the range of a double at line 1, column ";
-    EXPECT_EQ(errorOf(R"({"version": 1E400})"), error + "13");
-    EXPECT_EQ(errorOf(R"({"nobody reads this": [-1e400]})"), error + "24");
-    EXPECT_EQ(errorOf(R"({"config":{"settings":{"a":1e999}}})"), error + "28");
-    EXPECT_EQ(errorOf(R"({"config":{"warnContextPct":1e999}})"), error + "29");
-}
-
-TEST(StatusDecoding, wholePercentagesAreDoubles) {
-    EXPECT_EQ(onlySession(R"("contextPct": 40)").contextPct, 40.0);
-    EXPECT_EQ(onlySession(R"("contextPct": 72.50000000000001)").contextPct, 72.50000000000001);
-    EXPECT_EQ(onlySession(R"("contextPct": 99999999999999999999)").contextPct, 1e20);
-    EXPECT_EQ(errorOf(R"({"sessions":[{"contextPct":"40"}]})"),
-              "type mismatch (Double) at sessions.Index 0.contextPct");
-}
-
-TEST(StatusDecoding, flagsAreTrueOrFalseOnly) {
-    EXPECT_EQ(onlySession(R"("currentForSurface": false)").currentForSurface, false);
-    EXPECT_EQ(errorOf(R"({"sessions":[{"currentForSurface":1}]})"),
-              "type mismatch (Bool) at sessions.Index 0.currentForSurface");
-    EXPECT_EQ(errorOf(R"({"config":{"dryRun":"true"}})"), "type mismatch (Bool) at config.dryRun");
-}
-
 TEST(StatusDecoding, aMissingRequiredKeyFailsTheWholeDocument) {
     EXPECT_EQ(errorOf(R"({"sessions":[{},{"capabilities":{}}]})"), "missing key message");
     EXPECT_EQ(errorOf(R"({"providerFailures":[{"provider":"x"}]})"), "missing key reason");
@@ -228,15 +170,9 @@ TEST(StatusDecoding, aMissingKeyKnowsItsPathThoughTheTextDoesNotSayIt) {
     EXPECT_EQ(describe(file.error().path), "sessions.Index 1.capabilities");
 }
 
-TEST(StatusDecoding, nullForARequiredKeyIsAMissingValue) {
-    EXPECT_EQ(errorOf(R"({"sessions":[{"capabilities":{"message":null}}]})"),
-              "missing value (Bool) at sessions.Index 0.capabilities.message");
-    EXPECT_EQ(errorOf(R"({"providerFailures":[{"provider":"x","reason":null}]})"),
-              "missing value (String) at providerFailures.Index 0.reason");
-}
-
 TEST(StatusDecoding, nullInAListOrAMapOrAtTheTopIsAMissingValue) {
     EXPECT_EQ(errorOf("null"), "missing value (Dictionary<String, Any>) at ");
+    EXPECT_EQ(errorOf("[]"), "type mismatch (Dictionary<String, Any>) at ");
     EXPECT_EQ(errorOf(R"({"sessions":[{},null]})"), "missing value (Dictionary<String, Any>) at sessions.Index 1");
     EXPECT_EQ(errorOf(R"({"config":{"onCritical":["a",null]}})"),
               "missing value (String) at config.onCritical.Index 1");
@@ -247,27 +183,6 @@ TEST(StatusDecoding, nullSettingsAreValues) {
     const StatusFile file = decoded(R"({"config":{"settings":{"a":null}}})");
     ASSERT_NE(file.config->setting("a"), nullptr);
     EXPECT_TRUE(file.config->setting("a")->isNull());
-}
-
-TEST(StatusDecoding, aContainerOfTheWrongKindIsAMismatch) {
-    const std::string object = "type mismatch (Dictionary<String, Any>) at ";
-    EXPECT_EQ(errorOf("[]"), object);
-    EXPECT_EQ(errorOf("1"), object);
-    EXPECT_EQ(errorOf("\"{}\""), object);
-    EXPECT_EQ(errorOf(R"({"config":[]})"), object + "config");
-    EXPECT_EQ(errorOf(R"({"config":{"settings":[]}})"), object + "config.settings");
-    EXPECT_EQ(errorOf(R"({"configSources":["cli"]})"), object + "configSources");
-    EXPECT_EQ(errorOf(R"({"sessions":[{},{},"x"]})"), object + "sessions.Index 2");
-    EXPECT_EQ(errorOf(R"({"sessions":{}})"), "type mismatch (Array<Any>) at sessions");
-    EXPECT_EQ(errorOf(R"({"config":{"onCritical":"notify"}})"), "type mismatch (Array<Any>) at config.onCritical");
-}
-
-TEST(StatusDecoding, pathsNameKeysAndPositionsFromTheRoot) {
-    EXPECT_EQ(errorOf(R"({"sessions":[{},{},{"contextTokens":"x"}]})"),
-              "type mismatch (Int) at sessions.Index 2.contextTokens");
-    EXPECT_EQ(errorOf(R"({"sessions":[{"handoff":{"writtenAt":5}}]})"),
-              "type mismatch (String) at sessions.Index 0.handoff.writtenAt");
-    EXPECT_EQ(errorOf(R"({"configSources":{"a.b":1}})"), "type mismatch (String) at configSources.a.b");
 }
 
 TEST(StatusDecoding, ofDuplicateKeysTheLastWinsAndOnlyItIsChecked) {
@@ -334,13 +249,6 @@ TEST(StatusDecoding, unknownKeysAreIgnoredWhateverTheyHold) {
               StatusFile{});
 }
 
-TEST(StatusDecoding, keysInAnyOrderAreFound) {
-    const StatusFile file = decoded(R"({"events":[],"at":"2025-03-04T10:15:30Z","version":1,"daemonPid":2})");
-    EXPECT_EQ(file.version, 1);
-    EXPECT_EQ(file.daemonPid, 2);
-    EXPECT_EQ(file.at, at(10, 15, 30));
-}
-
 TEST(StatusDecoding, tenThousandSessionsAreReadInOrder) {
     std::string document = "{\"sessions\":[";
     for (int i = 0; i < 10'000; ++i) {
@@ -349,14 +257,4 @@ TEST(StatusDecoding, tenThousandSessionsAreReadInOrder) {
     const StatusFile file = decoded(document + "]}");
     ASSERT_EQ(file.sessions.size(), 10'000U);
     EXPECT_EQ(file.sessions.back().shortId, "9999");
-}
-
-TEST(StatusDecoding, settingsNestUpToTheDepthLimit) {
-    const auto document = [](std::size_t depth) {
-        return R"({"config":{"settings":{"a":)" + std::string(depth - 3, '[') + std::string(depth - 3, ']') + "}}}";
-    };
-    EXPECT_EQ(errorOf(document(512)), "");
-    EXPECT_EQ(errorOf(document(1000)), "");
-    EXPECT_TRUE(errorOf(document(1001)).starts_with("more than 1000 containers inside one another"));
-    EXPECT_TRUE(errorOf(document(100'000)).starts_with("more than 1000 containers inside one another"));
 }

@@ -62,18 +62,6 @@ TEST(StatusMenuController, anOpenMenuIsDrawnAtEveryRefresh) {
     EXPECT_EQ(shell.item.menuDraws, 3);
 }
 
-TEST(StatusMenuController, withoutAStatusFileTheMenuSaysWhatToDo) {
-    StatusMenuHarness shell;
-    shell.start();
-    EXPECT_EQ(shell.item.shown.symbolName, "eye.slash");
-    EXPECT_EQ(shell.item.shown.title, "--");
-    EXPECT_EQ(shell.item.shown.tone, StatusItemPresentation::Tone::muted);
-    ASSERT_GE(shell.menu().size(), 2U);
-    EXPECT_EQ(shell.menu()[0].title, "Daemon not running");
-    EXPECT_EQ(shell.menu()[1].title, "Start it with: ostrel watch (or ostrel install)");
-    EXPECT_NE(shell.itemTitled("Daemon not installed (run: ostrel install)"), nullptr);
-}
-
 TEST(StatusMenuController, aBrokenFileIsNamedInTheSecondLineAndTheNextPollRecovers) {
     StatusMenuHarness shell;
     shell.writeStatus(R"({"sessions":[{"contextTokens":"many"}]})");
@@ -202,14 +190,6 @@ TEST(StatusMenuController, aTagOfAnEarlierMenuDoesNothing) {
     shell.tick();
     shell.controller->perform(MenuAction::focusSession, 1, std::nullopt);
     EXPECT_THAT(shell.commands.log, IsEmpty());
-}
-
-TEST(StatusMenuController, aSessionWithoutAWorkspaceCannotBeChosen) {
-    StatusMenuHarness shell;
-    shell.writeRunningStatus(R"({"dirName":"api","level":"ok"},{"dirName":"web","level":"ok","workspaceId":""})");
-    shell.start();
-    EXPECT_FALSE(shell.choose("api"));
-    EXPECT_FALSE(shell.choose("web"));
 }
 
 TEST(StatusMenuController, aHandoffOpensOrIsRevealedWithOption) {

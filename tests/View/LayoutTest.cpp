@@ -67,11 +67,6 @@ TEST(Layout, aTextWiderThanItsColumnWraps) {
               (Frames{"0,0 70x16", "0,16 70x32", "0,48 70x32", "0,80 70x48"}));
 }
 
-TEST(Layout, aLineLimitBoundsTheHeightOfAText) {
-    EXPECT_EQ(childFrames(view(VStack{}, view(Text{.text = std::string(100, 'x'), .lineLimit = 2})), {70, 500}),
-              (Frames{"0,0 70x32"}));
-}
-
 TEST(Layout, aSpacerPushesWhatFollowsToTheBottom) {
     EXPECT_EQ(childFrames(view(VStack{.spacing = 4}, textOf(1), view(Spacer{}), textOf(1)), {50, 100}),
               (Frames{"0,0 7x16", "0,20 0x60", "0,84 7x16"}));
@@ -287,10 +282,6 @@ TEST(Layout, aWindowWithoutRoomGivesNoNegativeLengthsToControls) {
         }
     };
     check(check, laidOut(view(VStack{}, form({section("A", {view(TextField{}), textOf(50)})}), footer()), {0, 0}));
-}
-
-TEST(Layout, anEmptyTextIsOneLineHigh) {
-    EXPECT_EQ(childFrames(view(VStack{}, text("")), {100, 100}), (Frames{"0,0 0x16"}));
 }
 
 TEST(Layout, anEmptyRowTakesNoRoom) {

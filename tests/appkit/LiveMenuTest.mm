@@ -21,23 +21,6 @@ namespace {
 using Lines = std::vector<std::string>;
 constexpr unichar escapeKey = 0x1B;
 
-/// The real item, counting the probes, which a test may answer itself.
-class ProbedStatusItem final : public StatusItem {
-public:
-    void apply(const StatusItemPresentation& presentation) override { real.apply(presentation); }
-
-    void setMenu(const Menu& menu) override { real.setMenu(menu); }
-
-    [[nodiscard]] VisibilityProbe readVisibility() override {
-        ++probes;
-        return answer ? *answer : real.readVisibility();
-    }
-
-    AppKitStatusItem real;
-    int probes = 0;
-    std::optional<VisibilityProbe> answer;
-};
-
 /// The controller on the real item and main loop, with files, clock and commands that the test plays.
 class LiveMenu : public ::testing::Test {
 protected:
@@ -56,7 +39,7 @@ protected:
                                           .commands = m_commands,
                                           .settings = m_settings,
                                           .log = [this](std::string_view line) { m_log.emplace_back(line); }});
-        m_item.real.setEvents(m_controller);
+        m_item.setEvents(m_controller);
     }
 
     void writeSession(const std::string& name, const std::string& pct) {
@@ -66,7 +49,7 @@ protected:
     }
 
     [[nodiscard]] std::string title() const {
-        return toString([[[m_item.real.nativeItem() button] attributedTitle] string]);
+        return toString([[[m_item.nativeItem() button] attributedTitle] string]);
     }
 
     /// The first title of the open menu that begins so; empty when none does.
@@ -82,11 +65,11 @@ protected:
     /// Of the closed menu, as who looks at it finds it.
     NSMenuItem* itemTitled(const std::string& title) {
         m_controller->menuNeedsUpdate();
-        return driver::itemTitled(m_item.real.nativeMenu(), title);
+        return driver::itemTitled(m_item.nativeMenu(), title);
     }
 
     AppKitMainLoop m_loop;
-    ProbedStatusItem m_item;
+    AppKitStatusItem m_item;
     recording::FakeWorkspace m_workspace;
     recording::FakeDefaults m_defaults;
     recording::FakeFileManager m_files;
@@ -104,69 +87,27 @@ TEST_F(LiveMenu, openingTheMenuReadsTheFileAgainBeforeAnythingIsDrawn) {
     writeSession("beta", "57");
     const int reads = m_files.reads;
     std::string session;
-    EXPECT_FALSE(driver::openMenu(m_item.real, {[&] { session = openTitle("beta"); }, driver::key(escapeKey)}));
+    EXPECT_FALSE(driver::openMenu(m_item, {[&] { session = openTitle("beta"); }, driver::key(escapeKey)}));
     EXPECT_EQ(m_files.reads, reads + 1);
     EXPECT_NE(session, "");
     EXPECT_EQ(title(), " 57%");
 }
 
-TEST_F(LiveMenu, doesNotProbeWhileTheMenuIsOpen) {
-    m_controller->start();
-    EXPECT_EQ(m_item.probes, 1);
-    EXPECT_FALSE(driver::openMenu(
-        m_item.real, {[&] { m_controller->perform(MenuAction::refreshClicked, 0, {}); }, driver::key(escapeKey)}));
-    EXPECT_EQ(m_item.probes, 1);
-    m_controller->perform(MenuAction::refreshClicked, 0, {});
-    EXPECT_EQ(m_item.probes, 2);
-}
-
 TEST_F(LiveMenu, clickingASessionFocusesItsTerminalOnce) {
     writeSession("acme", "41");
     m_controller->start();
-    EXPECT_FALSE(driver::openMenu(m_item.real, {[] { driver::click(openTitle("acme"))(); }}));
+    EXPECT_FALSE(driver::openMenu(m_item, {[] { driver::click(openTitle("acme"))(); }}));
     EXPECT_EQ(m_commands.log, Lines{"focus w1 f1"});
-}
-
-TEST_F(LiveMenu, choosingQuitAsksTheApplicationToTerminate) {
-    m_controller->start();
-    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Quit")}));
-    EXPECT_EQ(m_workspace.log, Lines{"terminate"});
 }
 
 TEST_F(LiveMenu, theCheckMarkOfIconOnlyFollowsTheClick) {
     writeSession("acme", "41");
     m_controller->start();
     EXPECT_EQ([itemTitled("Icon only") state], NSControlStateValueOff);
-    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Icon only")}));
+    EXPECT_FALSE(driver::openMenu(m_item, {driver::click("Icon only")}));
     EXPECT_EQ(m_defaults.values["compact"], true);
     EXPECT_EQ([itemTitled("Icon only") state], NSControlStateValueOn);
     EXPECT_EQ(title(), "");
-}
-
-TEST_F(LiveMenu, anItemWithoutRoomIsAnnouncedOnceAndWhenItIsBack) {
-    writeSession("acme", "41");
-    m_controller->start();
-    m_item.answer = {.occlusionVisible = false, .onscreen = false, .x = 1412.0, .width = 61.0};
-    m_controller->perform(MenuAction::refreshClicked, 0, {});
-    m_controller->perform(MenuAction::refreshClicked, 0, {});
-    ASSERT_EQ(m_log.size(), 1U);
-    EXPECT_TRUE(m_log.front().starts_with("status item is hidden")) << m_log.front();
-    EXPECT_TRUE(m_log.front().ends_with("onscreen=no occlusion=occluded")) << m_log.front();
-    EXPECT_EQ(m_commands.log.size(), 1U);
-    EXPECT_NE(itemTitled("Icon hidden since 14:03 (menu bar full or behind the notch)"), nil);
-    m_item.answer->onscreen = true;
-    m_controller->perform(MenuAction::refreshClicked, 0, {});
-    EXPECT_EQ(m_log.back(), "status item is visible again");
-}
-
-TEST_F(LiveMenu, pollsOnItsOwnAndNotAfterItsEnd) {
-    writeSession("acme", "41");
-    m_controller->start();
-    const int reads = m_files.reads;
-    EXPECT_TRUE(driver::pumpUntil([&] { return m_files.reads == reads + 1; }));
-    m_controller->applicationWillTerminate();
-    driver::pump(StatusMenuController::pollInterval + StatusMenuController::pollTolerance * 2);
-    EXPECT_EQ(m_files.reads, reads + 1);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #import "tests/appkit/MenuDriver.h"
 #import "tests/appkit/SettingsScreen.h"
 #import "tests/appkit/ViewHostFixture.h"
+#import "tests/appkit/WindowFixture.h"
 
 #include "MenubarApp/View/View.h"
 #include "MenubarApp/View/ViewPresenter.h"
@@ -19,41 +20,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-
-/// Takes a picture of the open panel while it is up.
-@interface PanelPhotographer : NSObject {
-    BOOL _isDone;
-}
-- (void)take;
-- (BOOL)isDone;
-@end
-
-@implementation PanelPhotographer
-
-- (void)take {
-    if (NSWindow* panel = [NSApp modalWindow]) {
-        menubar::driver::save(menubar::driver::look(panel),
-                              std::string(std::getenv("MENUBAR_PICTURES")) + "/open-panel.png");
-        _isDone = YES;
-        [NSApp stopModalWithCode:NSModalResponseCancel];
-        [NSApp postEvent:[NSEvent otherEventWithType:NSEventTypeApplicationDefined
-                                            location:NSZeroPoint
-                                       modifierFlags:0
-                                           timestamp:0
-                                        windowNumber:0
-                                             context:nil
-                                             subtype:0
-                                               data1:0
-                                               data2:0]
-                 atStart:NO];
-    }
-}
-
-- (BOOL)isDone {
-    return _isDone;
-}
-
-@end
 
 namespace menubar {
 namespace {
@@ -208,16 +174,15 @@ TEST(DISABLED_Screens, Help) {
 TEST(DISABLED_Screens, OpenPanel) {
     driver::SettingsScreen screen;
     screen.open();
-    const auto hand = ObjCPointer<PanelPhotographer>::adopt([[PanelPhotographer alloc] init]);
-    NSTimer* timer = [NSTimer timerWithTimeInterval:0.3
-                                             target:hand.get()
-                                           selector:@selector(take)
-                                           userInfo:nil
-                                            repeats:YES];
-    [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSModalPanelRunLoopMode];
+    bool isTaken = false;
+    const auto hand = ObjCPointer<PanelHand>::adopt([[PanelHand alloc] initWithAct:[&](NSOpenPanel* panel) {
+        driver::save(driver::look(panel), std::string(std::getenv("MENUBAR_PICTURES")) + "/open-panel.png");
+        isTaken = true;
+        [panel cancel:nil];
+    }]);
     screen.press("Choose...");
-    (void)driver::pumpUntil([&] { return [hand.get() isDone] != NO; });
-    [timer invalidate];
+    (void)driver::pumpUntil([&] { return isTaken; });
+    [hand.get() stop];
 }
 
 TEST(DISABLED_Screens, SettingsSaving) {

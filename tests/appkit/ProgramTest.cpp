@@ -1,125 +1,80 @@
+#include "tests/e2e/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <optional>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 // The app itself, as a process of its own with a home of its own.
 namespace menubar {
 namespace {
 
+using e2e::ChildProcess;
 using testing_support::TemporaryDirectory;
 using Lines = std::vector<std::string>;
 
 class Program {
 public:
-    explicit Program(const Lines& extraEnvironment = {}, const Lines& arguments = {}) {
-        Lines environment = {"HOME=" + m_home.path(), "PATH=/usr/bin:/bin"};
-        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ASAN_OPTIONS", "LSAN_OPTIONS",
-                                 "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
-            if (const char* value = std::getenv(name); value != nullptr) {
-                environment.push_back(std::string(name) + "=" + value);
-            }
-        }
-        environment.insert(environment.begin(), extraEnvironment.begin(), extraEnvironment.end()); // the first holds
-        Lines command = {MENUBAR_PROGRAM};
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        posix_spawn_file_actions_t files;
-        ::posix_spawn_file_actions_init(&files);
-        ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errorFile().c_str(), O_WRONLY | O_CREAT | O_APPEND,
-                                           0600);
-        EXPECT_EQ(::posix_spawn(&m_process, MENUBAR_PROGRAM, &files, nullptr, pointers(command).data(),
-                                pointers(environment).data()),
-                  0);
-        ::posix_spawn_file_actions_destroy(&files);
-    }
+    explicit Program(const std::map<std::string, std::string>& environment = {}, Lines arguments = {})
+        : m_child(options(environment, std::move(arguments))) {}
 
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    ~Program() {
-        if (m_process > 0) {
-            ::kill(m_process, SIGKILL);
-            ::waitpid(m_process, nullptr, 0);
-        }
-    }
-
-    /// What it has written to standard error so far, by lines.
+    /// What it has written to standard error, as far as it was waited for.
     [[nodiscard]] Lines errorLines() const {
-        std::ifstream file(errorFile());
+        std::istringstream text(m_child.errors());
         Lines lines;
-        for (std::string line; std::getline(file, line);) {
+        for (std::string line; std::getline(text, line);) {
             lines.push_back(line);
         }
         return lines;
     }
 
-    /// Waits for that many lines, within bounds.
-    [[nodiscard]] Lines waitForErrorLines(std::size_t count) const {
-        waitUntil([&] { return errorLines().size() >= count; });
+    [[nodiscard]] Lines waitForErrorLines(std::ptrdiff_t count) {
+        EXPECT_TRUE(m_child.readErrorsUntil(
+            [count](const std::string& text) { return std::ranges::count(text, '\n') >= count; }));
         return errorLines();
     }
 
-    /// Sends SIGTERM; the exit status, or -1 when it does not end by itself in time.
-    [[nodiscard]] int terminate() {
-        ::kill(m_process, SIGTERM);
+    /// Sends SIGTERM, and waits.
+    [[nodiscard]] std::optional<ChildProcess::Status> terminate() {
+        m_child.send(SIGTERM);
         return wait();
     }
 
-    /// The exit status, or -1 when it does not end by itself in time.
-    [[nodiscard]] int wait() {
-        int status = 0;
-        const pid_t process = m_process;
-        if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; })) {
-            return -1;
-        }
-        m_process = 0;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
+    [[nodiscard]] std::optional<ChildProcess::Status> wait() { return m_child.wait(); }
 
     [[nodiscard]] std::string home() const { return m_home.path(); }
 
-    [[nodiscard]] pid_t process() const { return m_process; }
+    [[nodiscard]] pid_t process() const { return m_child.pid(); }
 
 private:
-    template <typename Condition>
-    static bool waitUntil(Condition condition) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() >= end) {
-                return false;
+    [[nodiscard]] ChildProcess::Options options(std::map<std::string, std::string> environment, Lines arguments) const {
+        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ASAN_OPTIONS", "LSAN_OPTIONS",
+                                 "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+            if (const char* value = std::getenv(name)) {
+                environment.try_emplace(name, value);
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
-        return true;
+        environment["HOME"] = m_home.path();
+        environment["PATH"] = "/usr/bin:/bin";
+        return {.program = MENUBAR_PROGRAM, .arguments = std::move(arguments), .environment = std::move(environment)};
     }
-
-    static std::vector<char*> pointers(Lines& texts) {
-        std::vector<char*> result;
-        for (std::string& text : texts) {
-            result.push_back(text.data());
-        }
-        result.push_back(nullptr);
-        return result;
-    }
-
-    [[nodiscard]] std::string errorFile() const { return m_files / "stderr"; }
 
     TemporaryDirectory m_home;
-    TemporaryDirectory m_files;
-    pid_t m_process = 0;
+    ChildProcess m_child;
 };
 
 /// The processes whose parent is `process`.
@@ -143,7 +98,7 @@ Lines childrenOf(pid_t process) {
 
 #ifndef __APPLE__
 TEST(Program, saysInASentenceThatThereIsNoDisplay) {
-    Program program({"DISPLAY=:64999"});
+    Program program({{"DISPLAY", ":64999"}});
     EXPECT_EQ(program.wait(), 1);
     const Lines lines = program.errorLines();
     ASSERT_FALSE(lines.empty());
@@ -165,24 +120,17 @@ TEST(Program, firstSaysWhichFileItWatchesAndEndsCleanlyOnSigterm) {
     EXPECT_EQ(program.errorLines().size(), 1U) << program.errorLines().back();
 }
 
-TEST(Program, watchesTheFileThatTheEnvironmentNames) {
-    const Program program({"OSTREL_STATUS_FILE=~/elsewhere.json"});
-    const Lines lines = program.waitForErrorLines(1);
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.front(), "ostrel-menubar: watching " + program.home() + "/elsewhere.json");
-}
-
 TEST(Program, opensTheSettingsWindowAtStartOnlyForExactlyOne) {
     // The window's own switch, refused for want of a scratch file, tells that it was opened.
-    const std::string saveOnOpen = "OSTREL_MENUBAR_SAVE_ON_OPEN=1";
-    Program on({"OSTREL_MENUBAR_OPEN_SETTINGS=1", saveOnOpen});
+    const std::string saveOnOpen = "OSTREL_MENUBAR_SAVE_ON_OPEN";
+    Program on({{"OSTREL_MENUBAR_OPEN_SETTINGS", "1"}, {saveOnOpen, "1"}});
     ASSERT_EQ(on.waitForErrorLines(2).size(), 2U);
     EXPECT_EQ(on.errorLines().back(),
               "ostrel-menubar: OSTREL_MENUBAR_SAVE_ON_OPEN ignored: set OSTREL_CONFIG_FILE to a "
               "scratch file first");
     EXPECT_EQ(on.terminate(), 0);
     for (const char* value : {"true", "yes", "0", ""}) {
-        Program off({std::string("OSTREL_MENUBAR_OPEN_SETTINGS=") + value, saveOnOpen});
+        Program off({{"OSTREL_MENUBAR_OPEN_SETTINGS", value}, {saveOnOpen, "1"}});
         ASSERT_EQ(off.waitForErrorLines(1).size(), 1U);
         EXPECT_EQ(off.terminate(), 0);
         EXPECT_EQ(off.errorLines().size(), 1U) << value;
@@ -190,8 +138,8 @@ TEST(Program, opensTheSettingsWindowAtStartOnlyForExactlyOne) {
 }
 
 TEST(Program, answersAboutTheLoginItemAndEndsBeforeItShowsAnything) {
-    Program program({"OSTREL_MENUBAR_LOGIN=status"});
-    const int status = program.wait();
+    Program program({{"OSTREL_MENUBAR_LOGIN", "status"}});
+    const auto status = program.wait();
 #ifdef __APPLE__
     EXPECT_EQ(status, 0);
     EXPECT_EQ(program.errorLines(), Lines{});

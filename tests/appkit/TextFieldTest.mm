@@ -129,20 +129,6 @@ TEST_F(TextFieldInAWindow, keepsTheInsertionPointAtItsTextWhenTheTextIsReplaced)
     }
 }
 
-TEST_F(TextFieldInAWindow, undoesAndRedoesWhatWasTyped) {
-    const ControlId name = add(TextField{.text = "a"});
-    focus(name);
-    select(1, 0);
-    type("b");
-    (void)m_events->takeLog();
-    [[editor() undoManager] undo];
-    EXPECT_EQ(toString([editor() string]), "a");
-    EXPECT_EQ(m_events->takeLog(), Lines{"text 1: a"});
-    [[editor() undoManager] redo];
-    EXPECT_EQ(toString([editor() string]), "ab");
-    EXPECT_EQ(m_events->takeLog(), Lines{"text 1: ab"});
-}
-
 TEST_F(TextFieldInAWindow, takesTheCommandsOfTheEditMenu) {
     const ControlId name = add(TextField{.text = "a"});
     const ControlId notes = add(TextEditor{.text = "a"});
@@ -324,13 +310,6 @@ TEST_F(TextFieldInAWindow, disabledTakesNoFocus) {
     update(name, TextField{.text = "a"}, TextField{.text = "a", .enabled = false});
     click(field(name));
     EXPECT_EQ(focused(), name);
-}
-
-TEST_F(TextFieldInAWindow, showsItsPrompt) {
-    const ControlId name = add(TextField{.prompt = "Item 1"});
-    EXPECT_EQ(toString([[field(name) cell] placeholderString]), "Item 1");
-    update(name, TextField{.prompt = "Item 2"}, TextField{.prompt = "Item 1"});
-    EXPECT_EQ(toString([[field(name) cell] placeholderString]), "Item 2");
 }
 
 TEST_F(TextFieldInAWindow, keepsTextFromOutsideAsItIs) {

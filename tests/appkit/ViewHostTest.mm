@@ -264,15 +264,6 @@ TEST_F(ViewHostInAWindow, oneSeesWhichControlHasTheFocus) {
     }
 }
 
-TEST_F(ViewHostInAWindow, aPromptIsSeenWhileThereIsNoText) {
-    const ControlId with = add(TextField{.prompt = "Item 1"});
-    const ControlId without = add(TextField{});
-    EXPECT_NE(picture(host().nativeView(with)), picture(host().nativeView(without)));
-    update(with, TextField{.text = "a", .prompt = "Item 1"}, TextField{.prompt = "Item 1"});
-    update(without, TextField{.text = "a"}, TextField{});
-    EXPECT_EQ(picture(host().nativeView(with)), picture(host().nativeView(without)));
-}
-
 /// How many objects of the app's own classes there are.
 std::vector<int> liveObjects() {
     std::vector<int> counts;

@@ -111,23 +111,17 @@ TEST_F(WindowTest, mayBeDestroyedRightAfterItClosed) {
 
 // Alerts
 
-TEST_F(WindowTest, anAlertReturnsAtOnceAndShowsItsButtons) {
+TEST_F(WindowTest, anAlertReturnsAtOnceAndTellsLaterWhichButtonWasPressed) {
     m_window->bringForward();
-    ask();
-    EXPECT_THAT(alertButtons(native()), ElementsAre("Restart", "Later"));
-    EXPECT_THAT(m_answers, IsEmpty());
-    clickAlertButton(native(), 1);
-}
-
-TEST_F(WindowTest, anAlertTellsWhichButtonWasPressed) {
-    m_window->bringForward();
-    ask();
-    clickAlertButton(native(), 0);
-    EXPECT_THAT(m_answers, ElementsAre(0U));
-    EXPECT_THAT(alertButtons(native()), IsEmpty());
-    ask();
-    clickAlertButton(native(), 1);
-    EXPECT_THAT(m_answers, ElementsAre(0U, 1U));
+    for (const std::size_t button : {0U, 1U}) {
+        m_answers.clear();
+        ask();
+        EXPECT_THAT(alertButtons(native()), ElementsAre("Restart", "Later"));
+        EXPECT_THAT(m_answers, IsEmpty());
+        clickAlertButton(native(), button);
+        EXPECT_THAT(m_answers, ElementsAre(button));
+        EXPECT_THAT(alertButtons(native()), IsEmpty());
+    }
 }
 
 TEST_F(WindowTest, returnPressesTheFirstButtonAndEscapeTheLast) {

@@ -69,11 +69,6 @@ TEST_F(StatusMenuOnScreen, clickingADisabledItemDoesNothingAndTheMenuStays) {
     EXPECT_FALSE(m_hadToClose);
 }
 
-TEST_F(StatusMenuOnScreen, escapeClosesWithoutAnAction) {
-    EXPECT_EQ(logOf({hover("acme"), key(escapeKey)}), (Lines{"willOpen", "didClose"}));
-    EXPECT_FALSE(m_hadToClose);
-}
-
 TEST_F(StatusMenuOnScreen, aClickElsewhereClosesWithoutAnAction) {
     EXPECT_EQ(logOf({driver::clickFarAway()}), (Lines{"willOpen", "didClose"}));
     EXPECT_FALSE(m_hadToClose);

@@ -19,7 +19,6 @@
 namespace menubar {
 namespace {
 
-using driver::alertButtons;
 using driver::clickAlertButton;
 using driver::pressKey;
 using driver::pump;
@@ -41,11 +40,9 @@ TEST_F(SheetWindowTest, keepsItsLookWhenTheUserDefaultsChange) {
     EXPECT_TRUE([native() isVisible]);
 }
 
-TEST_F(SheetWindowTest, anAlertReturnsAtOnceAndShowsItsButtonsTheFirstRightmost) {
+TEST_F(SheetWindowTest, anAlertsFirstButtonIsTheRightmost) {
     m_window->bringForward();
     ask();
-    EXPECT_THAT(alertButtons(native()), ElementsAre("Restart", "Later"));
-    EXPECT_THAT(m_answers, IsEmpty());
     AlertView* alert = static_cast<AlertView*>([static_cast<SheetWindow*>(native()) sheetView]);
     const NSRect first = [[[alert buttons] objectAtIndex:0] frame];
     const NSRect second = [[[alert buttons] objectAtIndex:1] frame];

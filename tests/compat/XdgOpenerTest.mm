@@ -38,8 +38,7 @@ public:
     /// The arguments that it was called with, each followed by a bar.
     [[nodiscard]] std::string arguments() const {
         EXPECT_TRUE(driver::pumpUntil([this] { return std::filesystem::exists(log()); }));
-        std::ifstream file(log());
-        return {std::istreambuf_iterator<char>(file), {}};
+        return testing_support::bytesOf(log());
     }
 
 private:

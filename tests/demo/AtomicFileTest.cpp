@@ -11,15 +11,11 @@
 #include <gtest/gtest.h>
 
 using namespace menubar::demo;
+using menubar::testing_support::bytesOf;
 using menubar::testing_support::TemporaryDirectory;
 using testing::HasSubstr;
 
 namespace {
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 std::size_t entriesOf(const std::string& directory) {
     const std::filesystem::directory_iterator entries(directory);

@@ -100,25 +100,6 @@ TEST(Simulation, theFirstPollAlreadyShowsEveryLevelAndADozenThings) {
     EXPECT_EQ(frame.handoffs.size(), 2U);
 }
 
-TEST(Simulation, everyHandoffIsNamedByASessionOnceItIsWritten) {
-    Simulation world = simulation();
-    std::set<std::string> written;
-    for (auto at = 0s; at < 600s; at += 3s) {
-        const Simulation::Frame frame = world.poll(start + at);
-        for (const auto& handoff : frame.handoffs) {
-            EXPECT_FALSE(handoff.text.empty());
-            written.insert(handoff.path);
-        }
-        std::set<std::string> named;
-        for (const SessionStatus& session : read(frame).sessions) {
-            if (session.handoff) {
-                named.insert(session.handoff->path);
-            }
-        }
-        ASSERT_EQ(named, written);
-    }
-}
-
 TEST(Simulation, tenMinutesShowEverythingThatASessionCanDo) {
     const Chronicle chronicle = chronicleOf(simulation(), 600s);
     EXPECT_THAT(chronicle.levels,
@@ -133,23 +114,6 @@ TEST(Simulation, tenMinutesShowEverythingThatASessionCanDo) {
     EXPECT_EQ(chronicle.mostEvents, Simulation::eventLimit);
 }
 
-TEST(Simulation, contextGrowsWarnsTurnsCriticalAndIsCompacted) {
-    Simulation world = simulation();
-    std::vector<SessionLevel> course;
-    for (auto at = 0s; course.size() < 4 && at < 3600s; at += 3s) {
-        const StatusFile file = read(world.poll(start + at));
-        const auto session =
-            std::ranges::find_if(file.sessions, [](const auto& s) { return s.dirName == "search-index"; });
-        ASSERT_NE(session, file.sessions.end());
-        EXPECT_LE(session->contextPct.value_or(0), 100);
-        EXPECT_LE(session->contextTokens, session->contextWindow);
-        if (course.empty() || course.back() != session->level) {
-            course.push_back(session->level);
-        }
-    }
-    EXPECT_THAT(course, ElementsAre(SessionLevel::ok, SessionLevel::warn, SessionLevel::critical, SessionLevel::ok));
-}
-
 TEST(Simulation, theSameTimesGiveTheSameFramesAndASeedOthers) {
     Simulation first = simulation();
     Simulation second = simulation();
@@ -161,22 +125,6 @@ TEST(Simulation, theSameTimesGiveTheSameFramesAndASeedOthers) {
         differs |= JSONValue(frame.status) != JSONValue(other.poll(start + at).status);
     }
     EXPECT_TRUE(differs);
-}
-
-TEST(Simulation, mostSessionsCanBeBroughtForwardAndOneCannot) {
-    Simulation world = simulation();
-    const StatusFile file = read(world.poll(start));
-    EXPECT_EQ(std::count_if(file.sessions.begin(), file.sessions.end(),
-                            [](const auto& session) { return session.workspaceId.has_value(); }),
-              5);
-}
-
-TEST(Simulation, aGapOfHoursBetweenPollsIsNoTrouble) {
-    Simulation world = simulation();
-    static_cast<void>(world.poll(start));
-    const StatusFile file = read(world.poll(start + 9h));
-    EXPECT_EQ(file.sessions.size(), 6U);
-    EXPECT_EQ(file.at, start + 9h);
 }
 
 TEST(Simulation, carriesTheConfigurationWithItsSources) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <sys/types.h>
@@ -78,5 +79,9 @@ private:
     std::string m_errors;
     std::optional<Status> m_status;
 };
+
+[[nodiscard]] inline ChildProcess::Condition contains(std::string part) {
+    return [part = std::move(part)](const std::string& text) { return text.find(part) != std::string::npos; };
+}
 
 } // namespace menubar::e2e

@@ -23,38 +23,19 @@ ScratchHome::Result runWith(std::vector<std::string> arguments) {
 } // namespace
 
 TEST(Menubarctl, helpAndVersionGoToStandardOutput) {
-    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"}, {"-h"}, {"help"}}) {
-        const auto help = runWith(arguments);
-        EXPECT_EQ(help.status, 0);
-        EXPECT_THAT(help.output, StartsWith("usage: ostrel-menubarctl COMMAND [OPTIONS]\n"));
-        EXPECT_EQ(help.errors, "");
-    }
-    for (const char* option : {"--version", "-V"}) {
-        const auto version = runWith({option});
-        EXPECT_EQ(version.status, 0);
-        EXPECT_THAT(version.output, testing::MatchesRegex("ostrel-menubarctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-    }
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"help", "settings", "set"}, {"settings", "set", "--help"}}) {
-        EXPECT_THAT(runWith(arguments).output, StartsWith("usage: ostrel-menubarctl settings set NAME VALUE..."));
-    }
+    const auto help = runWith({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("usage: ostrel-menubarctl COMMAND [OPTIONS]\n"));
+    EXPECT_EQ(help.errors, "");
+    const auto version = runWith({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("ostrel-menubarctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(runWith({"settings", "set", "--help"}).output,
+                StartsWith("usage: ostrel-menubarctl settings set NAME VALUE..."));
 }
 
 TEST(Menubarctl, aWrongCommandLineGetsTwoLinesAndStatusTwo) {
-    const std::vector<std::vector<std::string>> wrong{{},
-                                                      {"bogus"},
-                                                      {"status", "--bogus"},
-                                                      {"status", "x"},
-                                                      {"status", "--now", "soon"},
-                                                      {"menu", "--time-zone=Mars"},
-                                                      {"menu", "--watch", "--json"},
-                                                      {"settings"},
-                                                      {"focus"},
-                                                      {"daemon", "jump"},
-                                                      {"bar", "xmobar"},
-                                                      {"completions"},
-                                                      {"focus", "a", "--waiting"},
-                                                      {"status", "--color", "blue"}};
+    const std::vector<std::vector<std::string>> wrong{{}, {"status", "--bogus"}, {"settings", "set"}};
     for (const auto& arguments : wrong) {
         const auto result = runWith(arguments);
         EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);

@@ -2,14 +2,13 @@
 
 #include "MenubarApp/Commands/SystemTools.h"
 #include "MenubarCore/Daemon/LaunchAgentLabel.h"
-#include "MenubarCore/JSON/JSONValue.h"
 
 #include "tests/e2e/Eventually.h"
 #include "tests/e2e/ScratchHome.h"
 #include "tests/support/PropertyLists.h"
+#include "tests/support/RecordedCalls.h"
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -55,15 +54,7 @@ protected:
         return result.errors;
     }
 
-    /// The recorded calls as they were written.
-    [[nodiscard]] std::vector<std::string> calls() const {
-        std::vector<std::string> lines;
-        std::ifstream in(home / "record");
-        for (std::string line; std::getline(in, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    [[nodiscard]] std::vector<std::string> calls() const { return testing_support::recordedCalls(home / "record"); }
 
     ScratchHome home;
 };
@@ -75,21 +66,15 @@ TEST_F(CommandsTest, focusBringsTheSessionsTerminalForward) {
     const auto result = run({"focus", "api"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output + result.errors, "");
-    EXPECT_THAT(
-        calls(),
-        ElementsAre(R"({"arguments":["select-workspace","--workspace","w 1"],"quiet":"1","tool":"cmux"})",
-                    R"({"arguments":["focus-panel","--panel","p\"1","--workspace","w 1"],"quiet":"1","tool":"cmux"})"));
+    EXPECT_THAT(calls(), ElementsAre("quiet cmux <select-workspace> <--workspace> <w 1>",
+                                     R"(quiet cmux <focus-panel> <--panel> <p"1> <--workspace> <w 1>)"));
 }
 
 TEST_F(CommandsTest, focusComplainsWhenThereIsNotOneTerminalToBringForward) {
     EXPECT_EQ(complaintOf({"focus", "api"}),
               "ostrel-menubarctl: there is no status file at " + home.statusFile() + "\n");
-    home.writeStatus("{");
-    EXPECT_THAT(complaintOf({"focus", "api"}), testing::StartsWith("ostrel-menubarctl: "));
     home.writeStatus(sessions);
     EXPECT_EQ(complaintOf({"focus", "mars"}), "ostrel-menubarctl: no session is called \"mars\"\n");
-    EXPECT_EQ(complaintOf({"focus", "web"}),
-              "ostrel-menubarctl: several sessions are called \"web\": web (id-2), web (id-5)\n");
     EXPECT_EQ(complaintOf({"focus", "docs"}), "ostrel-menubarctl: the session \"docs\" is in no cmux workspace\n");
     EXPECT_EQ(complaintOf({"focus", "s4"}), "ostrel-menubarctl: the session \"infra\" is in no cmux workspace\n");
     EXPECT_THAT(calls(), IsEmpty());
@@ -130,21 +115,11 @@ TEST_F(CommandsTest, theDaemonIsStartedRestartedAndStopped) {
     EXPECT_TRUE(shows("Daemon stopped"));
 
     const std::string domain = "gui/" + std::to_string(::getuid());
-    const auto call = [](const std::string& words) {
-        return R"({"arguments":[)" + words + R"(],"quiet":null,"tool":"launchctl"})";
-    };
-    std::vector<std::string> normalized;
-    for (std::string line : calls()) {
-        for (std::size_t at = 0; (at = line.find("\\/")) != std::string::npos;) {
-            line.erase(at, 1); // JSON may escape a slash, and ours does
-        }
-        normalized.push_back(line);
-    }
-    const std::string kickstart = call(R"("kickstart","-k",")" + domain + R"(/dev.ostrel.daemon")");
-    EXPECT_THAT(normalized, ElementsAre(kickstart,
-                                        call(R"("bootstrap",")" + domain + R"(",")" + home.path() +
-                                             R"(/Library/LaunchAgents/dev.ostrel.daemon.plist")"),
-                                        kickstart, call(R"("bootout",")" + domain + R"(/dev.ostrel.daemon")")));
+    const std::string kickstart = "launchctl <kickstart> <-k> <" + domain + "/dev.ostrel.daemon>";
+    EXPECT_THAT(calls(), ElementsAre(kickstart,
+                                     "launchctl <bootstrap> <" + domain + "> <" + home.path() +
+                                         "/Library/LaunchAgents/dev.ostrel.daemon.plist>",
+                                     kickstart, "launchctl <bootout> <" + domain + "/dev.ostrel.daemon>"));
 }
 
 TEST_F(CommandsTest, aDaemonThatCannotBeControlledIsAFailure) {
@@ -174,23 +149,14 @@ TEST_F(CommandsTest, theDaemonsStatusIsOneLineAndAnExitStatus) {
     EXPECT_EQ(running.output, "Daemon running (last poll 3s ago)\n");
 }
 
-TEST_F(CommandsTest, focusTakesTheBeginningOfANameTheNumberAndTheFirstThatWaits) {
+TEST_F(CommandsTest, focusTakesTheNumberAndTheFirstThatWaits) {
     home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","sessions":[
-        {"sessionId":"id-1","dirName":"api","workspaceId":"w1","contextPct":5},
-        {"sessionId":"id-2","dirName":"web","workspaceId":"w2","contextPct":90},
-        {"sessionId":"id-3","dirName":"docs","workspaceId":"w3","contextPct":50}]})");
-    EXPECT_EQ(run({"focus", "ap"}).errors, "");
+        {"sessionId":"id-1","dirName":"api","workspaceId":"w1","contextPct":5,"lifecycle":"needsInput"},
+        {"sessionId":"id-2","dirName":"web","workspaceId":"w2","contextPct":90}]})");
     EXPECT_EQ(run({"focus", "1"}).errors, ""); // the fullest is the first of the menu
-    EXPECT_EQ(complaintOf({"focus", "id"}),
-              "ostrel-menubarctl: several sessions begin with \"id\": web (id-2), docs (id-3), api (id-1)\n");
-    EXPECT_EQ(complaintOf({"focus", "--waiting"}), "ostrel-menubarctl: no session needs input\n");
-    home.writeStatus(R"({"at":"2025-03-04T10:15:30Z","sessions":[
-        {"dirName":"api","workspaceId":"w1","lifecycle":"needsInput"},{"dirName":"web","workspaceId":"w2"}]})");
     EXPECT_EQ(run({"focus", "--waiting"}).errors, "");
-    const auto selects = [](const std::string& workspace) {
-        return R"({"arguments":["select-workspace","--workspace",")" + workspace + R"("],"quiet":"1","tool":"cmux"})";
-    };
-    EXPECT_THAT(calls(), ElementsAre(selects("w1"), selects("w2"), selects("w1")));
+    EXPECT_THAT(calls(), ElementsAre("quiet cmux <select-workspace> <--workspace> <w2>",
+                                     "quiet cmux <select-workspace> <--workspace> <w1>"));
 }
 
 TEST_F(CommandsTest, aMachineWithoutLaunchctlSaysSo) {
@@ -205,12 +171,5 @@ TEST_F(CommandsTest, aMachineWithoutLaunchctlSaysSo) {
         EXPECT_EQ(result.errors,
                   "ostrel-menubarctl: this machine has no /bin/launchctl, which the daemon is controlled with\n");
     }
-}
-
-TEST_F(CommandsTest, theRealCommandLineCannotBeToldOfAnotherLaunchctl) {
-    if (std::filesystem::exists(SystemTools{}.launchctl)) {
-        GTEST_SKIP() << "this machine has launchctl";
-    }
-    EXPECT_EQ(ScratchHome::run(home.menubarctl({"daemon", "start"})).status, 1);
-    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_THAT(calls(), IsEmpty()) << "nobody can tell it of another launchctl";
 }

@@ -18,14 +18,10 @@ using menubar::StatusFile;
 using menubar::e2e::ChildProcess;
 using menubar::e2e::eventually;
 using menubar::e2e::ScratchHome;
+using menubar::testing_support::bytesOf;
 using testing::HasSubstr;
 
 namespace {
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// The file as it is now; fails the test when there is one that cannot be read.
 std::optional<StatusFile> read(const std::string& path) {

@@ -1,12 +1,12 @@
 #include "tests/e2e/Desktop.h"
 
 #include "MenubarApp/Commands/CommandRunner.h"
-#include "MenubarCore/JSON/JSONValue.h"
+
+#include "tests/support/RecordedCalls.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <thread>
@@ -21,19 +21,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int stripHeight = 26;
-
-std::string described(const JSONValue& call) {
-    const JSONValue::Object* fields = call.objectValue();
-    if (fields == nullptr) {
-        return "a line that is no JSON object";
-    }
-    std::string text = fields->at("tool").compactText();
-    const JSONValue& words = fields->at("arguments");
-    for (const JSONValue& word : *words.arrayValue()) {
-        text += " <" + word.compactText() + ">";
-    }
-    return text;
-}
 
 std::string outputOf(const std::string& program, std::vector<std::string> arguments) {
     return CommandRunner::runSync(program, std::move(arguments), {}, [](std::string_view) {}).stdout_;
@@ -173,10 +160,9 @@ void Desktop::clickTheFirstEnabledRow() const {
 }
 
 std::vector<std::string> Desktop::calls() const {
-    std::vector<std::string> result;
-    std::ifstream in(home / "record");
-    for (std::string line; std::getline(in, line);) {
-        result.push_back(described(JSONValue::decode(line).value_or(JSONValue())));
+    std::vector<std::string> result = testing_support::recordedCalls(home / "record");
+    for (std::string& call : result) {
+        call.erase(0, call.starts_with("quiet ") ? 6 : 0);
     }
     return result;
 }

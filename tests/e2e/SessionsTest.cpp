@@ -57,22 +57,6 @@ TEST(Sessions, thatAreOldOrNoneAreSaidToBe) {
     EXPECT_THAT(old.errors, StartsWith("ostrel-menubarctl: Daemon not responding"));
 }
 
-TEST(Sessions, haveADocument) {
-    const ScratchHome home;
-    home.writeStatus(two);
-    const auto result = home.atFixedTime({"sessions", "--json"});
-    EXPECT_EQ(result.errors, "");
-    EXPECT_EQ(std::ranges::count(result.output, '\n'), 1);
-    const auto document = JSONValue::decode(result.output);
-    ASSERT_TRUE(document);
-    const auto& sessions = *document->objectValue()->at("sessions").arrayValue();
-    ASSERT_EQ(sessions.size(), 2U);
-    EXPECT_EQ(sessions[0].objectValue()->at("name"), JSONValue("web"));
-    EXPECT_EQ(sessions[0].objectValue()->at("waiting"), JSONValue(true));
-    const auto status = JSONValue::decode(home.atFixedTime({"status", "--json"}).output);
-    EXPECT_EQ(document->objectValue()->at("state"), status->objectValue()->at("state"));
-}
-
 TEST(Sessions, areWatchedAsTheWholeAgainWhenItHasChanged) {
     const ScratchHome home;
     home.writeStatus(two);

@@ -19,6 +19,7 @@
 using namespace menubar;
 using menubar::e2e::Desktop;
 using menubar::e2e::eventually;
+using menubar::testing_support::bytesOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -26,11 +27,6 @@ using testing::IsEmpty;
 namespace {
 
 const char* const savedConfig = "{\n  \"warn-context\" : 45\n}\n";
-
-std::string contentsOf(const std::string& path) {
-    std::ifstream in(path);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// The app with its settings window, on the stand-in daemon, whose validator may take its time.
 class SettingsDesktop : public testing::Test {
@@ -77,7 +73,7 @@ protected:
         desktop.click(window->x + window->width - 50, window->y + window->height - 32);
     }
 
-    [[nodiscard]] std::string config() const { return contentsOf(desktop.home / ".config/ostrel/config.json"); }
+    [[nodiscard]] std::string config() const { return bytesOf(desktop.home / ".config/ostrel/config.json"); }
 
     Desktop desktop;
 };
@@ -144,11 +140,4 @@ TEST_F(SettingsDesktop, aSaveThatRunsEndsWholeBeforeTheAppDoes) {
     EXPECT_TRUE(desktop.ends());
     EXPECT_EQ(config(), savedConfig);
     EXPECT_THAT(desktop.errors(), HasSubstr("ostrel-menubar: save outcome: saved\n"));
-}
-
-TEST_F(SettingsDesktop, aWindowThatIsOpenedAtTheStartIsTheSame) {
-    desktop.home.environment["OSTREL_MENUBAR_OPEN_SETTINGS"] = "1";
-    desktop.home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
-    desktop.start();
-    EXPECT_TRUE(eventually([] { return Desktop::settingsWindow().has_value(); }));
 }

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 using menubar::e2e::ChildProcess;
+using menubar::e2e::contains;
 using menubar::e2e::ReadMark;
 using menubar::e2e::ScratchHome;
 using testing::EndsWith;
@@ -25,10 +26,6 @@ ChildProcess::Options watchOn(const ScratchHome& home, ChildProcess::Output outp
     auto options = home.menubarctl({"menu", "--watch"});
     options.output = output;
     return options;
-}
-
-auto contains(std::string part) {
-    return [part = std::move(part)](const std::string& output) { return output.find(part) != std::string::npos; };
 }
 
 auto endsWith(std::string part) {
@@ -83,20 +80,6 @@ TEST(MenuWatch, followsTheSizeOfTheWindow) {
     EXPECT_THAT(lastFrame(watch.output()), Not(HasSubstr("Quit")));
     watch.resizeTerminal(80, 9);
     EXPECT_TRUE(watch.readUntil(contains("more lines · ")));
-}
-
-TEST(MenuWatch, givesTheTerminalBackWhileItIsSuspended) {
-    const ScratchHome home;
-    ChildProcess watch(watchOn(home, ChildProcess::Output::terminal));
-    ASSERT_TRUE(watch.readUntil(contains("Quit")));
-    watch.send(SIGTSTP);
-    ASSERT_TRUE(watch.waitUntilStopped());
-    ASSERT_TRUE(watch.readUntil(contains(leave)));
-    watch.send(SIGCONT);
-    ASSERT_TRUE(watch.readUntil(contains(std::string(leave) + enter + "\x1b[H")));
-    watch.send(SIGINT);
-    EXPECT_EQ(watch.wait(), 0);
-    EXPECT_THAT(watch.output(), EndsWith(leave));
 }
 
 TEST(MenuWatch, intoAPipeWritesFramesApartByAnEmptyLine) {

@@ -26,6 +26,7 @@ using menubar::faults::Plan;
 using menubar::faults::Watch;
 using menubar::sample::form;
 using menubar::sample::spec;
+using menubar::testing_support::bytesOf;
 using menubar::testing_support::TemporaryDirectory;
 
 namespace fs = std::filesystem;
@@ -35,11 +36,6 @@ namespace {
 /// Long enough that half of it is not whole.
 const std::string oldBytes = "{\"a\":\"" + std::string(9000, 'o') + "\"}";
 constexpr mode_t oldMode = 0640;
-
-std::string read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 mode_t modeOf(const std::string& path) {
     struct stat info{};
@@ -86,7 +82,7 @@ public:
 
     /// The config file is one of the two, whole, with its mode, and still behind its link.
     void expectOneOfTheTwo(const std::string& when) const {
-        const std::string now = read(target());
+        const std::string now = bytesOf(target());
         EXPECT_TRUE(now == oldBytes || now == newBytes) << when << ": " << now.size() << " bytes";
         EXPECT_EQ(modeOf(target()), oldMode) << when;
         EXPECT_TRUE(fs::is_symlink(path())) << when;
@@ -97,7 +93,7 @@ public:
         }
     }
 
-    [[nodiscard]] bool isNew() const { return read(target()) == newBytes; }
+    [[nodiscard]] bool isNew() const { return bytesOf(target()) == newBytes; }
 
     [[nodiscard]] std::set<std::string> candidates() const {
         std::set<std::string> names;
@@ -208,7 +204,7 @@ TEST(SaveFaults, aFailureLeavesNothingThatWouldStopTheNextSave) {
             const Watch watch(Plan{.index = index, .fault = Fault::fail, .error = EIO});
             static_cast<void>(scene.save(oldBytes));
         }
-        EXPECT_EQ(scene.save(read(scene.target())), SaveOutcome::Saved{}) << calls[index] << " at " << index;
+        EXPECT_EQ(scene.save(bytesOf(scene.target())), SaveOutcome::Saved{}) << calls[index] << " at " << index;
         EXPECT_TRUE(scene.isNew());
         EXPECT_TRUE(scene.candidates().empty());
     }
@@ -235,7 +231,7 @@ TEST(SaveFaults, aThousandSavesKilledAtEveryStepLeaveTheOldFileOrTheNewOne) {
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << when;
         scene.expectOneOfTheTwo(when);
         old += scene.isNew() ? 0 : 1;
-        EXPECT_EQ(scene.save(read(scene.target())), SaveOutcome::Saved{}) << when;
+        EXPECT_EQ(scene.save(bytesOf(scene.target())), SaveOutcome::Saved{}) << when;
         EXPECT_TRUE(scene.candidates().empty()) << when << ": what the dead process left is removed";
     }
     EXPECT_GT(old, saves / 2);

@@ -18,6 +18,7 @@
 using namespace menubar;
 using menubar::sample::form;
 using menubar::sample::spec;
+using menubar::testing_support::bytesOf;
 using menubar::testing_support::TemporaryDirectory;
 
 namespace fs = std::filesystem;
@@ -26,11 +27,6 @@ namespace {
 
 constexpr int cannotMount = 77;
 const std::string oldBytes = "{\"a\":\"old\"}";
-
-std::string read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// Mounts a file system of that size over `directory`, for this process alone.
 bool mountSmall(const std::string& directory, int bytes) {
@@ -62,12 +58,12 @@ int fillTheDisk(const std::string& directory) {
         const bool isRefused =
             outcome == SaveOutcome::WriteFailed{"could not write the new file: No space left on device"};
         const bool isAlone = std::distance(fs::directory_iterator(directory), {}) == 1;
-        if (!isRefused || read(path) != oldBytes || !isAlone) {
+        if (!isRefused || bytesOf(path) != oldBytes || !isAlone) {
             std::fprintf(stderr, "%zu bytes: %s\n", size, describe(outcome).c_str());
             return 1;
         }
     }
-    return save(path, 1000) == SaveOutcome::Saved{} && read(path).size() > 1000 ? 0 : 2;
+    return save(path, 1000) == SaveOutcome::Saved{} && bytesOf(path).size() > 1000 ? 0 : 2;
 }
 
 } // namespace

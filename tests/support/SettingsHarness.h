@@ -73,6 +73,10 @@ struct SettingsHarness {
     /// Creates the model and loads.
     void load() {
         create();
+        reload();
+    }
+
+    void reload() {
         model->load();
         mainLoop.drain();
     }

@@ -43,6 +43,13 @@ struct SettingsWindowHarness : SettingsHarness {
         home.write("Library/LaunchAgents/dev.ostrel.daemon.plist", "");
     }
 
+    /// Shows the window, which knows of the launch agent.
+    void openWithDaemon() {
+        installDaemon();
+        open();
+        poll();
+    }
+
     void poll(const StatusFile* status = nullptr) { poll(status, DaemonState::Missing{}); }
 
     void poll(const StatusFile* status, const DaemonState& state) {

@@ -3,6 +3,7 @@
 #include <cstdlib> // mkdtemp; in unistd.h on macOS
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -11,6 +12,12 @@
 #include <unistd.h>
 
 namespace menubar::testing_support {
+
+/// All of the file's bytes; empty when there is none.
+inline std::string bytesOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
 
 /// A new empty directory that goes away with this object, with all that is in it.
 class TemporaryDirectory {
