@@ -2,7 +2,6 @@
 
 #import <Foundation/Foundation.h>
 
-#include "MenubarApp/AppKit/BackgroundQueue.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
 #include "MenubarApp/Platform/MainLoop.h"
 
@@ -11,6 +10,8 @@
 @class MainThreadQueue;
 
 namespace menubar {
+
+class BackgroundQueue;
 
 /// The main thread's NSRunLoop and a pool of threads.
 ///

@@ -1,5 +1,6 @@
 #import "MenubarApp/AppKit/AppKitMainLoop.h"
 
+#include "MenubarApp/AppKit/Callback.h"
 #include "MenubarApp/AppKit/Desktop.h"
 
 #include <deque>
@@ -72,36 +73,6 @@
 
 @end
 
-/// What an NSTimer calls. The timer retains it, so it may outlive the RepeatingTimer that invalidates it, but its
-/// action never runs after that.
-@interface TimerTarget : NSObject {
-    std::shared_ptr<const menubar::MainLoop::Action> _action;
-}
-- (instancetype)initWithAction:(menubar::MainLoop::Action)action;
-- (void)fire:(NSTimer*)timer;
-@end
-
-@implementation TimerTarget
-
-- (instancetype)initWithAction:(menubar::MainLoop::Action)action {
-    self = [super init];
-    if (self != nil) {
-        _action = std::make_shared<const menubar::MainLoop::Action>(std::move(action));
-    }
-    return self;
-}
-
-- (void)fire:(NSTimer*)timer {
-    // The action may destroy its timer, and with it this object.
-    const auto action = _action;
-    // A turn of the main loop that handled no event need not drain the pool.
-    @autoreleasepool {
-        (*action)();
-    }
-}
-
-@end
-
 namespace menubar {
 
 namespace {
@@ -141,10 +112,10 @@ void AppKitMainLoop::runInBackground(Action action) {
 
 std::unique_ptr<RepeatingTimer> AppKitMainLoop::repeat(std::chrono::milliseconds interval,
                                                        std::chrono::milliseconds tolerance, Action action) {
-    const auto target = ObjCPointer<TimerTarget>::adopt([[TimerTarget alloc] initWithAction:std::move(action)]);
+    const auto callback = makeCallback(std::move(action));
     NSTimer* timer = [NSTimer timerWithTimeInterval:seconds(interval)
-                                             target:target.get()
-                                           selector:@selector(fire:)
+                                             target:callback.get()
+                                           selector:@selector(call:)
                                            userInfo:nil
                                             repeats:YES];
     [timer setTolerance:seconds(tolerance)];

@@ -91,11 +91,9 @@ void AppKitStatusItem::setMenu(const Menu& menu) {
     if (menu == m_shownMenu) {
         return;
     }
-    m_shownMenu = menu; // first, for GNUstep asks for an update at every item that comes
+    const Menu before = std::exchange(m_shownMenu, menu); // first, for GNUstep asks for an update at every change
     @autoreleasepool {
-        // All new items exist before the old ones go: the menu is never empty when it opens.
-        NSMutableArray* items = [NSMutableArray arrayWithArray:makeMenuItems(menu, m_target.get())];
-        [m_menu.get() setItemArray:items];
+        updateMenu(m_menu.get(), before, menu, m_target.get());
     }
 }
 

@@ -1,37 +1,27 @@
 #pragma once
 
-#import <AppKit/AppKit.h>
-
+#include "MenubarApp/AppKit/Callback.h"
 #include "MenubarApp/AppKit/Controls/ControlAdapter.h"
 #include "MenubarApp/AppKit/Controls/EventSink.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
 #include "MenubarApp/View/ViewHost.h"
 
-#include <functional>
 #include <memory>
 #include <unordered_map>
 
-/// What a window's controls lie in: y grows downwards, and whoever asked hears of every change of its size.
-@interface MenubarContentView : NSView {
-    std::function<void()> _onResize;
-    NSSize _knownSize;
-}
-
-- (void)setOnResize:(std::function<void()>)onResize;
-
-@end
+#import <AppKit/AppKit.h>
 
 namespace menubar {
 
-/// An empty content view, for a window to keep.
-[[nodiscard]] ObjCPointer<MenubarContentView> makeFlippedContentView();
+/// An empty view in which y grows downwards, for a window's content.
+[[nodiscard]] ObjCPointer<NSView> makeFlippedContentView();
 
 /// The controls of one window: an adapter for each, by its id. Main thread.
 ///
 /// While it carries out a call it reports nothing, but for what `commitEditing` and `focus` are there to report.
 class AppKitViewHost final : public ViewHost {
 public:
-    /// `contentView` is flipped. A MenubarContentView tells of its resizing; any other view is taken to keep its size.
+    /// `contentView` is flipped.
     explicit AppKitViewHost(NSView* contentView);
     /// The controls that are left go too, silently. The window is still there: it has to let go of what has its focus.
     ~AppKitViewHost() override;
@@ -66,6 +56,7 @@ private:
     ObjCPointer<NSView> m_contentView;
     std::shared_ptr<EventSink> m_sink = std::make_shared<EventSink>();
     std::unordered_map<ControlId, std::unique_ptr<ControlAdapter>> m_adapters;
+    Observation m_resizing;
 };
 
 } // namespace menubar

@@ -1,46 +1,13 @@
 #import "MenubarApp/AppKit/AppKitViewHost.h"
 
+#import "MenubarApp/AppKit/Controls/Containers.h"
+
 #include "MenubarApp/AppKit/Controls/Look.h"
 #include "MenubarApp/AppKit/Conversions.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
-
-@implementation MenubarContentView
-
-- (BOOL)isFlipped {
-    return YES;
-}
-
-- (void)setOnResize:(std::function<void()>)onResize {
-    _onResize = std::move(onResize);
-}
-
-// AppKit's setFrame: ends in setFrameSize:, GNUstep's does not.
-- (void)setFrame:(NSRect)frame {
-    [super setFrame:frame];
-    [self noteSize];
-}
-
-- (void)setFrameSize:(NSSize)size {
-    [super setFrameSize:size];
-    [self noteSize];
-}
-
-- (void)noteSize {
-    const NSSize size = [self frame].size;
-    if (NSEqualSizes(size, _knownSize)) {
-        return;
-    }
-    _knownSize = size;
-    if (_onResize) {
-        const auto onResize = _onResize; // may be replaced in the course of the call
-        onResize();
-    }
-}
-
-@end
 
 namespace menubar {
 
@@ -65,42 +32,16 @@ NSRect toNSRect(const Rect& rect) {
     return NSMakeRect(rect.x, rect.y, rect.width, rect.height);
 }
 
-struct MakeAdapter {
-    const Reporter& reporter;
-
-    // No controls, and never asked for.
-    AdapterPointer operator()(const VStack&) const { return nullptr; }
-
-    AdapterPointer operator()(const HStack&) const { return nullptr; }
-
-    AdapterPointer operator()(const Spacer&) const { return nullptr; }
-
-    AdapterPointer operator()(const ScrollView&) const { return makeScrollViewAdapter(); }
-
-    AdapterPointer operator()(const Box&) const { return makeBoxAdapter(); }
-
-    AdapterPointer operator()(const Text&) const { return makeTextAdapter(); }
-
-    AdapterPointer operator()(const Symbol&) const { return makeSymbolAdapter(); }
-
-    AdapterPointer operator()(const Divider&) const { return makeDividerAdapter(); }
-
-    AdapterPointer operator()(const Button&) const { return makeButtonAdapter(reporter); }
-
-    AdapterPointer operator()(const Toggle&) const { return makeToggleAdapter(reporter); }
-
-    AdapterPointer operator()(const Checkbox&) const { return makeCheckboxAdapter(reporter); }
-
-    AdapterPointer operator()(const TextField&) const { return makeTextFieldAdapter(reporter); }
-
-    AdapterPointer operator()(const TextEditor&) const { return makeTextEditorAdapter(reporter); }
-
-    AdapterPointer operator()(const Stepper&) const { return makeStepperAdapter(reporter); }
-
-    AdapterPointer operator()(const Picker&) const { return makePickerAdapter(reporter); }
-
-    AdapterPointer operator()(const Spinner&) const { return makeSpinnerAdapter(); }
-};
+/// Sets what differs from `before`; everything when there is none.
+void show(ControlAdapter& adapter, const View& now, const View* before) {
+    adapter.show(now.content, before == nullptr ? nullptr : &before->content);
+    if (now.tooltip != (before == nullptr ? std::string() : before->tooltip)) {
+        [adapter.view() setToolTip:now.tooltip.empty() ? nil : toNSString(now.tooltip)];
+    }
+    if (now.accessibility != (before == nullptr ? Accessibility() : before->accessibility)) {
+        NativeLook::describe(adapter.keyView(), now.accessibility);
+    }
+}
 
 /// The view of the window that keys go to: where the window's field editor does their work, the field that it edits.
 NSView* focusedView(NSWindow* window) {
@@ -116,31 +57,25 @@ bool hasFocus(NSView* view) {
     return [focusedView([view window]) isDescendantOf:view];
 }
 
-void setHelp(NSView* view, const std::string& help) {
-    [view setToolTip:help.empty() ? nil : toNSString(help)];
-}
-
 } // namespace
 
 Measured ControlAdapter::measure(const View::Content&, double) const {
     return Look::naturalSize(view());
 }
 
-ObjCPointer<MenubarContentView> makeFlippedContentView() {
-    return ObjCPointer<MenubarContentView>::adopt([[MenubarContentView alloc] initWithFrame:NSZeroRect]);
+ObjCPointer<NSView> makeFlippedContentView() {
+    return ObjCPointer<NSView>::adopt([[MenubarFlippedView alloc] initWithFrame:NSZeroRect]);
 }
 
-AppKitViewHost::AppKitViewHost(NSView* contentView) : m_contentView(ObjCPointer<NSView>::retain(contentView)) {
-    if ([contentView isKindOfClass:[MenubarContentView class]]) {
-        [static_cast<MenubarContentView*>(contentView) setOnResize:[this] { reportSize(); }];
-    }
+AppKitViewHost::AppKitViewHost(NSView* contentView)
+    : m_contentView(ObjCPointer<NSView>::retain(contentView)),
+      m_resizing([NSNotificationCenter defaultCenter], NSViewFrameDidChangeNotification, contentView,
+                 [this] { reportSize(); }) {
+    [contentView setPostsFrameChangedNotifications:YES];
 }
 
 AppKitViewHost::~AppKitViewHost() {
     const EventSink::Silence silence(m_sink);
-    if ([m_contentView.get() isKindOfClass:[MenubarContentView class]]) {
-        [static_cast<MenubarContentView*>(m_contentView.get()) setOnResize:{}];
-    }
     if (hasFocus(m_contentView.get())) {
         [[m_contentView.get() window] makeFirstResponder:nil];
     }
@@ -186,30 +121,24 @@ NSView* AppKitViewHost::keyView(ControlId id) const {
 void AppKitViewHost::create(ControlId id, ControlId parent, const View& control) {
     const EventSink::Silence silence(m_sink);
     const Reporter reporter{.id = id, .sink = m_sink};
-    AdapterPointer made = std::visit(MakeAdapter{reporter}, control.content);
-    made->show(control.content, nullptr);
-    if (!control.help.empty()) {
-        setHelp(made->view(), control.help);
-    }
-    if (control.accessibility != Accessibility{}) {
-        NativeLook::describe(made->keyView(), control.accessibility);
-    }
+    AdapterPointer made = std::visit(
+        [&]<class Content>(const Content& content) -> AdapterPointer {
+            if constexpr (isNative<Content>) {
+                return makeAdapter(content, reporter);
+            } else {
+                return nullptr; // never asked for
+            }
+        },
+        control.content);
+    show(*made, control, nullptr);
     [contentOf(parent) addSubview:made->view()];
     m_adapters[id] = std::move(made);
 }
 
 void AppKitViewHost::update(ControlId id, const View& now, const View& before) {
     const EventSink::Silence silence(m_sink);
-    ControlAdapter* shown = adapter(id);
-    if (shown == nullptr) {
-        return;
-    }
-    shown->show(now.content, &before.content);
-    if (now.help != before.help) {
-        setHelp(shown->view(), now.help);
-    }
-    if (now.accessibility != before.accessibility) {
-        NativeLook::describe(shown->keyView(), now.accessibility);
+    if (ControlAdapter* shown = adapter(id)) {
+        show(*shown, now, &before);
     }
 }
 

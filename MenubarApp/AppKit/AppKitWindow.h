@@ -1,17 +1,16 @@
 #pragma once
 
-#import <AppKit/AppKit.h>
-
-#include "MenubarApp/AppKit/AlertSheet.h"
-#include "MenubarApp/AppKit/ObjCPointer.h"
+#include "MenubarApp/AppKit/Callback.h"
 #include "MenubarApp/View/Window.h"
 
 #include <memory>
+#include <optional>
 
-@class OpenPanelRequest;
-@class WindowDelegate;
+#import <AppKit/AppKit.h>
 
 namespace menubar {
+
+class AlertSheet;
 
 /// A window on an NSWindow. Main thread.
 class AppKitWindow final : public Window {
@@ -29,14 +28,16 @@ public:
     [[nodiscard]] NSWindow* window() const { return m_window.get(); }
 
 private:
-    /// What waits for a person's answer no longer does.
-    void withdrawQuestions();
+    struct PanelRequest;
+
+    static void run(PanelRequest& request);
+    void withdrawPanel();
 
     ObjCPointer<NSWindow> m_window;
-    ObjCPointer<WindowDelegate> m_delegate;
     std::unique_ptr<ViewHost> m_content;
     std::unique_ptr<AlertSheet> m_sheet;
-    ObjCPointer<OpenPanelRequest> m_panel;
+    std::shared_ptr<PanelRequest> m_panel;
+    std::optional<Observation> m_closing;
 };
 
 class AppKitWindowFactory final : public WindowFactory {

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "MenubarApp/AppKit/FileOpener.h"
+#include "MenubarApp/AppKit/Callback.h"
 #include "MenubarApp/Platform/Workspace.h"
 
-#import "MenubarApp/AppKit/ObjCPointer.h"
-
 #include <memory>
-
-@class WakeListener;
 
 namespace menubar {
 
@@ -16,7 +12,6 @@ class AppKitWorkspace final : public Workspace {
 public:
     AppKitWorkspace();
     explicit AppKitWorkspace(std::unique_ptr<FileOpener> opener);
-    ~AppKitWorkspace() override;
 
     void open(const std::string& path) override;
     void reveal(const std::string& path) override;
@@ -27,7 +22,7 @@ public:
 private:
     std::unique_ptr<FileOpener> m_opener;
     Observers m_wakeObservers;
-    ObjCPointer<WakeListener> m_wakeListener;
+    Observation m_waking;
 };
 
 } // namespace menubar

@@ -1,51 +1,18 @@
 #import "MenubarApp/AppKit/AppKitWorkspace.h"
 
+#import <AppKit/AppKit.h>
+
 #include "MenubarApp/AppKit/Desktop.h"
 
 #include <utility>
-
-/// Passes the notification on as long as it is registered for it.
-@interface WakeListener : NSObject {
-    std::function<void()> _woke;
-}
-- (instancetype)initWithWoke:(std::function<void()>)woke;
-- (void)stop;
-@end
-
-@implementation WakeListener
-
-- (instancetype)initWithWoke:(std::function<void()>)woke {
-    self = [super init];
-    if (self != nil) {
-        _woke = std::move(woke);
-        [[[NSWorkspace sharedWorkspace] notificationCenter] addObserver:self
-                                                               selector:@selector(noteWake:)
-                                                                   name:NSWorkspaceDidWakeNotification
-                                                                 object:nil];
-    }
-    return self;
-}
-
-- (void)noteWake:(NSNotification*)notification {
-    _woke();
-}
-
-- (void)stop {
-    [[[NSWorkspace sharedWorkspace] notificationCenter] removeObserver:self];
-}
-
-@end
 
 namespace menubar {
 
 AppKitWorkspace::AppKitWorkspace() : AppKitWorkspace(Desktop::makeFileOpener()) {}
 
 AppKitWorkspace::AppKitWorkspace(std::unique_ptr<FileOpener> opener)
-    : m_opener(std::move(opener)), m_wakeListener(ObjCPointer<WakeListener>::adopt(
-                                       [[WakeListener alloc] initWithWoke:[this] { m_wakeObservers.notify(); }])) {}
-
-AppKitWorkspace::~AppKitWorkspace() {
-    [m_wakeListener.get() stop];
+    : m_opener(std::move(opener)), m_waking([[NSWorkspace sharedWorkspace] notificationCenter],
+                                            NSWorkspaceDidWakeNotification, nil, [this] { m_wakeObservers.notify(); }) {
 }
 
 void AppKitWorkspace::open(const std::string& path) {

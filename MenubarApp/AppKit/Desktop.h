@@ -2,12 +2,10 @@
 
 #import <AppKit/AppKit.h>
 
-#include "MenubarApp/AppKit/AlertSheet.h"
-#include "MenubarApp/AppKit/BackgroundQueue.h"
-#include "MenubarApp/AppKit/FileOpener.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
 #include "MenubarApp/Platform/LoginItem.h"
 #include "MenubarApp/Platform/VisibilityProbe.h"
+#include "MenubarApp/Platform/Workspace.h"
 #include "MenubarApp/View/Window.h"
 
 #include <cstddef>
@@ -17,6 +15,17 @@
 #include <string>
 
 namespace menubar {
+
+/// An alert that is up on a window. Destroying it takes it away without an answer; once it is answered that does
+/// nothing. Main thread.
+class AlertSheet : public Interface {};
+
+/// Threads for work that blocks. Any thread. Destroying it waits for every action.
+class BackgroundQueue : public Interface {
+public:
+    /// Runs `action` at user-initiated priority. Actions may run side by side and finish in any order.
+    virtual void run(std::function<void()> action) = 0;
+};
 
 /// What the two desktops do differently. The build links the functions of Cocoa/ on macOS and those of
 /// compat/ elsewhere; no source asks which it is. Main thread.

@@ -7,6 +7,9 @@
 #include "MenubarCore/Menu/MainMenu.h"
 #include "MenubarCore/Text/DisplayText.h"
 
+#include <algorithm>
+#include <ranges>
+
 namespace menubar {
 
 namespace {
@@ -27,53 +30,70 @@ NSUInteger modifierMask(KeyModifiers modifiers) {
     return NSEventModifierFlagCommand;
 }
 
-NSMenuItem* makeItem(const MenuItem& value, id target) {
-    if (value.kind == MenuItem::Kind::separator) {
-        return static_cast<NSMenuItem*>([NSMenuItem separatorItem]); // GNUstep declares it as id<NSMenuItem>
-    }
+void show(ActionItem* item, const MenuItem& value, id target) {
     const SEL selector = selectorOf(value);
-    NSString* title = toNSString(displayTitle(value.title));
-    ActionItem* item = [[[ActionItem alloc] initWithTitle:title
-                                                   action:selector
-                                            keyEquivalent:toNSString(value.keyEquivalent)] autorelease];
+    [item setTitle:toNSString(displayTitle(value.title))];
+    [item setAction:selector];
     [item setMenuAction:value.action];
     [item setTarget:selector != nullptr && [target respondsToSelector:selector] ? target : nil];
+    [item setKeyEquivalent:toNSString(value.keyEquivalent)];
     [item setKeyEquivalentModifierMask:modifierMask(value.keyModifiers)];
     [item setEnabled:value.enabled];
     [item setState:value.checked ? NSControlStateValueOn : NSControlStateValueOff];
     [item setTag:value.tag];
     [item setIndentationLevel:value.indentation];
-    if (value.tooltip) {
-        [item setToolTip:toNSString(displayText(*value.tooltip, LineFeeds::keep))];
-    }
-    if (value.path) {
-        [item setRepresentedObject:toFileURL(*value.path)];
-    }
+    [item setToolTip:value.tooltip ? toNSString(displayText(*value.tooltip, LineFeeds::keep)) : nil];
+    [item setRepresentedObject:value.path ? toFileURL(*value.path) : nil];
     if (!value.submenu.empty()) {
-        const auto submenu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:title]);
-        for (NSMenuItem* child in makeMenuItems(value.submenu, target)) {
-            [submenu.get() addItem:child];
-        }
+        const auto submenu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:[item title]]);
+        updateMenu(submenu.get(), {}, value.submenu, target);
         [item setSubmenu:submenu.get()];
     }
+}
+
+NSMenuItem* makeItem(const MenuItem& value, id target) {
+    if (value.kind == MenuItem::Kind::separator) {
+        return static_cast<NSMenuItem*>([NSMenuItem separatorItem]); // GNUstep declares it as id<NSMenuItem>
+    }
+    ActionItem* item = [[[ActionItem alloc] initWithTitle:@"" action:nullptr keyEquivalent:@""] autorelease];
+    show(item, value, target);
     return item;
+}
+
+/// Whether a person would say of the one that it has become the other.
+bool goesOn(const MenuItem& before, const MenuItem& now) {
+    return before.kind == now.kind && before.action == now.action && before.submenu.empty() && now.submenu.empty();
 }
 
 } // namespace
 
-NSArray<NSMenuItem*>* makeMenuItems(const Menu& menu, id target) {
-    NSMutableArray* items = [NSMutableArray arrayWithCapacity:menu.size()];
-    for (const MenuItem& value : menu) {
-        [items addObject:makeItem(value, target)];
+void updateMenu(NSMenu* menu, const Menu& before, const Menu& now, id target) {
+    const auto head = std::ranges::mismatch(before, now, goesOn);
+    const auto tail = std::ranges::mismatch(std::ranges::subrange(head.in1, before.end()) | std::views::reverse,
+                                            std::ranges::subrange(head.in2, now.end()) | std::views::reverse, goesOn);
+    const auto first = head.in2 - now.begin();
+    const auto last = tail.in2.base() - now.begin();
+    // The new ones come before the old ones go: the menu is never empty.
+    for (auto i = first; i < last; ++i) {
+        [menu insertItem:makeItem(*(now.begin() + i), target) atIndex:i];
     }
-    return items;
+    for (auto old = head.in1; old != tail.in1.base(); ++old) {
+        [menu removeItemAtIndex:last];
+    }
+    const auto update = [&](auto from, auto to, auto fresh) {
+        for (; from != to; ++from, ++fresh) {
+            if (*from != *fresh) {
+                show(static_cast<ActionItem*>([menu itemAtIndex:fresh - now.begin()]), *fresh, target);
+            }
+        }
+    };
+    update(before.begin(), head.in1, now.begin());
+    update(tail.in1.base(), before.end(), tail.in2.base());
 }
 
 void installMainMenu(id target) {
     const auto menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
-    for (NSMenuItem* item in makeMenuItems(MainMenu::make(), target)) {
-        [menu.get() addItem:item];
-    }
+    updateMenu(menu.get(), {}, MainMenu::make(), target);
     [NSApp setMainMenu:menu.get()];
 }
 

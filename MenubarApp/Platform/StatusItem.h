@@ -14,7 +14,8 @@ public:
     /// display.
     virtual void apply(const StatusItemPresentation& presentation) = 0;
 
-    /// Replaces all items of the menu, also while it is open; the menu is never empty in between.
+    /// What the menu shows from now on, also while it is open: then the highlight stays in the item where it is, as
+    /// long as there is such an item. The menu is never empty in between.
     virtual void setMenu(const Menu& menu) = 0;
 
     /// What the window server tells of the item's window.

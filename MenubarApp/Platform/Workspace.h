@@ -8,15 +8,19 @@
 
 namespace menubar {
 
-/// The desktop around the app. Main thread.
-class Workspace : public Interface {
+/// Hands files to the desktop. Returns at once, whatever the desktop does with them. Main thread.
+class FileOpener : public Interface {
 public:
-    /// Opens a file with its default application, or a directory in the file viewer.
+    /// A file in its default application, a directory in the file viewer.
     virtual void open(const std::string& path) = 0;
 
-    /// Shows and selects a file in the file viewer.
+    /// A file, selected in the file viewer.
     virtual void reveal(const std::string& path) = 0;
+};
 
+/// The desktop around the app. Main thread.
+class Workspace : public FileOpener {
+public:
     /// Whether the Option key is down in the event being handled.
     [[nodiscard]] virtual bool isOptionKeyDown() const = 0;
 

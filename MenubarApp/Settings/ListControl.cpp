@@ -29,7 +29,7 @@ View itemRow(const ListControl& control, const Items& items, std::size_t index, 
                 view(TextField{.text = (*items)[index], .prompt = item, .onEdit = std::move(edit)})
                     .withAccessibility(control.label + ", " + item, control.description),
                 view(Button{.symbol = "minus.circle", .style = ButtonStyle::borderless, .onPress = std::move(remove)})
-                    .withHelp("Remove this item")
+                    .withTooltip("Remove this item")
                     .withAccessibility("Remove " + item + " of " + control.label))
         .withId(id);
 }

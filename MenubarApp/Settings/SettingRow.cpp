@@ -80,8 +80,8 @@ View SettingRow::titleLine() const {
         };
         parts.push_back(
             view(Button{.title = "Reset to default", .style = ButtonStyle::small, .onPress = std::move(reset)})
-                .withHelp(defaultText ? "Remove the key from the file; the daemon then uses " + *defaultText
-                                      : "Remove the key from the file")
+                .withTooltip(defaultText ? "Remove the key from the file; the daemon then uses " + *defaultText
+                                         : "Remove the key from the file")
                 .withAccessibility("Reset " + field.spec.label() + " to default")
                 .withPadding(resetPadding));
     }
@@ -156,7 +156,7 @@ View SettingRow::text() const {
     if (field.spec.requiredPrefix) {
         line.push_back(
             view(Text{.text = *field.spec.requiredPrefix, .font = Font::monospaced, .color = TextColor::secondary})
-                .withHelp("Every message starts with this prefix; it is added for you."));
+                .withTooltip("Every message starts with this prefix; it is added for you."));
     }
     if (field.spec.multiline) {
         auto edit = [edit = actions.edit, name = field.name()](const std::string& typed) {

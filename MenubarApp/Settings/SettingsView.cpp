@@ -217,11 +217,11 @@ std::string SettingsView::statusLine() const {
 View SettingsView::footer() const {
     std::vector<View> lines;
     const std::string status = statusLine();
-    std::string help; // what two lines may not hold
+    std::string tooltip; // what two lines may not hold
     if (!state.waitingFor.empty()) {
-        help = "Waiting for: " + joined(state.waitingFor, "\n");
+        tooltip = "Waiting for: " + joined(state.waitingFor, "\n");
     } else if (std::holds_alternative<SettingsModel::SaveFailed>(state.saveState)) {
-        help = status;
+        tooltip = status;
     }
     lines.push_back(view(Text{.text = status,
                               .font = Font::caption,
@@ -229,7 +229,7 @@ View SettingsView::footer() const {
                               .selectable = true,
                               .lineLimit = 2})
                         .withId("status")
-                        .withHelp(help));
+                        .withTooltip(tooltip));
     const bool isLoading = std::holds_alternative<SettingsModel::Loading>(state.phase);
     const bool isLoaded = std::holds_alternative<SettingsModel::Loaded>(state.phase);
     if (isLoaded || (!isLoading && state.configFileExists)) { // else nobody knows yet
@@ -264,14 +264,14 @@ View SettingsView::buttons() const {
                 view(Button{.title = "Restart daemon",
                             .enabled = state.isDaemonInstalled && !isBusy,
                             .onPress = actions.restart})
-                    .withHelp(state.isDaemonInstalled
-                                  ? "Run launchctl kickstart on the daemon so it reads the config file again"
-                                  : "Daemon not installed (run: ostrel install)"),
+                    .withTooltip(state.isDaemonInstalled
+                                     ? "Run launchctl kickstart on the daemon so it reads the config file again"
+                                     : "Daemon not installed (run: ostrel install)"),
                 view(Button{.title = "Save",
                             .shortcut = KeyShortcut::commandS,
                             .enabled = state.canSave,
                             .onPress = actions.save})
-                    .withHelp("Validate through the daemon and write the config file (Cmd-S)"))
+                    .withTooltip("Validate through the daemon and write the config file (Cmd-S)"))
         .withId("buttons")
         .withPadding({.top = 8.0, .leading = 0.0, .bottom = 0.0, .trailing = 0.0});
 }

@@ -2,17 +2,13 @@
 
 #include "MenubarCore/Menu/DaemonState.h"
 #include "MenubarCore/Status/StatusFile.h"
+#include "MenubarCore/System/Interface.h"
 
 namespace menubar {
 
 /// What the status menu asks of the settings. Main thread.
-class SettingsWindow {
+class SettingsWindow : public Interface {
 public:
-    SettingsWindow() = default;
-    SettingsWindow(const SettingsWindow&) = delete;
-    SettingsWindow& operator=(const SettingsWindow&) = delete;
-    virtual ~SettingsWindow() = default;
-
     /// Opens the window or brings it forward.
     virtual void show() = 0;
 

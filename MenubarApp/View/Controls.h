@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -181,5 +182,14 @@ struct Accessibility {
 
     bool operator==(const Accessibility&) const = default;
 };
+
+/// What a person does something with can be disabled; the others have nothing to disable.
+template <class Content>
+inline constexpr bool takesKeys = requires(Content content) { content.enabled; };
+
+/// What a host shows as a native control; stacks and spacers only place others.
+template <class Content>
+inline constexpr bool isNative =
+    !std::is_same_v<Content, VStack> && !std::is_same_v<Content, HStack> && !std::is_same_v<Content, Spacer>;
 
 } // namespace menubar

@@ -50,7 +50,7 @@ void makeDrawable(View& view) {
     if (auto* text = std::get_if<Text>(&view.content)) { // the text of the others is a person's
         clean(text->text);
     }
-    clean(view.help);
+    clean(view.tooltip);
     clean(view.accessibility.label);
     clean(view.accessibility.description);
     std::ranges::for_each(view.children, makeDrawable);

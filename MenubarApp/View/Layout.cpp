@@ -1,6 +1,6 @@
 #include "MenubarApp/View/Layout.h"
 
-#include "MenubarApp/View/Shares.h"
+#include "MenubarApp/View/Flex.h"
 
 #include <algorithm>
 #include <cmath>
@@ -278,10 +278,10 @@ std::vector<double> Layout::distribute(View& row, double available) {
         (kind(child) == Kind::spacer ? spacers : ranges.back().grows ? growing : rigid).push_back(i);
     }
     if (total > available) {
-        const double deficit = shrinkShares(shares, ranges, growing, total - available);
-        (void)shrinkShares(shares, ranges, rigid, deficit); // what is missing even then overflows
+        const double deficit = flexShrink(shares, ranges, growing, total - available);
+        (void)flexShrink(shares, ranges, rigid, deficit); // what is missing even then overflows
     } else if (const auto& takers = growing.empty() ? spacers : growing; !takers.empty()) {
-        growShares(shares, takers, available - total);
+        flexGrow(shares, takers, available - total);
     }
     return shares;
 }
@@ -334,7 +334,7 @@ void Layout::placeColumn(View& column, const Rect& area) {
         total += lengths.back() + spacing(column);
     }
     if (const auto& takers = growing.empty() ? spacers : growing; !takers.empty() && area.height > total) {
-        growShares(lengths, takers, area.height - total);
+        flexGrow(lengths, takers, area.height - total);
     }
     const auto* stack = std::get_if<VStack>(&column.content);
     const auto alignment = stack == nullptr ? HorizontalAlignment::leading : stack->alignment;

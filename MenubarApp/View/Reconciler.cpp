@@ -17,10 +17,6 @@ namespace menubar {
 
 namespace {
 
-/// What a person does something with can be disabled; the others have nothing to disable.
-template <class Content>
-constexpr bool takesKeys = requires(Content content) { content.enabled; };
-
 /// The text that a person can edit in the control; null for all other controls.
 std::string* editedText(View::Content& content) {
     if (auto* field = std::get_if<TextField>(&content)) {
@@ -60,38 +56,27 @@ bool differInSize(const View::Content& before, const View::Content& now) {
         now);
 }
 
-/// Tells a view from its siblings: identity, kind, and the place among those that agree in both.
-using Key = std::tuple<std::string_view, std::size_t, std::size_t>;
-
-std::vector<Key> keys(const std::vector<View>& siblings) {
-    std::map<std::pair<std::string_view, std::size_t>, std::size_t> seen;
-    std::vector<Key> result;
-    result.reserve(siblings.size());
-    for (const View& view : siblings) {
-        const std::size_t kind = view.content.index();
-        result.emplace_back(view.id, kind, seen[{view.id, kind}]++);
-    }
-    return result;
-}
-
-/// For each fresh view the index of the old one with its key, if any.
+/// For each fresh view the index of the old one that it is, if any: of the same identity and kind, and at the same
+/// place among those that agree in both.
 std::vector<std::optional<std::size_t>> match(const std::vector<View>& old, const std::vector<View>& fresh) {
     std::vector<std::optional<std::size_t>> result(fresh.size());
-    const auto agree = [](const View& a, const View& b) {
-        return a.id == b.id && a.content.index() == b.content.index();
-    };
-    if (std::ranges::equal(old, fresh, agree)) { // as a rule
+    using Key = std::pair<std::string_view, std::size_t>;
+    const auto key = [](const View& view) { return Key(view.id, view.content.index()); };
+    if (std::ranges::equal(old, fresh, {}, key, key)) { // as a rule
         std::ranges::copy(std::views::iota(std::size_t{0}, fresh.size()), result.begin());
         return result;
     }
-    std::map<Key, std::size_t> byKey;
-    for (const Key& key : keys(old)) {
-        byKey.emplace(key, byKey.size());
+    std::multimap<Key, std::size_t> places;
+    for (std::size_t i = 0; i < old.size(); ++i) {
+        places.emplace(key(old[i]), i);
     }
-    std::ranges::transform(keys(fresh), result.begin(), [&](const Key& key) {
-        const auto found = byKey.find(key);
-        return found == byKey.end() ? std::nullopt : std::optional(found->second);
-    });
+    for (std::size_t i = 0; i < fresh.size(); ++i) {
+        if (const auto first = places.lower_bound(key(fresh[i]));
+            first != places.end() && first->first == key(fresh[i])) {
+            result[i] = first->second;
+            places.erase(first);
+        }
+    }
     return result;
 }
 
@@ -106,8 +91,7 @@ void collectControls(const View& node, std::vector<ControlId>& out) {
 }
 
 void collectKeyControls(const View& node, std::vector<ControlId>& out) {
-    if (std::visit([](const auto& content) { return takesKeys<std::remove_cvref_t<decltype(content)>>; },
-                   node.content)) {
+    if (std::visit([]<class Content>(const Content&) { return takesKeys<Content>; }, node.content)) {
         out.push_back(node.shown.id);
     }
     for (const View& child : node.children) {
@@ -223,7 +207,7 @@ bool Reconciler::update(View& node, View& fresh, ControlId parent) {
     // The content for its handlers, if for nothing else.
     node.content = std::move(fresh.content);
     node.sizing = fresh.sizing;
-    node.help = std::move(fresh.help);
+    node.tooltip = std::move(fresh.tooltip);
     node.accessibility = std::move(fresh.accessibility);
     return resized;
 }
@@ -354,29 +338,6 @@ const View* Reconciler::control(ControlId id) const {
     return way.empty() ? nullptr : way.back();
 }
 
-bool Reconciler::noteToggled(ControlId id, bool isOn) {
-    View* node = find(id);
-    if (node == nullptr) {
-        return false;
-    }
-    bool* shown = nullptr;
-    if (auto* toggle = std::get_if<Toggle>(&node->content)) {
-        shown = &toggle->isOn;
-    } else if (auto* checkbox = std::get_if<Checkbox>(&node->content)) {
-        shown = &checkbox->isOn;
-    }
-    return shown != nullptr && std::exchange(*shown, isOn) != isOn;
-}
-
-bool Reconciler::notePicked(ControlId id, std::size_t option) {
-    View* node = find(id);
-    auto* picker = node == nullptr ? nullptr : std::get_if<Picker>(&node->content);
-    if (picker == nullptr || option >= picker->options.size()) {
-        return false;
-    }
-    return std::exchange(picker->selection, option) != option;
-}
-
 bool Reconciler::noteTyped(ControlId id, const std::string& text, const std::string& taken) {
     View* node = find(id);
     std::string* shown = node == nullptr ? nullptr : editedText(node->content);
@@ -397,17 +358,17 @@ void Reconciler::endEditing(ControlId id) {
         m_editing.reset();
     }
     if (View* node = find(id)) {
-        putBack(*node);
+        reapply(*node);
     }
 }
 
-void Reconciler::putBackEditedText() {
+void Reconciler::reapplyEditedText() {
     if (View* node = m_editing ? find(*m_editing) : nullptr) {
-        putBack(*node);
+        reapply(*node);
     }
 }
 
-void Reconciler::putBack(View& node) {
+void Reconciler::reapply(View& node) {
     const std::string* shown = editedText(node.content);
     if (shown != nullptr && *shown != node.shown.viewText) {
         showText(node, node.shown.viewText);
@@ -415,7 +376,7 @@ void Reconciler::putBack(View& node) {
 }
 
 void Reconciler::showText(View& node, const std::string& text) {
-    const View before{.content = node.content, .help = node.help, .accessibility = node.accessibility};
+    const View before{.content = node.content, .tooltip = node.tooltip, .accessibility = node.accessibility};
     *editedText(node.content) = text;
     m_host.update(node.shown.id, node, before);
 }

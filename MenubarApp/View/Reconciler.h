@@ -6,6 +6,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
+#include <variant>
 #include <vector>
 
 namespace menubar {
@@ -33,9 +36,15 @@ public:
     /// The control as the host shows it; null when it is gone.
     [[nodiscard]] const View* control(ControlId id) const;
 
-    /// The host's control already shows this, by a person's hand. False when the control is gone or shows it anyway.
-    [[nodiscard]] bool noteToggled(ControlId id, bool isOn);
-    [[nodiscard]] bool notePicked(ControlId id, std::size_t option);
+    /// The host's control already shows this, by a person's hand. False when it is gone or showed it anyway.
+    template <class Content, class Value>
+    [[nodiscard]] bool note(ControlId id, Value Content::* member, std::type_identity_t<Value> value) {
+        View* node = find(id);
+        auto* content = node == nullptr ? nullptr : std::get_if<Content>(&node->content);
+        return content != nullptr && std::exchange(content->*member, value) != value;
+    }
+
+    /// The same for a text, which is the control that is being edited from now on.
     /// The text of the next view shown is then what this keystroke brought about, until `settle`.
     /// `taken` is what is made of the text, and shown from now on.
     [[nodiscard]] bool noteTyped(ControlId id, const std::string& text, const std::string& taken);
@@ -51,8 +60,8 @@ public:
     /// The control whose text is the person's.
     [[nodiscard]] std::optional<ControlId> editing() const { return m_editing; }
 
-    /// Shows the view's text in the control that is being edited, which stays the person's.
-    void putBackEditedText();
+    /// Shows the view's text again in the control that is being edited, which stays the person's.
+    void reapplyEditedText();
 
     /// Where the view with this identity lies inside the nearest scroll view around it, as of the last layout.
     struct Place {
@@ -79,7 +88,7 @@ private:
     void arrange(View& container, ControlId id);
     void updateTabOrder();
     void place(View& node);
-    void putBack(View& node);
+    void reapply(View& node);
     void showText(View& node, const std::string& text);
     [[nodiscard]] View* find(ControlId id);
 

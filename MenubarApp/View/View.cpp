@@ -12,58 +12,12 @@ constexpr double labelSpacing = 6.0;
 
 } // namespace
 
-View View::withId(std::string text) && {
-    id = std::move(text);
-    return std::move(*this);
-}
-
-View View::withWidth(double width) && {
-    sizing.width = width;
-    return std::move(*this);
-}
-
-View View::withHeight(double height) && {
-    sizing.height = height;
-    return std::move(*this);
-}
-
-View View::withMaxHeight(double height) && {
-    sizing.maxHeight = height;
-    return std::move(*this);
-}
-
-View View::fillingWidth() && {
-    sizing.fillWidth = true;
-    return std::move(*this);
-}
-
-View View::fillingHeight() && {
-    sizing.fillHeight = true;
-    return std::move(*this);
-}
-
-View View::withPadding(const Insets& padding) && {
-    sizing.padding = padding;
-    return std::move(*this);
-}
-
-View View::withHelp(std::string text) && {
-    help = std::move(text);
-    return std::move(*this);
-}
-
-View View::withAccessibility(std::string label, std::string description) && {
-    accessibility = {.label = std::move(label), .description = std::move(description)};
-    return std::move(*this);
-}
-
 bool isControl(const View& view) {
-    return !std::holds_alternative<VStack>(view.content) && !std::holds_alternative<HStack>(view.content) &&
-           !std::holds_alternative<Spacer>(view.content);
+    return std::visit([]<class Content>(const Content&) { return isNative<Content>; }, view.content);
 }
 
 bool looksAlike(const View& left, const View& right) {
-    return left.content == right.content && left.help == right.help && left.accessibility == right.accessibility;
+    return left.content == right.content && left.tooltip == right.tooltip && left.accessibility == right.accessibility;
 }
 
 View label(Symbol symbol, Text text) {

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -38,22 +39,39 @@ struct View {
     /// the same identity (none, as a rule) are told apart by their order.
     std::string id{};
     Sizing sizing{};
-    std::string help{};            ///< of a control: shown while the pointer rests on it; none when empty
+    std::string tooltip{};         ///< of a control: shown while the pointer rests on it; none when empty
     Accessibility accessibility{}; ///< of a control
     Shown shown{};                 ///< for those who show it
 
     /// Neither handlers nor what is on the screen count.
     bool operator==(const View&) const = default;
 
-    [[nodiscard]] View withId(std::string text) &&;
-    [[nodiscard]] View withWidth(double width) &&;
-    [[nodiscard]] View withHeight(double height) &&;
-    [[nodiscard]] View withMaxHeight(double height) &&;
-    [[nodiscard]] View fillingWidth() &&;
-    [[nodiscard]] View fillingHeight() &&;
-    [[nodiscard]] View withPadding(const Insets& padding) &&;
-    [[nodiscard]] View withHelp(std::string text) &&;
-    [[nodiscard]] View withAccessibility(std::string label, std::string description = {}) &&;
+    [[nodiscard]] View withId(std::string text) && { return with(id, std::move(text)); }
+
+    [[nodiscard]] View withWidth(double width) && { return with(sizing.width, width); }
+
+    [[nodiscard]] View withHeight(double height) && { return with(sizing.height, height); }
+
+    [[nodiscard]] View withMaxHeight(double height) && { return with(sizing.maxHeight, height); }
+
+    [[nodiscard]] View fillingWidth() && { return with(sizing.fillWidth, true); }
+
+    [[nodiscard]] View fillingHeight() && { return with(sizing.fillHeight, true); }
+
+    [[nodiscard]] View withPadding(const Insets& padding) && { return with(sizing.padding, padding); }
+
+    [[nodiscard]] View withTooltip(std::string text) && { return with(tooltip, std::move(text)); }
+
+    [[nodiscard]] View withAccessibility(std::string label, std::string description = {}) && {
+        return with(accessibility, {.label = std::move(label), .description = std::move(description)});
+    }
+
+private:
+    template <class T>
+    View with(T& member, std::type_identity_t<T> value) {
+        member = std::move(value);
+        return std::move(*this);
+    }
 };
 
 /// A view of `content` that holds `children` in this order.
@@ -70,7 +88,7 @@ template <class... Views>
     return {.content = std::move(content), .children = std::move(children)};
 }
 
-/// Whether a host shows it as a native control; stacks and spacers only place others.
+/// See isNative.
 [[nodiscard]] bool isControl(const View& view);
 
 /// Whether a host shows both in the same way, wherever they lie and whatever is in them.

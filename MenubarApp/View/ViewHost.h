@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarApp/View/View.h"
+#include "MenubarCore/System/Interface.h"
 
 #include <cstddef>
 #include <memory>
@@ -10,13 +11,8 @@
 namespace menubar {
 
 /// Says how large controls want to be.
-class Measurer {
+class Measurer : public Interface {
 public:
-    Measurer() = default;
-    Measurer(const Measurer&) = delete;
-    Measurer& operator=(const Measurer&) = delete;
-    virtual ~Measurer() = default;
-
     /// The size of `control`, which `id` shows. For a Text: wrapped at `width` (which may be infinite: then only its
     /// own line feeds break it) and cut at its line limit. For all others their natural size, whatever `width` (of a
     /// TextField only height and baseline count, of a TextEditor only the baseline). Never asked of a ScrollView, a Box
@@ -27,13 +23,8 @@ public:
 /// What happens in a window, told by its host. Main thread. Events for a control that is gone are ignored, and so is
 /// every event that a call of the host brings about by itself (a text set from outside, a control that loses the focus
 /// because it is destroyed). The window may be closed, and its host with it, before a call returns.
-class ViewEvents {
+class ViewEvents : public Interface {
 public:
-    ViewEvents() = default;
-    ViewEvents(const ViewEvents&) = delete;
-    ViewEvents& operator=(const ViewEvents&) = delete;
-    virtual ~ViewEvents() = default;
-
     /// The room for the whole view, at first and after each change.
     virtual void resized(Size size) = 0;
 
@@ -58,7 +49,7 @@ public:
 };
 
 /// The native controls of one window. It does as it is told and decides nothing. Of the views that it is given only
-/// content, help and accessibility are its concern. Main thread.
+/// content, tooltip and accessibility are its concern. Main thread.
 class ViewHost : public Measurer {
 public:
     /// Events go to `events`, for as long as it lives.

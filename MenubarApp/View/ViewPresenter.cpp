@@ -69,7 +69,13 @@ const Content* ViewPresenter::enabled(ControlId id) const {
     return content != nullptr && content->enabled ? content : nullptr;
 }
 
-// Every handler is copied before it is called: the view that holds it is written again in the course of the call.
+/// The handler is a copy: the view that holds it is written again in the course of the call.
+template <class... Arguments>
+void ViewPresenter::act(Handler<Arguments...> handler, std::type_identity_t<Arguments>... arguments) {
+    const auto self = shared_from_this();
+    handler(arguments...);
+    render();
+}
 
 void ViewPresenter::resized(Size size) {
     m_size = size;
@@ -88,45 +94,30 @@ void ViewPresenter::pressed(ControlId id) {
     commitEditing();
     // What was committed may have taken the button away.
     if (const auto* button = enabled<Button>(id)) {
-        const auto handler = button->onPress;
-        handler();
-        render();
+        act(button->onPress);
     }
 }
 
 void ViewPresenter::toggled(ControlId id, bool isOn) {
-    const auto self = shared_from_this();
-    Handler<bool> handler;
-    if (const auto* toggle = enabled<Toggle>(id)) {
-        handler = toggle->onChange;
-    } else if (const auto* checkbox = enabled<Checkbox>(id)) {
-        handler = checkbox->onChange;
-    } else {
-        return;
-    }
-    if (m_reconciler.noteToggled(id, isOn)) {
-        handler(isOn);
-        render();
+    const auto* toggle = enabled<Toggle>(id);
+    const auto* checkbox = enabled<Checkbox>(id);
+    if (toggle != nullptr && m_reconciler.note(id, &Toggle::isOn, isOn)) {
+        act(toggle->onChange, isOn);
+    } else if (checkbox != nullptr && m_reconciler.note(id, &Checkbox::isOn, isOn)) {
+        act(checkbox->onChange, isOn);
     }
 }
 
 void ViewPresenter::stepped(ControlId id, StepDirection direction) {
-    const auto self = shared_from_this();
     if (const auto* stepper = enabled<Stepper>(id)) {
-        const auto handler = stepper->onStep;
-        handler(direction);
-        render();
+        act(stepper->onStep, direction);
     }
 }
 
 void ViewPresenter::picked(ControlId id, std::size_t option) {
-    const auto self = shared_from_this();
-    if (const auto* picker = enabled<Picker>(id)) {
-        const auto handler = picker->onPick;
-        if (m_reconciler.notePicked(id, option)) {
-            handler(option);
-            render();
-        }
+    const auto* picker = enabled<Picker>(id);
+    if (picker != nullptr && option < picker->options.size() && m_reconciler.note(id, &Picker::selection, option)) {
+        act(picker->onPick, option);
     }
 }
 
@@ -138,19 +129,11 @@ void ViewPresenter::editingBegan(ControlId id) {
 
 void ViewPresenter::textChanged(ControlId id, const std::string& text) {
     const auto self = shared_from_this();
-    Handler<const std::string&> handler;
-    std::string taken = text;
-    if (const auto* field = enabled<TextField>(id)) {
-        handler = field->onEdit;
-        taken = inOneLine(text);
-    } else if (const auto* editor = enabled<TextEditor>(id)) {
-        handler = editor->onEdit;
-    } else {
-        return;
-    }
-    if (m_reconciler.noteTyped(id, text, taken)) {
-        handler(taken);
-        render();
+    const auto* field = enabled<TextField>(id);
+    const auto* editor = enabled<TextEditor>(id);
+    const std::string taken = field != nullptr ? inOneLine(text) : text;
+    if ((field != nullptr || editor != nullptr) && m_reconciler.noteTyped(id, text, taken)) {
+        act(field != nullptr ? field->onEdit : editor->onEdit, taken);
         m_reconciler.settle();
     }
 }
@@ -171,7 +154,7 @@ void ViewPresenter::commitEditing() {
     const auto self = shared_from_this();
     m_host.commitEditing();
     if (const auto editing = m_reconciler.editing(); editing && !m_isClosed) {
-        m_reconciler.putBackEditedText();
+        m_reconciler.reapplyEditedText();
         tellEnd(*editing);
     }
 }

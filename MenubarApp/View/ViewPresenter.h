@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace menubar {
 
@@ -65,6 +66,9 @@ private:
     ViewPresenter(ViewHost& host, Body body, Later later);
 
     void render();
+    /// Calls the handler, then shows what the model made of it.
+    template <class... Arguments>
+    void act(Handler<Arguments...> handler, std::type_identity_t<Arguments>... arguments);
     void tellEnd(ControlId id);
     /// The content of the control as the view has it now, if it is one of these and answers events; null otherwise.
     template <class Content>

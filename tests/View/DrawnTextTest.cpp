@@ -17,7 +17,7 @@ std::string drawn(View view) {
 
 TEST(DrawnText, replacesWhatMustNotBeDrawnInEveryTextButTheEditedOnes) {
     const auto screen = [](const std::string& shown, const std::string& edited) {
-        return view(VStack{}, view(Text{.text = shown}).withHelp(shown).withAccessibility(shown, shown),
+        return view(VStack{}, view(Text{.text = shown}).withTooltip(shown).withAccessibility(shown, shown),
                     view(Symbol{.name = "lock", .description = shown}), view(Button{.title = shown}),
                     view(Checkbox{.title = shown}), view(Picker{.options = {shown}, .selection = 0}),
                     section(shown, {view(TextField{.text = edited, .prompt = shown})}),

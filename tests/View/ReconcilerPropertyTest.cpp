@@ -50,7 +50,7 @@ private:
             result.sizing.width = 50.0 + static_cast<double>(below(100));
         }
         if (oneIn(6)) {
-            result.help = word();
+            result.tooltip = word();
         }
         if (oneIn(6)) {
             result.accessibility.label = word();

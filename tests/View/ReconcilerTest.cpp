@@ -280,7 +280,7 @@ TEST_F(ReconcilerTest, puttingTheTextBackKeepsTheEditing) {
     m_host.type(1, "30x");
     EXPECT_TRUE(m_reconciler.noteTyped(1, "30x", "30x"));
     m_reconciler.settle();
-    m_reconciler.putBackEditedText();
+    m_reconciler.reapplyEditedText();
     EXPECT_EQ(m_host.text(1), "30");
     m_host.type(1, "301");
     EXPECT_TRUE(m_reconciler.noteTyped(1, "301", "301"));
@@ -310,7 +310,7 @@ TEST_F(ReconcilerTest, aDestroyedControlIsNoLongerEdited) {
     show(field("a"));
     m_reconciler.beginEditing(1);
     show(view(VStack{}));
-    m_reconciler.putBackEditedText();
+    m_reconciler.reapplyEditedText();
     m_reconciler.endEditing(1);
     EXPECT_EQ(m_reconciler.control(1), nullptr);
 }

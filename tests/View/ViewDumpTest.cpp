@@ -23,7 +23,7 @@ TEST(ViewDump, appendsWhatAnyViewMayHave) {
                        .fillingWidth()
                        .fillingHeight()
                        .withPadding({1, 2, 3, 4})
-                       .withHelp("what it does")
+                       .withTooltip("what it does")
                        .withAccessibility("Name", "an error")),
               "Text \"x\" #name width=140 height=20 max-height=60 fill-width fill-height padding=1,2,3,4 "
               "help=\"what it does\" label=\"Name\" description=\"an error\"\n");

@@ -100,6 +100,31 @@ TEST_F(LiveMenu, clickingASessionFocusesItsTerminalOnce) {
     EXPECT_EQ(m_commands.log, Lines{"focus w1 f1"});
 }
 
+TEST_F(LiveMenu, aCommandThatEndsWhileTheMenuIsOpenLeavesTheRowThatMayBeHighlighted) {
+    writeSession("acme", "41");
+    m_controller->start();
+    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Refresh")}));
+    m_controller->perform(MenuAction::focusSession, 1, {});
+    NSMenuItem* quit = nil;
+    NSMenuItem* later = nil;
+    std::string state;
+    EXPECT_FALSE(driver::openMenu(m_item.real, {[&] {
+                                                    quit = driver::itemTitled(m_item.real.nativeMenu(), "Quit");
+                                                    m_files.files.clear();
+                                                    m_commands.complete();
+                                                },
+                                                driver::wait(), driver::wait(),
+                                                [&] {
+                                                    state = driver::openTitles().front();
+                                                    later = driver::itemTitled(m_item.real.nativeMenu(), "Quit");
+                                                },
+                                                driver::click("Quit")}));
+    EXPECT_EQ(state, "Daemon not running");
+    EXPECT_NE(quit, nil);
+    EXPECT_EQ(later, quit);
+    EXPECT_EQ(m_workspace.log, Lines{"terminate"});
+}
+
 TEST_F(LiveMenu, theCheckMarkOfIconOnlyFollowsTheClick) {
     writeSession("acme", "41");
     m_controller->start();

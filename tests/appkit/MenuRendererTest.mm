@@ -9,6 +9,7 @@
 #include "tests/appkit/MenuDriver.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,12 +19,16 @@ namespace {
 
 class MenuRenderer : public ::testing::Test {
 protected:
+    MenuRenderer() { [m_menu.get() setAutoenablesItems:NO]; }
+
     NSMenuItem* render(const MenuItem& value) {
-        NSArray* items = makeMenuItems({value}, m_target.get());
-        EXPECT_EQ([items count], 1U);
-        return [items objectAtIndex:0];
+        updateMenu(m_menu.get(), std::exchange(m_shown, {value}), {value}, m_target.get());
+        EXPECT_EQ([m_menu.get() numberOfItems], 1);
+        return static_cast<NSMenuItem*>([m_menu.get() itemAtIndex:0]);
     }
 
+    ObjCPointer<NSMenu> m_menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
+    Menu m_shown;
     ObjCPointer<StatusMenuTarget> m_target = ObjCPointer<StatusMenuTarget>::adopt([[StatusMenuTarget alloc] init]);
 };
 
@@ -63,6 +68,29 @@ TEST_F(MenuRenderer, rendersEveryFieldOfACommand) {
     EXPECT_EQ(toString([[item representedObject] path]), "/home/ann/a b#c.md");
 }
 
+TEST_F(MenuRenderer, anItemThatGoesOnTakesNothingOverFromBefore) {
+    MenuItem full = driver::command("acme", MenuAction::openHandoff, 3);
+    full.tooltip = "tip";
+    full.checked = true;
+    full.indentation = 2;
+    full.keyEquivalent = "q";
+    full.path = "/home/ann/a.md";
+    NSMenuItem* before = render(full);
+    MenuItem bare;
+    bare.title = "beta";
+    bare.action = MenuAction::openHandoff;
+    NSMenuItem* item = render(bare);
+    EXPECT_EQ(item, before);
+    EXPECT_EQ(toString([item title]), "beta");
+    EXPECT_FALSE([item isEnabled]);
+    EXPECT_EQ([item tag], 0);
+    EXPECT_EQ([item toolTip], nil);
+    EXPECT_EQ([item state], NSControlStateValueOff);
+    EXPECT_EQ([item indentationLevel], 0);
+    EXPECT_EQ(toString([item keyEquivalent]), "");
+    EXPECT_EQ([item representedObject], nil);
+}
+
 TEST_F(MenuRenderer, rendersASeparator) {
     EXPECT_TRUE([render(driver::separator()) isSeparatorItem]);
 }
@@ -77,8 +105,9 @@ TEST_F(MenuRenderer, aMessageThatTheTargetDoesNotAnswerTravelsAlongTheResponderC
     EXPECT_EQ(toString(NSStringFromSelector([undo action])), "undo:");
     EXPECT_EQ([undo target], nil);
     const auto delegate = ObjCPointer<AppDelegate>::adopt([[AppDelegate alloc] initWithTools:{} pollInterval:{}]);
-    NSArray* items = makeMenuItems({{.title = "Settings...", .selector = "show:", .enabled = true}}, delegate.get());
-    EXPECT_EQ([[items objectAtIndex:0] target], delegate.get());
+    const auto menu = ObjCPointer<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]);
+    updateMenu(menu.get(), {}, {{.title = "Settings...", .selector = "show:", .enabled = true}}, delegate.get());
+    EXPECT_EQ([[menu.get() itemAtIndex:0] target], delegate.get());
 }
 
 TEST_F(MenuRenderer, drawsNothingRawThatCameFromOutside) {

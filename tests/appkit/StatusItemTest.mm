@@ -112,6 +112,38 @@ TEST_F(StatusItemOnScreen, aMenuThatIsTheSameKeepsItsItems) {
     EXPECT_EQ([m_item.nativeMenu() itemAtIndex:0], before);
 }
 
+TEST_F(StatusItemOnScreen, whatComesAndGoesInTheMiddleLeavesTheOtherItemsWhereTheyAre) {
+    const auto item = [&](NSInteger index) {
+        return static_cast<NSMenuItem*>([m_item.nativeMenu() itemAtIndex:index]);
+    };
+    const auto titles = [&] {
+        std::vector<std::string> all;
+        for (NSMenuItem* each in [m_item.nativeMenu() itemArray]) {
+            all.push_back([each isSeparatorItem] ? "-" : toString([each title]));
+        }
+        return all;
+    };
+    const Menu before = {driver::label("running"), driver::separator(),
+                         driver::command("acme", MenuAction::focusSession, 1), driver::separator(),
+                         driver::command("Quit", MenuAction::quit)};
+    m_item.setMenu(before);
+    NSMenuItem* const first = item(0);
+    NSMenuItem* const acme = item(2);
+    NSMenuItem* const quit = item(4);
+    m_item.setMenu({driver::label("running still"), driver::separator(),
+                    driver::command("acme 2", MenuAction::focusSession, 1),
+                    driver::command("beta", MenuAction::focusSession, 2), driver::label("new"), driver::separator(),
+                    driver::command("Quit", MenuAction::quit)});
+    EXPECT_EQ(titles(), (std::vector<std::string>{"running still", "-", "acme 2", "beta", "new", "-", "Quit"}));
+    EXPECT_EQ(item(0), first);
+    EXPECT_EQ(item(2), acme);
+    EXPECT_EQ(item(6), quit);
+    m_item.setMenu(before);
+    EXPECT_EQ(titles(), (std::vector<std::string>{"running", "-", "acme", "-", "Quit"}));
+    EXPECT_EQ(item(0), first);
+    EXPECT_EQ(item(4), quit);
+}
+
 /// How many pixels have about that colour.
 int pixelsLike(NSBitmapImageRep* picture, NSColor* color) {
     NSColor* wanted = [color colorUsingColorSpace:[NSColorSpace genericRGBColorSpace]];

@@ -92,7 +92,7 @@ protected:
     [[nodiscard]] std::string shownText(ControlId shown) const;
 
     ObjCPointer<NSWindow> m_window;
-    ObjCPointer<MenubarContentView> m_content = makeFlippedContentView();
+    ObjCPointer<NSView> m_content = makeFlippedContentView();
     std::shared_ptr<RecordingViewEvents> m_events = std::make_shared<RecordingViewEvents>();
     std::unique_ptr<AppKitViewHost> m_host;
 

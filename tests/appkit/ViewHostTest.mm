@@ -1,6 +1,6 @@
 #import "tests/appkit/ViewHostFixture.h"
 
-#import "MenubarApp/AppKit/Controls/ActionTarget.h"
+#import "MenubarApp/AppKit/Callback.h"
 #import "MenubarApp/AppKit/Controls/Containers.h"
 #import "MenubarApp/AppKit/Controls/KeyControls.h"
 #import "MenubarApp/AppKit/Controls/TextEditor.h"
@@ -210,13 +210,13 @@ TEST_F(ViewHostInAWindow, whatGetsTheFocusComesIntoSight) {
 }
 
 TEST_F(ViewHostInAWindow, showsHelp) {
-    host().create(1, windowContent, {.content = Button{.title = "a"}, .help = "first"});
+    host().create(1, windowContent, {.content = Button{.title = "a"}, .tooltip = "first"});
     NSView* view = host().nativeView(1);
     EXPECT_EQ(toString([view toolTip]), "first");
-    host().update(1, {.content = Button{.title = "a"}, .help = "second"},
-                  {.content = Button{.title = "a"}, .help = "first"});
+    host().update(1, {.content = Button{.title = "a"}, .tooltip = "second"},
+                  {.content = Button{.title = "a"}, .tooltip = "first"});
     EXPECT_EQ(toString([view toolTip]), "second");
-    host().update(1, {.content = Button{.title = "a"}}, {.content = Button{.title = "a"}, .help = "second"});
+    host().update(1, {.content = Button{.title = "a"}}, {.content = Button{.title = "a"}, .tooltip = "second"});
     EXPECT_EQ([[view toolTip] length], 0U);
 }
 
@@ -273,8 +273,8 @@ std::vector<int> liveObjects() {
                        [MenubarSwitch class],
                        [MenubarStepper class],
                        [MenubarPicker class],
-                       [MenubarActionTarget class],
-                       [MenubarContentView class],
+                       [MenubarCallback class],
+                       [MenubarFlippedView class],
                        [MenubarBoxView class]}) {
         counts.push_back(driver::liveObjects(each));
     }

@@ -2,8 +2,6 @@
 
 #import <AppKit/AppKit.h>
 
-#include "MenubarApp/AppKit/FileOpener.h"
-
 #include <memory>
 
 #include <gtest/gtest.h>

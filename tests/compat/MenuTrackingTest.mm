@@ -116,6 +116,32 @@ TEST_F(StatusMenuOnScreen, aMenuSetWhileItIsOpenKeepsTheHighlightedRow) {
     EXPECT_EQ(after, "acme · 42%");
 }
 
+TEST_F(StatusMenuOnScreen, theHighlightFollowsItsItemWhenOthersComeAboveIt) {
+    std::string after;
+    EXPECT_EQ(logOf({key(up),
+                     [&] {
+                         m_item.setMenu({label("Daemon running"), separator(), label("No sessions"), separator(),
+                                         command("Quit", MenuAction::quit)});
+                     },
+                     wait(), wait(), [&] { after = driver::highlightedTitle(); }, key(returnKey)}),
+              (Lines{"willOpen", "didClose", "quit"}));
+    EXPECT_EQ(after, "Quit");
+}
+
+TEST_F(StatusMenuOnScreen, aHighlightedItemThatGoesTakesTheHighlightAlong) {
+    std::string after = "?";
+    EXPECT_EQ(logOf({hover("beta"),
+                     [&] {
+                         m_item.setMenu({label("Daemon running"), separator(), label("No sessions"),
+                                         command("Start daemon", MenuAction::startDaemon), separator(),
+                                         command("Quit", MenuAction::quit)});
+                     },
+                     wait(), wait(), [&] { after = driver::highlightedTitle(); }, key(escapeKey)})
+                  .size(),
+              2U);
+    EXPECT_EQ(after, "");
+}
+
 TEST_F(StatusMenuOnScreen, theMouseHighlightsOnlyWhatCanBeChosen) {
     Lines seen;
     const auto look = [&] { seen.push_back(driver::highlightedTitle()); };

@@ -103,7 +103,7 @@ std::string describe(const Rect& frame) {
 
 /// What a host has to do with a view.
 View nativeLook(const View& view) {
-    return {.content = view.content, .help = view.help, .accessibility = view.accessibility};
+    return {.content = view.content, .tooltip = view.tooltip, .accessibility = view.accessibility};
 }
 
 bool canHoldViews(const View& view) {

@@ -221,7 +221,7 @@ void append(std::string& out, const View& view, std::size_t depth, bool withFram
         out.resize(std::min(out.size(), out.find(' ', start))); // how a stack places shows in the frames
     }
     const auto other = [&] {
-        line.text("help=", view.help).text("label=", view.accessibility.label);
+        line.text("help=", view.tooltip).text("label=", view.accessibility.label);
         line.text("description=", view.accessibility.description);
     };
     if (withFrames) {

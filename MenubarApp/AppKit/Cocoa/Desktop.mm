@@ -1,6 +1,5 @@
 #include "MenubarApp/AppKit/Desktop.h"
 
-#include "MenubarApp/AppKit/Cocoa/DispatchQueue.h"
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/UserDefaults.h"
@@ -8,6 +7,7 @@
 #include "MenubarCore/Text/DisplayText.h"
 
 #import <CoreGraphics/CoreGraphics.h>
+#import <dispatch/dispatch.h>
 
 #include <csignal>
 #include <utility>
@@ -70,12 +70,13 @@ std::vector<ListedWindow> listedWindows() {
     return windows;
 }
 
-/// An NSAlert as a sheet. Its handler is called however the sheet ends; the state that it shares with this object says
-/// whether anybody still wants the answer.
+/// An NSAlert as a sheet. Its handler is called however the sheet ends; the function that it shares with this object is
+/// empty once the answer has been given or is no longer wanted.
 class NativeAlertSheet final : public AlertSheet {
 public:
     NativeAlertSheet(NSWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
-        : m_state(std::make_shared<State>(std::move(answer))), m_window(ObjCPointer<NSWindow>::retain(window)),
+        : m_answer(std::make_shared<std::function<void(std::size_t)>>(std::move(answer))),
+          m_window(ObjCPointer<NSWindow>::retain(window)),
           m_alert(ObjCPointer<NSAlert>::adopt([[NSAlert alloc] init])) {
         [m_alert.get() setMessageText:toNSString(displayTitle(alert.message))];
         [m_alert.get() setInformativeText:toNSString(displayText(alert.information, LineFeeds::keep))];
@@ -87,8 +88,8 @@ public:
             [last setKeyEquivalent:@"\033"];
         }
         [m_alert.get() beginSheetModalForWindow:window
-                              completionHandler:[state = m_state](NSModalResponse response) {
-                                  const auto tell = std::exchange(state->answer, nullptr);
+                              completionHandler:[shared = m_answer](NSModalResponse response) {
+                                  const auto tell = std::exchange(*shared, nullptr);
                                   if (tell && response >= NSAlertFirstButtonReturn) {
                                       tell(static_cast<std::size_t>(response - NSAlertFirstButtonReturn));
                                   }
@@ -96,21 +97,35 @@ public:
     }
 
     ~NativeAlertSheet() override {
-        if (std::exchange(m_state->answer, nullptr)) {
+        if (std::exchange(*m_answer, nullptr)) {
             [m_window.get() endSheet:[m_alert.get() window] returnCode:NSModalResponseAbort];
         }
     }
 
 private:
-    struct State {
-        explicit State(std::function<void(std::size_t)> function) : answer(std::move(function)) {}
-
-        std::function<void(std::size_t)> answer; ///< empty once it has been given or is no longer wanted
-    };
-
-    std::shared_ptr<State> m_state;
+    std::shared_ptr<std::function<void(std::size_t)>> m_answer;
     ObjCPointer<NSWindow> m_window;
     ObjCPointer<NSAlert> m_alert;
+};
+
+/// The global concurrent queue at user-initiated quality of service.
+class DispatchQueue final : public BackgroundQueue {
+public:
+    ~DispatchQueue() override {
+        dispatch_group_wait(m_running, DISPATCH_TIME_FOREVER);
+        dispatch_release(m_running);
+    }
+
+    void run(std::function<void()> action) override {
+        // A block copies what it captures, and may do so more than once: the action itself is shared.
+        const auto shared = std::make_shared<const std::function<void()>>(std::move(action));
+        dispatch_group_async(m_running, dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
+            (*shared)();
+        });
+    }
+
+private:
+    dispatch_group_t m_running = dispatch_group_create();
 };
 
 /// A service manager ends the app with it. That is a quit like any other, which waits for a save.

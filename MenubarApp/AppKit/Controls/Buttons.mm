@@ -1,5 +1,5 @@
 // What is pressed: buttons, switches and checkboxes.
-#include "MenubarApp/AppKit/Controls/ActionTarget.h"
+#include "MenubarApp/AppKit/Controls/ActionAdapter.h"
 #include "MenubarApp/AppKit/Controls/KeyControls.h"
 #include "MenubarApp/AppKit/Controls/Look.h"
 #include "MenubarApp/AppKit/Conversions.h"
@@ -8,20 +8,11 @@ namespace menubar {
 
 namespace {
 
-void reportState(const Reporter& to, bool isOn) {
-    to.sink->send([&](ViewEvents& events) { events.toggled(to.id, isOn); });
-}
-
-auto toState(bool isOn) {
-    return isOn ? NSControlStateValueOn : NSControlStateValueOff;
-}
-
 class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
 public:
     explicit ButtonAdapter(const Reporter& reporter)
-        : ActionAdapter([[MenubarButton alloc] initWithFrame:NSZeroRect], reporter, [](const Reporter& to, NSButton*) {
-              to.sink->send([&](ViewEvents& events) { events.pressed(to.id); });
-          }) {
+        : ActionAdapter([[MenubarButton alloc] initWithFrame:NSZeroRect], reporter,
+                        [](const Reporter& to, NSButton*) { to.tell(&ViewEvents::pressed); }) {
         [native() setButtonType:NSButtonTypeMomentaryPushIn];
     }
 
@@ -40,9 +31,6 @@ protected:
         }
         if (change.in(&Button::shortcut)) {
             showShortcut(now.shortcut);
-        }
-        if (change.in(&Button::enabled)) {
-            [button setEnabled:now.enabled];
         }
     }
 
@@ -71,60 +59,43 @@ private:
     }
 };
 
-class ToggleAdapter final : public ActionAdapter<Toggle, NSSwitch> {
+/// What is on or off: a switch or a checkbox.
+template <class Content, class NativeView>
+class StateAdapter final : public ActionAdapter<Content, NativeView> {
 public:
-    explicit ToggleAdapter(const Reporter& reporter)
-        : ActionAdapter(
-              [[MenubarSwitch alloc] initWithFrame:NSZeroRect], reporter,
-              [](const Reporter& to, NSSwitch* sender) { reportState(to, [sender state] == NSControlStateValueOn); }) {}
+    StateAdapter(NativeView* owned, const Reporter& reporter)
+        : ActionAdapter<Content, NativeView>(owned, reporter, [](const Reporter& to, NativeView* sender) {
+              to.tell(&ViewEvents::toggled, [sender state] == NSControlStateValueOn);
+          }) {}
 
 protected:
-    void apply(const Change<Toggle>& change) override {
-        if (change.in(&Toggle::isOn)) {
-            [native() setState:static_cast<NSControlStateValue>(toState(change.now.isOn))];
+    void apply(const Change<Content>& change) override {
+        if constexpr (requires { change.now.title; }) {
+            if (change.in(&Content::title)) {
+                [this->native() setTitle:toNSString(change.now.title)];
+            }
         }
-        if (change.in(&Toggle::enabled)) {
-            [native() setEnabled:change.now.enabled];
-        }
-    }
-};
-
-class CheckboxAdapter final : public ActionAdapter<Checkbox, NSButton> {
-public:
-    explicit CheckboxAdapter(const Reporter& reporter)
-        : ActionAdapter(
-              [[MenubarButton alloc] initWithFrame:NSZeroRect], reporter,
-              [](const Reporter& to, NSButton* sender) { reportState(to, [sender state] == NSControlStateValueOn); }) {
-        [native() setButtonType:NSButtonTypeSwitch];
-        NativeLook::dressCheckbox(native());
-    }
-
-protected:
-    void apply(const Change<Checkbox>& change) override {
-        if (change.in(&Checkbox::title)) {
-            [native() setTitle:toNSString(change.now.title)];
-        }
-        if (change.in(&Checkbox::isOn)) {
-            [native() setState:toState(change.now.isOn)];
-        }
-        if (change.in(&Checkbox::enabled)) {
-            [native() setEnabled:change.now.enabled];
+        if (change.in(&Content::isOn)) {
+            [this->native() setState:change.now.isOn ? NSControlStateValueOn : NSControlStateValueOff];
         }
     }
 };
 
 } // namespace
 
-AdapterPointer makeButtonAdapter(const Reporter& reporter) {
+AdapterPointer makeAdapter(const Button&, const Reporter& reporter) {
     return std::make_unique<ButtonAdapter>(reporter);
 }
 
-AdapterPointer makeToggleAdapter(const Reporter& reporter) {
-    return std::make_unique<ToggleAdapter>(reporter);
+AdapterPointer makeAdapter(const Toggle&, const Reporter& reporter) {
+    return std::make_unique<StateAdapter<Toggle, NSSwitch>>([[MenubarSwitch alloc] initWithFrame:NSZeroRect], reporter);
 }
 
-AdapterPointer makeCheckboxAdapter(const Reporter& reporter) {
-    return std::make_unique<CheckboxAdapter>(reporter);
+AdapterPointer makeAdapter(const Checkbox&, const Reporter& reporter) {
+    NSButton* checkbox = [[MenubarButton alloc] initWithFrame:NSZeroRect];
+    [checkbox setButtonType:NSButtonTypeSwitch];
+    NativeLook::dressCheckbox(checkbox);
+    return std::make_unique<StateAdapter<Checkbox, NSButton>>(checkbox, reporter);
 }
 
 } // namespace menubar

@@ -1,5 +1,5 @@
 // Steppers and pop-up menus.
-#include "MenubarApp/AppKit/Controls/ActionTarget.h"
+#include "MenubarApp/AppKit/Controls/ActionAdapter.h"
 #include "MenubarApp/AppKit/Controls/KeyControls.h"
 #include "MenubarApp/AppKit/Controls/Look.h"
 #include "MenubarApp/AppKit/Conversions.h"
@@ -27,9 +27,6 @@ protected:
             [native() setNeedsDisplay:YES];
             NativeLook::describeValue(native(), now.value);
         }
-        if (change.in(&Stepper::enabled)) {
-            [native() setEnabled:now.enabled];
-        }
     }
 
 private:
@@ -54,9 +51,9 @@ private:
         const double steps = [sender doubleValue] - state.count;
         state.count = [sender doubleValue];
         if (steps > 0.0 && state.mayGoUp) {
-            to.sink->send([&](ViewEvents& events) { events.stepped(to.id, StepDirection::up); });
+            to.tell(&ViewEvents::stepped, StepDirection::up);
         } else if (steps < 0.0 && state.mayGoDown) {
-            to.sink->send([&](ViewEvents& events) { events.stepped(to.id, StepDirection::down); });
+            to.tell(&ViewEvents::stepped, StepDirection::down);
         }
     }
 
@@ -75,9 +72,6 @@ protected:
         if (change.in(&Picker::options, &Picker::selection)) {
             const auto& selection = change.now.selection;
             [native() selectItemAtIndex:selection ? static_cast<NSInteger>(*selection) : -1];
-        }
-        if (change.in(&Picker::enabled)) {
-            [native() setEnabled:change.now.enabled];
         }
     }
 
@@ -105,19 +99,18 @@ private:
     static void report(const Reporter& to, NSPopUpButton* sender) {
         const NSInteger index = [sender indexOfSelectedItem];
         if (index >= 0) {
-            const auto option = static_cast<std::size_t>(index);
-            to.sink->send([&](ViewEvents& events) { events.picked(to.id, option); });
+            to.tell(&ViewEvents::picked, static_cast<std::size_t>(index));
         }
     }
 };
 
 } // namespace
 
-AdapterPointer makeStepperAdapter(const Reporter& reporter) {
+AdapterPointer makeAdapter(const Stepper&, const Reporter& reporter) {
     return std::make_unique<StepperAdapter>(reporter);
 }
 
-AdapterPointer makePickerAdapter(const Reporter& reporter) {
+AdapterPointer makeAdapter(const Picker&, const Reporter& reporter) {
     return std::make_unique<PickerAdapter>(reporter);
 }
 

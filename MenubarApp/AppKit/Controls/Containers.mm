@@ -41,22 +41,6 @@ namespace menubar {
 
 namespace {
 
-class BoxAdapter final : public AdapterFor<Box, MenubarBoxView> {
-public:
-    BoxAdapter() : AdapterFor([[MenubarBoxView alloc] initWithFrame:NSZeroRect]) {}
-
-protected:
-    void apply(const Change<Box>&) override {}
-};
-
-class DividerAdapter final : public AdapterFor<Divider, MenubarDividerView> {
-public:
-    DividerAdapter() : AdapterFor([[MenubarDividerView alloc] initWithFrame:NSZeroRect]) {}
-
-protected:
-    void apply(const Change<Divider>&) override {}
-};
-
 class ScrollViewAdapter final : public AdapterFor<ScrollView, NSScrollView> {
 public:
     ScrollViewAdapter() : AdapterFor(NativeLook::newScrollView()) {
@@ -70,23 +54,19 @@ public:
     }
 
     [[nodiscard]] NSView* contentView() const override { return [native() documentView]; }
-
-protected:
-    // Spacing is the layout's affair.
-    void apply(const Change<ScrollView>&) override {}
 };
 
 } // namespace
 
-AdapterPointer makeBoxAdapter() {
-    return std::make_unique<BoxAdapter>();
+AdapterPointer makeAdapter(const Box&, const Reporter&) {
+    return std::make_unique<AdapterFor<Box, NSView>>([[MenubarBoxView alloc] initWithFrame:NSZeroRect]);
 }
 
-AdapterPointer makeDividerAdapter() {
-    return std::make_unique<DividerAdapter>();
+AdapterPointer makeAdapter(const Divider&, const Reporter&) {
+    return std::make_unique<AdapterFor<Divider, NSView>>([[MenubarDividerView alloc] initWithFrame:NSZeroRect]);
 }
 
-AdapterPointer makeScrollViewAdapter() {
+AdapterPointer makeAdapter(const ScrollView&, const Reporter&) {
     return std::make_unique<ScrollViewAdapter>();
 }
 

@@ -3,9 +3,10 @@
 #include "MenubarApp/AppKit/Controls/EventSink.h"
 #include "MenubarApp/AppKit/ObjCPointer.h"
 #include "MenubarApp/View/ViewHost.h"
+#include "MenubarCore/System/Interface.h"
 
 #include <memory>
-#include <utility>
+#include <type_traits>
 
 #import <AppKit/AppKit.h>
 
@@ -13,13 +14,8 @@ namespace menubar {
 
 /// One native control: what it shows is set through this object, and what a person does to it goes to the EventSink.
 /// The native view may outlive the adapter; after `disconnect` it reports nothing. Main thread.
-class ControlAdapter {
+class ControlAdapter : public Interface {
 public:
-    ControlAdapter() = default;
-    ControlAdapter(const ControlAdapter&) = delete;
-    ControlAdapter& operator=(const ControlAdapter&) = delete;
-    virtual ~ControlAdapter() = default;
-
     /// What is placed in its parent.
     [[nodiscard]] virtual NSView* view() const = 0;
 
@@ -57,18 +53,24 @@ struct Change {
 template <class Content, class NativeView>
 class AdapterFor : public ControlAdapter {
 public:
+    /// Takes over the caller's reference.
+    explicit AdapterFor(NativeView* owned) : m_view(ObjCPointer<NativeView>::adopt(owned)) {}
+
     [[nodiscard]] NSView* view() const final { return m_view.get(); }
 
     void show(const View::Content& now, const View::Content* before) final {
         const Change<Content> change{std::get<Content>(now), before == nullptr ? nullptr : &std::get<Content>(*before)};
         apply(change);
+        if constexpr (takesKeys<Content> && std::is_convertible_v<NativeView*, NSControl*>) {
+            if (change.in(&Content::enabled)) {
+                [native() setEnabled:change.now.enabled];
+            }
+        }
     }
 
 protected:
-    /// Takes over the caller's reference.
-    explicit AdapterFor(NativeView* owned) : m_view(ObjCPointer<NativeView>::adopt(owned)) {}
-
-    virtual void apply(const Change<Content>& change) = 0;
+    /// Sets what is the kind's own; nothing for those that all look alike.
+    virtual void apply(const Change<Content>& /*change*/) {}
 
     [[nodiscard]] NativeView* native() const { return m_view.get(); }
 
@@ -76,27 +78,21 @@ private:
     ObjCPointer<NativeView> m_view;
 };
 
-/// Who a control reports to, and as whom.
-struct Reporter {
-    ControlId id = windowContent;
-    std::shared_ptr<EventSink> sink;
-};
-
 using AdapterPointer = std::unique_ptr<ControlAdapter>;
 
 /// One for each kind of control; it shows nothing yet.
-[[nodiscard]] AdapterPointer makeScrollViewAdapter();
-[[nodiscard]] AdapterPointer makeBoxAdapter();
-[[nodiscard]] AdapterPointer makeTextAdapter();
-[[nodiscard]] AdapterPointer makeSymbolAdapter();
-[[nodiscard]] AdapterPointer makeDividerAdapter();
-[[nodiscard]] AdapterPointer makeSpinnerAdapter();
-[[nodiscard]] AdapterPointer makeButtonAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makeToggleAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makeCheckboxAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makeTextFieldAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makeTextEditorAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makeStepperAdapter(const Reporter& reporter);
-[[nodiscard]] AdapterPointer makePickerAdapter(const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const ScrollView& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Box& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Text& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Symbol& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Divider& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Spinner& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Button& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Toggle& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Checkbox& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const TextField& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const TextEditor& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Stepper& kind, const Reporter& reporter);
+[[nodiscard]] AdapterPointer makeAdapter(const Picker& kind, const Reporter& reporter);
 
 } // namespace menubar

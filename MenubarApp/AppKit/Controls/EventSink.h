@@ -70,4 +70,17 @@ private:
     int m_silences = 0;
 };
 
+/// Who a control reports to, and as whom.
+struct Reporter {
+    ControlId id = windowContent;
+    std::shared_ptr<EventSink> sink;
+
+    /// Tells one of the events of ViewEvents. The control, and this object with it, may be gone when it returns.
+    template <class... Parameters, class... Arguments>
+    void tell(void (ViewEvents::*event)(ControlId, Parameters...), const Arguments&... arguments) const {
+        const auto strong = sink;
+        strong->send([&, self = id](ViewEvents& events) { (events.*event)(self, arguments...); });
+    }
+};
+
 } // namespace menubar

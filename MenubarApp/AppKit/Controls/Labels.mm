@@ -114,24 +114,21 @@ public:
 
     void disconnect() override { [native() stopAnimation:nil]; }
 
-protected:
-    void apply(const Change<Spinner>&) override {}
-
 private:
     static constexpr double side = 32.0; // of the regular wheel
 };
 
 } // namespace
 
-AdapterPointer makeTextAdapter() {
+AdapterPointer makeAdapter(const Text&, const Reporter&) {
     return std::make_unique<TextAdapter>();
 }
 
-AdapterPointer makeSymbolAdapter() {
+AdapterPointer makeAdapter(const Symbol&, const Reporter&) {
     return std::make_unique<SymbolAdapter>();
 }
 
-AdapterPointer makeSpinnerAdapter() {
+AdapterPointer makeAdapter(const Spinner&, const Reporter&) {
     return std::make_unique<SpinnerAdapter>();
 }
 

@@ -4,34 +4,17 @@
 
 namespace menubar {
 
-namespace {
-
-NSFont* makeFont(Font font) {
-    switch (font) {
-    case Font::body: return [NSFont systemFontOfSize:[NSFont systemFontSize]];
-    case Font::headline: return [NSFont boldSystemFontOfSize:[NSFont systemFontSize]];
-    case Font::caption: return [NSFont systemFontOfSize:[NSFont smallSystemFontSize]];
-    case Font::monospaced:
-        return [NSFont monospacedSystemFontOfSize:[NSFont systemFontSize] weight:NSFontWeightRegular];
-    }
-    return nil;
-}
-
-/// Made at its first use, kept for good.
-template <Font role>
-NSFont* cached() {
-    static NSFont* const font = [makeFont(role) retain];
-    return font;
-}
-
-} // namespace
-
 NSFont* Look::font(Font font) {
+    static NSFont* const body = [[NSFont systemFontOfSize:[NSFont systemFontSize]] retain];
+    static NSFont* const headline = [[NSFont boldSystemFontOfSize:[NSFont systemFontSize]] retain];
+    static NSFont* const caption = [[NSFont systemFontOfSize:[NSFont smallSystemFontSize]] retain];
+    static NSFont* const monospaced = [[NSFont monospacedSystemFontOfSize:[NSFont systemFontSize]
+                                                                   weight:NSFontWeightRegular] retain];
     switch (font) {
-    case Font::body: return cached<Font::body>();
-    case Font::headline: return cached<Font::headline>();
-    case Font::caption: return cached<Font::caption>();
-    case Font::monospaced: return cached<Font::monospaced>();
+    case Font::body: return body;
+    case Font::headline: return headline;
+    case Font::caption: return caption;
+    case Font::monospaced: return monospaced;
     }
     return nil;
 }

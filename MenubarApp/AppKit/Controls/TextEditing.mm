@@ -63,9 +63,7 @@ void TextSession::changed(NSTextView* editor) {
         return;
     }
     m_hasUnreported = false;
-    const Reporter to = m_reporter;
-    const std::string text = toString([editor string]);
-    to.sink->send([&](ViewEvents& events) { events.textChanged(to.id, text); });
+    m_reporter.tell(&ViewEvents::textChanged, toString([editor string]));
 }
 
 void TextSession::commit(NSTextView* editor) {

@@ -160,7 +160,7 @@ private:
 
 } // namespace
 
-AdapterPointer makeTextEditorAdapter(const Reporter& reporter) {
+AdapterPointer makeAdapter(const TextEditor&, const Reporter& reporter) {
     return std::make_unique<TextEditorAdapter>(reporter);
 }
 

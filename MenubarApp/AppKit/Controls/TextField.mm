@@ -140,9 +140,6 @@ protected:
         if (change.in(&TextField::text)) {
             [native() showText:change.now.text];
         }
-        if (change.in(&TextField::enabled)) {
-            [native() setEnabled:change.now.enabled];
-        }
     }
 
 private:
@@ -151,7 +148,7 @@ private:
 
 } // namespace
 
-AdapterPointer makeTextFieldAdapter(const Reporter& reporter) {
+AdapterPointer makeAdapter(const TextField&, const Reporter& reporter) {
     return std::make_unique<TextFieldAdapter>(reporter);
 }
 

@@ -19,7 +19,7 @@
 /// No item.
 + (NSInteger)none;
 
-/// Takes the items as they are now.
+/// Takes the items as they are now. The highlight stays in its item, wherever that is.
 - (void)setItems:(NSArray*)items;
 - (NSUInteger)numberOfItems;
 - (NSMenuItem*)itemAtIndex:(NSInteger)index;

@@ -85,13 +85,15 @@ CGFloat widthOfRows(NSArray* items) {
 }
 
 - (void)setItems:(NSArray*)items {
+    NSMenuItem* before = [self itemAtIndex:_highlighted];
     _items = menubar::ObjCPointer<NSArray>::adopt([items copy]);
     _tops.assign(1, edge);
     for (NSMenuItem* item in items) {
         _tops.push_back(_tops.back() + ([item isSeparatorItem] ? separatorHeight : rowHeight));
     }
     _naturalWidth = widthOfRows(items);
-    [self setHighlighted:_highlighted];
+    const NSUInteger now = before == nil ? NSNotFound : [items indexOfObjectIdenticalTo:before];
+    [self setHighlighted:now == NSNotFound ? noItem : static_cast<NSInteger>(now)];
     [self scrollBy:0];
     [self setNeedsDisplay:YES];
 }

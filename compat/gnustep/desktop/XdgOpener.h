@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/AppKit/FileOpener.h"
+#include "MenubarApp/Platform/Workspace.h"
 
 #include <string>
 #include <vector>

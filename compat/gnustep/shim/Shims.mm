@@ -61,15 +61,6 @@ constexpr double labelMargin = 2.0;
 
 @implementation NSMenu (MenubarShim)
 
-- (void)setItemArray:(NSArray*)items {
-    for (NSInteger last = [self numberOfItems] - 1; last >= 0; --last) {
-        [self removeItemAtIndex:last];
-    }
-    for (NSMenuItem* item in items) {
-        [self addItem:item];
-    }
-}
-
 - (void)cancelTracking {
     [MenuPanel cancelTracking:self];
 }

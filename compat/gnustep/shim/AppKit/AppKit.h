@@ -84,8 +84,6 @@ constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeS
 @end
 
 @interface NSMenu (MenubarShim)
-/// Replaces all items at once: whoever looks sees the old ones or the new ones.
-- (void)setItemArray:(NSArray*)items;
 /// Dismisses the status item's menu, if that is open.
 - (void)cancelTracking;
 @end
