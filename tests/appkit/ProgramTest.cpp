@@ -27,8 +27,7 @@ class Program {
 public:
     explicit Program(const Lines& extraEnvironment = {}, const Lines& arguments = {}) {
         Lines environment = {"HOME=" + m_home.path(), "PATH=/usr/bin:/bin"};
-        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ASAN_OPTIONS", "LSAN_OPTIONS",
-                                 "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN"}) {
             if (const char* value = std::getenv(name); value != nullptr) {
                 environment.push_back(std::string(name) + "=" + value);
             }
