@@ -103,20 +103,20 @@ TEST_F(LiveMenu, clickingASessionFocusesItsTerminalOnce) {
 TEST_F(LiveMenu, aCommandThatEndsWhileTheMenuIsOpenLeavesTheRowThatMayBeHighlighted) {
     writeSession("acme", "41");
     m_controller->start();
-    EXPECT_FALSE(driver::openMenu(m_item.real, {driver::click("Refresh")}));
+    EXPECT_FALSE(driver::openMenu(m_item, {driver::click("Refresh")}));
     m_controller->perform(MenuAction::focusSession, 1, {});
     NSMenuItem* quit = nil;
     NSMenuItem* later = nil;
     std::string state;
-    EXPECT_FALSE(driver::openMenu(m_item.real, {[&] {
-                                                    quit = driver::itemTitled(m_item.real.nativeMenu(), "Quit");
+    EXPECT_FALSE(driver::openMenu(m_item, {[&] {
+                                                    quit = driver::itemTitled(m_item.nativeMenu(), "Quit");
                                                     m_files.files.clear();
                                                     m_commands.complete();
                                                 },
                                                 driver::wait(), driver::wait(),
                                                 [&] {
                                                     state = driver::openTitles().front();
-                                                    later = driver::itemTitled(m_item.real.nativeMenu(), "Quit");
+                                                    later = driver::itemTitled(m_item.nativeMenu(), "Quit");
                                                 },
                                                 driver::click("Quit")}));
     EXPECT_EQ(state, "Daemon not running");

@@ -62,8 +62,7 @@ public:
 
 private:
     [[nodiscard]] ChildProcess::Options options(std::map<std::string, std::string> environment, Lines arguments) const {
-        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ASAN_OPTIONS", "LSAN_OPTIONS",
-                                 "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+        for (const char* name : {"DISPLAY", "OSTREL_MENUBAR_DEFAULTS_DOMAIN"}) {
             if (const char* value = std::getenv(name)) {
                 environment.try_emplace(name, value);
             }

@@ -148,6 +148,20 @@ TEST(DesktopApp, aHiddenItemIsAnnouncedExactlyOnceInEachSpell) {
     EXPECT_THAT(lines, HasSubstr("\nostrel-menubar: status item is visible again\n"));
 }
 
+TEST(DesktopApp, aClockThatIsSetBackHoldsUpNoPoll) {
+    Desktop desktop;
+    const std::string clock = desktop.home.write("clock", "0      ");
+    desktop.home.environment["OSTREL_DEMO_CLOCK"] = clock;
+    desktop.home.environment["LD_PRELOAD"] = std::string(DEMO_TOOLS) + "/clock.so";
+    desktop.home.writeStatus(R"({"at":"2025-03-04T10:15:30Z"})");
+    OpenCounter polls(desktop.home.statusFile());
+    desktop.start();
+    ASSERT_TRUE(eventually([&] { return polls.count() >= 3; }));
+    std::fstream(clock, std::ios::in | std::ios::out) << "-360000";
+    const int before = polls.count();
+    EXPECT_TRUE(eventually([&] { return polls.count() >= before + 10; }));
+}
+
 TEST(DesktopApp, withoutCmuxTheScriptRunnerAnnouncesIt) {
     Desktop desktop;
     desktop.home.environment["PATH"] = "/no/such";

@@ -1,6 +1,5 @@
 #include "tests/e2e/ScratchHome.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -13,14 +12,7 @@ ScratchHome::ScratchHome()
     : environment{{"HOME", m_directory.path()},
                   {"PATH", "/usr/bin:/bin"},
                   {"TZ", "UTC"},
-                  {"OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ostrel-menubar-tests"}} { // HOME does not move it everywhere
-    // A sanitizer in the programs is told what the one in the tests is told.
-    for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
-        if (const char* value = std::getenv(name)) {
-            environment[name] = value;
-        }
-    }
-}
+                  {"OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ostrel-menubar-tests"}} {} // HOME does not move it everywhere
 
 std::string ScratchHome::write(const std::string& name, std::string_view bytes) const {
     std::filesystem::create_directories(std::filesystem::path(m_directory / name).parent_path());

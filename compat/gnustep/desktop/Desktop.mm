@@ -14,12 +14,10 @@
 #include "compat/gnustep/desktop/XdgOpener.h"
 #include "compat/gnustep/shim/Process.h"
 
-#include <algorithm>
-#include <chrono>
-#include <future>
+#include <condition_variable>
 #include <mutex>
+#include <thread>
 #include <utility>
-#include <vector>
 
 #include <unistd.h>
 
@@ -54,20 +52,31 @@ private:
     ObjCPointer<AlertView> m_view;
 };
 
-/// A thread for each action: they wait more than they compute, and are few.
+/// A thread for each action: they wait more than they compute, and are few. A thread keeps its stack until somebody has
+/// joined it, so nobody has to.
 class ThreadForEach final : public BackgroundQueue {
 public:
+    ~ThreadForEach() override {
+        std::unique_lock lock(m_mutex);
+        m_ended.wait(lock, [this] { return m_running == 0; });
+    }
+
     void run(std::function<void()> action) override {
         const std::lock_guard lock(m_mutex);
-        std::erase_if(m_running, [](const std::future<void>& each) {
-            return each.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-        });
-        m_running.push_back(std::async(std::launch::async, [action = std::move(action)]() noexcept { action(); }));
+        std::thread([this, action = std::move(action)]() mutable noexcept {
+            action();
+            action = nullptr; // what it holds must not outlive this queue
+            const std::lock_guard ended(m_mutex);
+            --m_running;
+            m_ended.notify_all();
+        }).detach();
+        ++m_running;
     }
 
 private:
     std::mutex m_mutex;
-    std::vector<std::future<void>> m_running; // destroying one waits for it
+    std::condition_variable m_ended;
+    int m_running = 0;
 };
 
 /// No arguments are read. GNUstep would take one for a file to open, and ask about it in a modal alert.
