@@ -4,6 +4,7 @@
 
 #include <array>
 #include <ctime>
+#include <fstream>
 #include <string>
 #include <utility>
 
@@ -17,7 +18,17 @@ namespace menubar::e2e {
 /// the first one after a change is among them, so a mark is a time of access before that of the last change.
 class ReadMark {
 public:
-    explicit ReadMark(std::string path) : m_path(std::move(path)) { set(); }
+    explicit ReadMark(std::string path) : m_path(std::move(path)) {
+        set();
+        EXPECT_GT(std::ifstream(m_path).get(), 0) << m_path;
+        m_isKept = wasRead();
+        set();
+    }
+
+    /// Whether the file's place keeps times of access at all; it may be mounted without. Then nothing else here holds.
+    [[nodiscard]] bool isKept() const { return m_isKept; }
+
+    static constexpr const char* whyNot = "times of access are not kept here (noatime)";
 
     /// Marks it anew.
     void set() const {
@@ -44,6 +55,7 @@ public:
 
 private:
     std::string m_path;
+    bool m_isKept = false;
 };
 
 } // namespace menubar::e2e

@@ -78,7 +78,11 @@ TEST(Sessions, aPollAloneIsNoChange) {
     std::string polled = two;
     polled.replace(polled.find("10:15:30"), 8, "10:15:32"); // the daemon has looked again, and found the same
     home.writeStatus(polled);
-    ASSERT_TRUE(ReadMark(home.statusFile()).waitForReads(2)); // what the first look found is written by then
+    const ReadMark mark(home.statusFile());
+    if (!mark.isKept()) {
+        GTEST_SKIP() << ReadMark::whyNot;
+    }
+    ASSERT_TRUE(mark.waitForReads(2)); // what the first look found is written by then
     home.writeStatus(R"({"stoppedAt":"2025-03-04T10:15:33Z"})");
     ASSERT_TRUE(child.readUntil(hasLines(2)));
     const std::string last = child.output().substr(child.output().find('\n') + 1);
