@@ -79,6 +79,7 @@ TEST(SessionMatch, theNumberThatIsShownComesAfterNamesAndBeforeBeginnings) {
     EXPECT_EQ(found(sessions, "2"), "2");
     EXPECT_EQ(found(sessions, "3"), "2");
     EXPECT_EQ(found(sessions, "01"), "0");
+    EXPECT_EQ(found({session("a", "s1", "api"), session("b", "s2", "web")}, "2"), "1");
     for (const char* name : {"0", "4", "-1", "99999999999999999999", "1 "}) {
         EXPECT_EQ(found(sessions, name), "no session is called \"" + std::string(name) + "\"");
     }

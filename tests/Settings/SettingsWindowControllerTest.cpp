@@ -331,6 +331,15 @@ TEST_F(SettingsWindowControllerTest, editsComeBackWhenTheReloadIsTriedAgain) {
     EXPECT_EQ(m_desk.host().text(m_desk.input("Number")), "5");
 }
 
+TEST_F(SettingsWindowControllerTest, theEndOfTypingReachesTheModel) {
+    m_desk.open();
+    m_desk.type("Number", "1,5");
+    EXPECT_TRUE(m_desk.shows("Must be a number"));
+    m_desk.host().blur();
+    m_desk.mainLoop.drain();
+    EXPECT_FALSE(m_desk.shows("Must be a number"));
+}
+
 TEST_F(SettingsWindowControllerTest, savingOnOpenSetsOneSettingAndSavesWithoutAsking) {
     m_desk.installDaemon();
     m_desk.environment["OSTREL_MENUBAR_SAVE_ON_OPEN"] = "1";

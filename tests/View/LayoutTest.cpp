@@ -273,6 +273,19 @@ TEST(Layout, framesAreWholePointsInAWindowOfAnySize) {
     check(check, node);
 }
 
+TEST(Layout, aSizeBetweenTwoPointsCountsAsTheLargerOne) {
+    class : public Measurer {
+        [[nodiscard]] Measured measure(ControlId, const View&, double) override {
+            return {.width = 20.25, .height = 10.5, .baseline = 8.25};
+        }
+    } fractions;
+
+    View row = view(HStack{.spacing = 0}, view(Button{}), view(Button{}));
+    layOut(row, {100, 11}, fractions);
+    EXPECT_EQ(dumpFrames(row.children[0]), "Button \"\" (0,0 21x11)\n");
+    EXPECT_EQ(dumpFrames(row.children[1]), "Button \"\" (21,0 21x11)\n");
+}
+
 TEST(Layout, aWindowWithoutRoomGivesNoNegativeLengthsToControls) {
     const auto check = [](const auto& self, const View& n) -> void {
         EXPECT_GE(n.shown.frame.width, 0.0);

@@ -58,6 +58,15 @@ TEST_F(StatusItemOnScreen, showsSymbolTitleTintAndTooltipForEveryTone) {
     }
 }
 
+TEST_F(StatusItemOnScreen, aTooltipChangesAlone) {
+    m_item.apply(running);
+    StatusItemPresentation later = running;
+    later.tooltip = "Daemon running (last poll 6s ago)";
+    m_item.apply(later);
+    EXPECT_EQ(toString([button() toolTip]), later.tooltip);
+    EXPECT_EQ(toString([button() accessibilityLabel]), "ostrel, 72%, Daemon running (last poll 6s ago)");
+}
+
 TEST_F(StatusItemOnScreen, inCompactModeShowsTheSymbolAlone) {
     m_item.apply(running);
     const CGFloat wide = width();

@@ -172,6 +172,8 @@ TEST_F(TextFieldInAWindow, forgetsItsHistoryWithTheFocus) {
     type("b");
     focus(second);
     EXPECT_FALSE([[editor() undoManager] canUndo]);
+    focus(first);
+    EXPECT_FALSE([[editor() undoManager] canUndo]);
 }
 
 TEST_F(TextFieldInAWindow, aReplacedTextCanBeUndone) {

@@ -23,6 +23,7 @@ using testing::HasSubstr;
 namespace {
 
 constexpr const char* const down = "\x1b[B";
+constexpr const char* const enter = "\x1b[?1049h\x1b[?7l\x1b[?25l";
 constexpr const char* const leave = "\x1b[?25h\x1b[?7h\x1b[?1049l";
 constexpr const char* const selected = "\x1b[7m";
 
@@ -129,8 +130,9 @@ TEST_F(MenuKeys, controlZGivesTheTerminalBackAndTheSelectionStays) {
     ASSERT_TRUE(child.waitUntilStopped());
     child.send(SIGCONT);
     ASSERT_TRUE(child.readUntil([](const std::string& output) {
-        return output.find(leave) != std::string::npos && shows(std::string(selected) + "  web")(output) &&
-               output.rfind(std::string(selected) + "  web") > output.find(leave);
+        const std::size_t back = output.find(std::string(leave) + enter);
+        return back != std::string::npos && shows(std::string(selected) + "  web")(output) &&
+               output.rfind(std::string(selected) + "  web") > back;
     }));
     quit(child);
 }

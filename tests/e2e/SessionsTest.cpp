@@ -41,6 +41,7 @@ TEST(Sessions, areOneLineEach) {
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "1  ▲ web   90%  needs input\n2  ◉ api    5%  running\n");
     EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(home.atFixedTime({"sessions", "--json"}).output, StartsWith(R"({"sessions":[{"cacheExpiresAt":)"));
 }
 
 TEST(Sessions, thatAreOldOrNoneAreSaidToBe) {
