@@ -93,6 +93,14 @@ TEST_F(SettingsOnTheDesktop, helpShowsWhereThePointerRests) {
     ADD_FAILURE() << "nothing to remove an item with";
 }
 
+TEST_F(SettingsOnTheDesktop, helpGoesWithTheFirstPress) {
+    open();
+    post(NSEventTypeMouseMoved, middleOf(m_screen.button("Reset to default")));
+    ASSERT_TRUE(driver::pumpUntil([] { return [[Hint shared] text] != nil; }));
+    post(NSEventTypeLeftMouseDown, middleOf(m_screen.label("Note")));
+    EXPECT_EQ([[Hint shared] text], nil) << "what it is about may be gone by the next look";
+}
+
 TEST_F(SettingsOnTheDesktop, theWheelScrollsTheFormAlsoOverAnEditorThatCannot) {
     open();
     [window() setFrame:NSMakeRect(50, 50, 520, 420) display:YES];
