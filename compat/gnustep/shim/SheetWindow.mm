@@ -134,6 +134,22 @@
     return NO;
 }
 
+/// GNUstep's window gives the focus anew whenever it becomes the key window, and to its first control where nothing has
+/// it. What gets the focus is scrolled to: a person who comes back from a menu or a panel would be elsewhere.
+- (void)becomeKeyWindow {
+    static NSResponder* const nobody = [[NSResponder alloc] init];
+    const auto focused = menubar::ObjCPointer<NSResponder>::retain([self firstResponder]);
+    _firstResponder = nobody;
+    [super becomeKeyWindow];
+    _firstResponder = focused.get();
+    if (focused.get() != self && [focused.get() respondsToSelector:@selector(becomeKeyWindow)]) {
+        [focused.get() performSelector:@selector(becomeKeyWindow)];
+    }
+    if ([focused.get() isKindOfClass:[NSView class]]) {
+        [static_cast<NSView*>(focused.get()) setNeedsDisplay:YES];
+    }
+}
+
 /// Beneath the sheet views draw without regard to it.
 - (void)displayIfNeeded {
     NSView* all = [[self contentView] superview];
