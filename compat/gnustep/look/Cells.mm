@@ -67,7 +67,6 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
-    _control_view = view; // which is told when what it shows changes
     if ([view isKindOfClass:[NSControl class]] && [static_cast<NSControl*>(view) currentEditor] != nil) {
         return; // the editor draws the text, for it to be selected
     }
