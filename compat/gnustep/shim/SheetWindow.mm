@@ -40,7 +40,6 @@
     [[NSNotificationCenter defaultCenter] removeObserver:self name:NSWindowDidResizeNotification object:self];
     [sheet.get() removeFromSuperview];
     [self restoreResponder];
-    [[[self contentView] superview] setNeedsDisplay:YES];
 }
 
 /// The field editor belongs to the control that is being edited.
