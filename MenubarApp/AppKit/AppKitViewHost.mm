@@ -215,7 +215,8 @@ void AppKitViewHost::scrollBy(ControlId scrollView, double length) {
 }
 
 void AppKitViewHost::scrollToVisible(ControlId scrollView, const Rect& area) {
-    [contentOf(scrollView) scrollRectToVisible:toNSRect(area)];
+    constexpr CGFloat margin = 8.0; // so that it does not stick to the edge
+    [contentOf(scrollView) scrollRectToVisible:NSInsetRect(toNSRect(area), 0.0, -margin)];
 }
 
 Measured AppKitViewHost::measure(ControlId id, const View& control, double width) {

@@ -131,7 +131,7 @@ void save(const Picture& picture, const std::string& path) {
         *byte++ = static_cast<unsigned char>(pixel);
         *byte++ = 0xff;
     }
-    NSData* png = [bitmap.get() representationUsingType:NSPNGFileType properties:@{}];
+    NSData* png = [bitmap.get() representationUsingType:NSBitmapImageFileTypePNG properties:@{}];
     ASSERT_TRUE([png writeToFile:toNSString(path) atomically:YES]) << path;
 }
 

@@ -93,6 +93,14 @@ TEST_F(SettingsOnTheDesktop, helpShowsWhereThePointerRests) {
     ADD_FAILURE() << "nothing to remove an item with";
 }
 
+TEST_F(SettingsOnTheDesktop, helpGoesWithTheFirstPress) {
+    open();
+    post(NSEventTypeMouseMoved, middleOf(m_screen.button("Reset to default")));
+    ASSERT_TRUE(driver::pumpUntil([] { return [[Hint shared] text] != nil; }));
+    post(NSEventTypeLeftMouseDown, middleOf(m_screen.label("Note")));
+    EXPECT_EQ([[Hint shared] text], nil) << "what it is about may be gone by the next look";
+}
+
 TEST_F(SettingsOnTheDesktop, theWheelScrollsTheFormAlsoOverAnEditorThatCannot) {
     open();
     [window() setFrame:NSMakeRect(50, 50, 520, 420) display:YES];
@@ -121,6 +129,30 @@ TEST_F(SettingsOnTheDesktop, theWheelScrollsTheFormAlsoOverAnEditorThatCannot) {
     post(NSScrollWheel, middleOf([story enclosingScrollView]), 1.0);
     EXPECT_EQ(lowest - NSMinY([text documentVisibleRect]), 40.0);
     EXPECT_EQ(top(), here);
+}
+
+TEST_F(SettingsOnTheDesktop, whoComesBackFromAnotherWindowFindsTheFormWhereItWas) {
+    open();
+    [window() setFrame:NSMakeRect(50, 50, 520, 420) display:YES];
+    m_screen.settle();
+    NSClipView* form = [[m_screen.field("Note") enclosingScrollView] contentView];
+    const auto top = [form] { return NSMinY([form documentVisibleRect]); };
+    NSView* const nothing = nil;
+    for (NSView* focused :
+         {nothing, m_screen.control("Words", [NSButton class]), m_screen.control("Story", [NSTextView class]),
+          static_cast<NSView*>(m_screen.field("Note"))}) {
+        SCOPED_TRACE(focused == nil ? "nothing" : toString([focused className]));
+        [window() makeFirstResponder:focused];
+        m_screen.settle();
+        NSResponder* const responder = [window() firstResponder];
+        [form scrollToPoint:NSMakePoint(0, NSHeight([[form documentView] frame]) - NSHeight([form bounds]))];
+        const CGFloat here = top();
+        ASSERT_GT(here, 300.0);
+        [window() resignKeyWindow];
+        [window() becomeKeyWindow];
+        EXPECT_EQ(top(), here);
+        EXPECT_EQ([window() firstResponder], responder);
+    }
 }
 
 TEST_F(SettingsOnTheDesktop, aSheetShadesTheWindowToItsLowerEdge) {

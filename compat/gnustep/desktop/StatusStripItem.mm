@@ -43,7 +43,6 @@ constexpr CGFloat symbolSide = 18.0;
 - (void)changed {
     ++_changes;
     [_item layout];
-    [self setNeedsDisplay:YES];
 }
 
 - (void)setImage:(NSImage*)image {

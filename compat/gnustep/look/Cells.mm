@@ -67,7 +67,6 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
-    _control_view = view; // which is told when what it shows changes
     if ([view isKindOfClass:[NSControl class]] && [static_cast<NSControl*>(view) currentEditor] != nil) {
         return; // the editor draws the text, for it to be selected
     }
@@ -134,7 +133,6 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
-    _control_view = view; // which is told when what it shows changes
     const bool isEnabled = [self isEnabled];
     NSColor* color = isEnabled ? Palette::text() : Palette::disabledText();
     Drawing::drawBezel(frame, isEnabled ? Palette::control() : Palette::disabledControl(), Palette::border(),

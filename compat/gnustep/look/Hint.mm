@@ -129,6 +129,14 @@ constexpr NSTimeInterval delay = 0.7;
     [[Hint shared] pointAt:view area:area of:self text:[view toolTip]];
 }
 
+/// A press ends it at once: the view may be gone by the next look.
+- (void)sendEvent:(NSEvent*)event {
+    if ([event type] == NSEventTypeLeftMouseDown) {
+        [[Hint shared] hide];
+    }
+    [super sendEvent:event];
+}
+
 @end
 
 @interface GSToolTips : NSObject

@@ -40,7 +40,6 @@
     [[NSNotificationCenter defaultCenter] removeObserver:self name:NSWindowDidResizeNotification object:self];
     [sheet.get() removeFromSuperview];
     [self restoreResponder];
-    [[[self contentView] superview] setNeedsDisplay:YES];
 }
 
 /// The field editor belongs to the control that is being edited.
@@ -132,6 +131,22 @@
         }
     }
     return NO;
+}
+
+/// GNUstep's window gives the focus anew whenever it becomes the key window, and to its first control where nothing has
+/// it. What gets the focus is scrolled to: a person who comes back from a menu or a panel would be elsewhere.
+- (void)becomeKeyWindow {
+    static NSResponder* const nobody = [[NSResponder alloc] init];
+    const auto focused = menubar::ObjCPointer<NSResponder>::retain([self firstResponder]);
+    _firstResponder = nobody;
+    [super becomeKeyWindow];
+    _firstResponder = focused.get();
+    if (focused.get() != self && [focused.get() respondsToSelector:@selector(becomeKeyWindow)]) {
+        [focused.get() performSelector:@selector(becomeKeyWindow)];
+    }
+    if ([focused.get() isKindOfClass:[NSView class]]) {
+        [static_cast<NSView*>(focused.get()) setNeedsDisplay:YES];
+    }
 }
 
 /// Beneath the sheet views draw without regard to it.

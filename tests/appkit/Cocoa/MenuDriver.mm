@@ -30,7 +30,8 @@ bool canBeChosen(NSInteger index) {
 bool openMenu(AppKitStatusItem& item, std::vector<Step> steps) {
     @autoreleasepool {
         NSMenu* menu = item.nativeMenu();
-        OpenMenu played{.menu = menu};
+        OpenMenu played;
+        played.menu = menu;
         open = &played;
         id<NSMenuDelegate> delegate = [menu delegate];
         if ([delegate respondsToSelector:@selector(menuNeedsUpdate:)]) {

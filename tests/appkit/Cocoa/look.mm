@@ -37,7 +37,8 @@ Picture look(NSWindow* window) {
         CGBitmapContextCreate(picture.pixels.data(), picture.width, picture.height, 8, picture.width * 4, colors,
                               static_cast<std::uint32_t>(kCGImageAlphaPremultipliedFirst) |
                                   static_cast<std::uint32_t>(kCGBitmapByteOrder32Little));
-    CGContextDrawImage(context, CGRectMake(0, 0, picture.width, picture.height), image);
+    const CGRect whole = CGRectMake(0, 0, static_cast<CGFloat>(picture.width), static_cast<CGFloat>(picture.height));
+    CGContextDrawImage(context, whole, image);
     CGContextRelease(context);
     CGColorSpaceRelease(colors);
     CGImageRelease(image);

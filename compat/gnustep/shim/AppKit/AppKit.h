@@ -22,6 +22,7 @@ constexpr NSEventMask NSEventMaskKeyUp = NSKeyUpMask;
 constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
 constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
 constexpr NSProgressIndicatorStyle NSProgressIndicatorStyleSpinning = NSProgressIndicatorSpinningStyle;
+constexpr NSBitmapImageFileType NSBitmapImageFileTypePNG = NSPNGFileType;
 constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeSourceOver;
 
 @interface NSApplication (MenubarShim)
