@@ -1,4 +1,4 @@
-# What scripts/run and scripts/accept both do, sourced by them: a scratch folder, the stand-in daemon, a display, the app
+# What scripts/run, accept and soak do, sourced by them: a scratch folder, the stand-in daemon, a display, the app
 # on it, and pictures of it. Expects $root, and $preset where it is not the release. Whoever sources it sets its own
 # traps; `clean_up` is what they end with.
 
