@@ -112,7 +112,7 @@ std::string waybarLine(const BarInput& input) {
     JSONValue::Object object{
         {"alt", tone}, {"class", tone}, {"text", pangoEscaped(plainText(input))}, {"tooltip", pangoTooltip(input)}};
     if (const auto percent = worstPercent(input)) {
-        object.emplace("percentage", std::round(*percent));
+        object["percentage"] = std::round(*percent);
     }
     return JSONValue(std::move(object)).compactText() + "\n";
 }

@@ -3,7 +3,6 @@
 #include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Join.h"
-#include "MenubarCore/Text/Quoted.h"
 #include "MenubarCore/Text/Timestamp.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "MenubarApp/Commands/Cmux.h"
 #include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCore/Text/Quoted.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SessionMatch.h"
 

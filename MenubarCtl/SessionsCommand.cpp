@@ -34,7 +34,7 @@ std::string whatCountsOf(const JSONValue& document) {
     JSONValue::Object state = *counted.at("state").objectValue();
     state.erase("pollAge");
     state.erase("title");
-    counted.insert_or_assign("state", std::move(state));
+    counted["state"] = std::move(state);
     return JSONValue(std::move(counted)).compactText();
 }
 

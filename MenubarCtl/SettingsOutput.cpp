@@ -24,14 +24,6 @@ JSONValue texts(const std::vector<std::string>& values) {
     return array;
 }
 
-std::string_view rawText(ValueSource source) {
-    switch (source) {
-    case ValueSource::file: return "file";
-    case ValueSource::default_: return "default";
-    }
-    return "";
-}
-
 struct ToDocument {
     JSONValue operator()(bool value) const { return value; }
 

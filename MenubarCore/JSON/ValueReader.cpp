@@ -97,14 +97,13 @@ private:
     }
 
     JSONValue object(const dom::object& object) {
-        JSONValue::Object values;
         sortMembers(object, m_members);
+        std::vector<JSONValue::Object::Member> values;
+        values.reserve(m_members.size());
         for (const Member& member : m_members) {
-            add(member.value, [&](auto value) -> JSONValue& {
-                return values.try_emplace(values.end(), std::string(member.key), value)->second;
-            });
+            add(member.value, [&](auto value) -> JSONValue& { return values.emplace_back(member.key, value).second; });
         }
-        return values;
+        return JSONValue::Object(std::move(values));
     }
 
     std::vector<std::pair<dom::element, JSONValue*>> m_pending;
@@ -126,12 +125,18 @@ std::optional<DecodingError> ValueReader::readDocument(std::string_view document
     if (!parsed.problem().empty()) {
         return DecodingError{.kind = Kind::dataCorrupted, .description = parsed.problem()};
     }
-    ValueReader reader(parsed.root(), parsed.mayHoldWideIntegers());
+    ValueReader reader(parsed);
     if (read(reader, target)) {
         return std::nullopt;
     }
     std::ranges::reverse(reader.m_error.path);
     return std::move(reader.m_error);
+}
+
+ValueReader::ValueReader(const ParsedDocument& document) : m_document(&document), m_value(&document.root()) {}
+
+std::size_t ValueReader::documentSize() const {
+    return m_document->size();
 }
 
 bool ValueReader::failAt(CodingKey step) {
@@ -166,11 +171,10 @@ bool ValueReader::read(std::int64_t& value) {
     if (m_value->is_int64()) {
         return m_value->get(value) == simdjson::SUCCESS;
     }
-    // An integer of more than 64 bits has become a double, of which only this one could be taken for less.
-    constexpr double smallest = -0x1p63;
+    constexpr double smallest = -0x1p63; // which an integer of more than 64 bits may have become
     double number = 0;
     if (!m_value->is_double() || m_value->get(number) != simdjson::SUCCESS || number != std::trunc(number) ||
-        number < smallest || number >= -smallest || (number == smallest && m_mayHoldWideIntegers)) {
+        number < smallest || number >= -smallest || (number == smallest && m_document->hasWideIntegers())) {
         return mismatch(Shape::Kind::integer);
     }
     value = static_cast<std::int64_t>(number);
@@ -183,7 +187,7 @@ bool ValueReader::read(double& value) {
 
 bool ValueReader::read(std::string& value) {
     const auto text = readText();
-    value = text.value_or("");
+    value = std::string(text.value_or(""));
     return text.has_value();
 }
 
@@ -243,12 +247,11 @@ bool ValueReader::readList(void* list, ElementRead element) {
     if (m_value->get(array) != simdjson::SUCCESS) {
         return mismatch(Shape::Kind::list);
     }
-    constexpr std::size_t mostExpected = 1024; // what they will take is not known before they are read
-    const std::size_t expectedCount = std::min(array.size(), mostExpected);
+    const std::size_t count = array.size();
     std::size_t index = 0;
     for (const dom::element value : array) {
         m_value = &value;
-        if (!element(*this, list, expectedCount)) {
+        if (!element(*this, list, count)) {
             return failAt({index});
         }
         ++index;
