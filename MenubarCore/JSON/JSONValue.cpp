@@ -8,7 +8,6 @@
 #include <charconv>
 #include <cmath>
 #include <functional>
-#include <ranges>
 #include <utility>
 
 namespace menubar {
@@ -115,7 +114,8 @@ bool operator==(const JSONValue& left, const JSONValue& right) {
             pending.emplace_back(&a.child(i), &b.child(i));
         }
         const auto* object = a.objectValue();
-        return object == nullptr || std::ranges::equal(*object | std::views::keys, *b.objectValue() | std::views::keys);
+        constexpr auto key = &JSONValue::Object::Member::first;
+        return object == nullptr || std::ranges::equal(*object, *b.objectValue(), {}, key, key);
     };
     bool isEqual = areEqual(left, right);
     while (isEqual && !pending.empty()) {
