@@ -23,36 +23,22 @@ namespace {
 
 /// A member of an object being put into the order of keys.
 struct Member {
-    std::uint64_t start = 0; ///< the first eight bytes of the key as a number: most comparisons end here
     std::string_view key;
     std::size_t position = 0;
     dom::element value;
 
-    Member(std::string_view ownKey, std::size_t ownPosition, const dom::element& ownValue)
-        : key(ownKey), position(ownPosition), value(ownValue) {
-        for (const char c : key.substr(0, sizeof start)) {
-            start = (start << 8U) | static_cast<std::uint8_t>(c);
-        }
-        start <<= 8 * (sizeof start - std::min(key.size(), sizeof start)) % 64;
-    }
-
     /// By key; of equal keys the last comes first.
-    bool operator<(const Member& other) const {
-        return start != other.start ? start < other.start
-                                    : std::tie(key, other.position) < std::tie(other.key, position);
-    }
-
-    [[nodiscard]] bool hasKeyOf(const Member& other) const { return start == other.start && key == other.key; }
+    bool operator<(const Member& other) const { return std::tie(key, other.position) < std::tie(other.key, position); }
 };
 
 /// Replaces `members` by those of an object, in ascending order of their keys; of duplicate keys the last.
 void sortMembers(const dom::object& object, std::vector<Member>& members) {
     members.clear();
     for (const auto [key, value] : object) {
-        members.emplace_back(key, members.size(), value);
+        members.push_back({key, members.size(), value});
     }
     std::ranges::sort(members, std::less());
-    const auto rest = std::ranges::unique(members, &Member::hasKeyOf);
+    const auto rest = std::ranges::unique(members, {}, &Member::key);
     members.erase(rest.begin(), rest.end());
 }
 
