@@ -22,6 +22,7 @@ std::string_view describe(EncodingError error) {
 JSONValue::Object::Object(std::vector<Member> members) {
     if (std::ranges::is_sorted(members, std::less_equal(), &Member::first)) {
         m_members = std::move(members);
+        return;
     }
     for (auto& [key, value] : members) {
         (*this)[key] = std::move(value);
