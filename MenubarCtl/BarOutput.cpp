@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -66,13 +67,22 @@ std::string plainLine(const BarInput& input) {
     return plainText(input) + "\n";
 }
 
+using Replacements = std::initializer_list<std::pair<char, std::string_view>>;
+
+/// The text with something else in the place of these characters.
+std::string replaced(std::string_view text, Replacements replacements) {
+    std::string result;
+    for (const char c : text) {
+        const auto* const found = std::ranges::find(replacements, c, &Replacements::value_type::first);
+        result += found == replacements.end() ? std::string_view(&c, 1) : found->second;
+    }
+    return result;
+}
+
 /// tmux expands what the command prints once more: a "#" would begin a format of its own.
 std::string tmuxLine(const BarInput& input) {
-    std::string text;
-    for (const char c : plainText(input)) {
-        text += c == '#' ? "##" : std::string(1, c);
-    }
-    return "#[fg=" + std::string(hexColour(input.poll.presentation.tone)) + "]" + text + "#[default]\n";
+    return "#[fg=" + std::string(hexColour(input.poll.presentation.tone)) + "]" +
+           replaced(plainText(input), {{'#', "##"}}) + "#[default]\n";
 }
 
 std::string polybarLine(const BarInput& input) {
@@ -80,16 +90,7 @@ std::string polybarLine(const BarInput& input) {
 }
 
 std::string pangoEscaped(std::string_view text) {
-    std::string result;
-    for (const char c : displayText(text)) {
-        switch (c) {
-        case '&': result += "&amp;"; break;
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        default: result += c;
-        }
-    }
-    return result;
+    return replaced(displayText(text), {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}});
 }
 
 /// What the item says under the pointer, then the sessions.
@@ -112,28 +113,23 @@ std::string waybarLine(const BarInput& input) {
     JSONValue::Object object{
         {"alt", tone}, {"class", tone}, {"text", pangoEscaped(plainText(input))}, {"tooltip", pangoTooltip(input)}};
     if (const auto percent = worstPercent(input)) {
-        object.emplace("percentage", std::round(*percent));
+        object["percentage"] = std::round(*percent);
     }
     return JSONValue(std::move(object)).compactText() + "\n";
 }
 
 /// A row's text: "|" would end it, a hyphen at its beginning make a submenu or a separator of it.
 std::string swiftbarText(std::string_view title) {
-    std::string result;
-    for (const char c : displayTitle(title)) {
-        const bool leads = result.find_first_not_of(' ') == std::string::npos;
-        result += c == '|' ? "¦" : c == '-' && leads ? "‐" : std::string(1, c);
+    std::string result = replaced(displayTitle(title), {{'|', "¦"}});
+    if (const std::size_t first = result.find_first_not_of(' '); first < result.size() && result[first] == '-') {
+        result.replace(first, 1, "‐");
     }
     return result;
 }
 
 /// A parameter's value, in double quotes; what would end it, or the row, is written another way.
 std::string swiftbarValue(std::string_view text) {
-    std::string result = "\"";
-    for (const char c : displayText(text, LineFeeds::keep)) {
-        result += c == '"' ? "'" : c == '|' ? "¦" : c == '\n' ? " · " : std::string(1, c);
-    }
-    return result + "\"";
+    return "\"" + replaced(displayText(text, LineFeeds::keep), {{'"', "'"}, {'|', "¦"}, {'\n', " · "}}) + "\"";
 }
 
 /// Whether the text can stand as a parameter's value as it is: one that has to be rewritten would name something else.
@@ -141,28 +137,26 @@ bool isUsableAsValue(std::string_view text) {
     return !text.empty() && text.front() != '-' && swiftbarValue(text) == "\"" + std::string(text) + "\"";
 }
 
+/// Whether it is an ASCII letter, a digit, or one of `others`.
+bool isPlain(char c, std::string_view others) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x80 && std::isalnum(byte) != 0) || others.contains(c);
+}
+
 /// A value that needs no quotes stands without them.
 std::string swiftbarWord(std::string_view text) {
-    constexpr std::string_view plain = "-_.:";
-    const bool isPlain = std::ranges::all_of(text, [&](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return (byte < 0x80 && std::isalnum(byte) != 0) || plain.contains(c);
-    });
-    return isPlain ? std::string(text) : swiftbarValue(text);
+    const bool needsNone = std::ranges::all_of(text, [](char c) { return isPlain(c, "-_.:"); });
+    return needsNone ? std::string(text) : swiftbarValue(text);
 }
 
 std::string fileAddress(std::string_view path) {
-    constexpr std::string_view plain = "/-._~";
     std::string address = "file://";
     for (const char c : path) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte < 0x80 && std::isalnum(byte) != 0) || plain.contains(c)) {
-            address += c;
-        } else {
-            std::array<char, 4> escape{};
-            std::snprintf(escape.data(), escape.size(), "%%%02X", static_cast<unsigned>(byte));
-            address += escape.data();
+        std::array<char, 4> escape{c};
+        if (!isPlain(c, "/-._~")) {
+            std::snprintf(escape.data(), escape.size(), "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
         }
+        address += escape.data();
     }
     return address;
 }

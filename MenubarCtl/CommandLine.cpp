@@ -3,10 +3,10 @@
 #include "MenubarApp/Platform/ZoneDatabase.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Join.h"
-#include "MenubarCore/Text/Quoted.h"
 #include "MenubarCore/Text/Timestamp.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -46,7 +46,8 @@ private:
     [[nodiscard]] std::unexpected<UsageError> unknownCommand() const;
     Outcome checkOptions(const CommandSpec& spec);
     Outcome takeOperands(const CommandSpec& spec, std::span<const std::string> operands);
-    Outcome takeChoice(const CommandSpec& spec, std::span<const std::string> operands);
+    template <typename Choice>
+    Outcome takeChoice(Choice& taken, const std::string& kind, std::span<const std::string> operands);
 
     std::span<const std::string> m_arguments;
     std::size_t m_next = 0;
@@ -57,16 +58,6 @@ private:
     bool m_asksForHelp = false;
     bool m_isDone = false; // --version was met
 };
-
-/// The command whose words these begin with; null when there is none.
-const CommandSpec* commandOf(std::span<const std::string> words) {
-    const std::string one = words.empty() ? "" : words[0];
-    const std::string two = words.size() < 2 ? one : one + " " + words[1];
-    const auto found = std::ranges::find_if(commandTable(), [&](const CommandSpec& spec) {
-        return !spec.words.empty() && (spec.words == one || spec.words == two);
-    });
-    return found == commandTable().end() ? nullptr : &*found;
-}
 
 std::expected<CommandLine, UsageError> Parser::parse() {
     bool optionsEnded = false;
@@ -132,23 +123,17 @@ Outcome Parser::readOption(const std::string& argument) {
 }
 
 void Parser::setFlag(Option option) {
+    using Flag = std::pair<Option, bool CommandLine::*>;
+    constexpr std::array flags{Flag(Option::json, &CommandLine::json), Flag(Option::watch, &CommandLine::watch),
+                               Flag(Option::check, &CommandLine::check), Flag(Option::waiting, &CommandLine::waiting),
+                               Flag(Option::verbose, &CommandLine::verbose)};
     m_given.push_back(option);
-    switch (option) {
-    case Option::json: m_line.json = true; return;
-    case Option::watch: m_line.watch = true; return;
-    case Option::check: m_line.check = true; return;
-    case Option::waiting: m_line.waiting = true; return;
-    case Option::verbose: m_line.verbose = true; return;
-    case Option::help: m_asksForHelp = true; return;
-    case Option::version:
-        m_line.command = Command::version;
-        m_isDone = true;
-        return;
-    case Option::statusFile:
-    case Option::now:
-    case Option::timeZone:
-    case Option::color: return; // these have values
+    if (const auto* const found = std::ranges::find(flags, option, &Flag::first); found != flags.end()) {
+        m_line.*found->second = true;
     }
+    m_asksForHelp = option == Option::help;
+    m_isDone = option == Option::version;
+    m_line.command = m_isDone ? Command::version : m_line.command;
 }
 
 Outcome Parser::setValueOption(const OptionSpec& spec, const std::string& value) {
@@ -169,12 +154,10 @@ Outcome Parser::setValueOption(const OptionSpec& spec, const std::string& value)
         }
         return {};
     case Option::color:
-        if (const auto place = choice(colorNames(), value)) {
-            m_line.color = static_cast<ColorChoice>(*place);
-            return {};
-        }
-        return wrong(name + " is none of " + joined(colorNames(), ", ") + ": " + quoted(value) +
-                     suggestion(value, colorNames()));
+        m_line.color = choice<ColorChoice>(value).value_or(ColorChoice::automatic);
+        return choice<ColorChoice>(value) ? Outcome()
+                                          : wrong(name + " is none of " + joined(enumTexts<ColorChoice>, ", ") + ": " +
+                                                  quoted(value) + suggestion(value, enumTexts<ColorChoice>));
     case Option::json:
     case Option::watch:
     case Option::check:
@@ -263,8 +246,8 @@ Outcome Parser::takeOperands(const CommandSpec& spec, std::span<const std::strin
         required = 1;
         takesMore = true;
         break;
-    case Operands::barFormat:
-    case Operands::shell: return takeChoice(spec, operands);
+    case Operands::barFormat: return takeChoice(m_line.barFormat, "format", operands);
+    case Operands::shell: return takeChoice(m_line.shell, "shell", operands);
     case Operands::topic: return takeTopic(operands);
     case Operands::words: takesMore = true; break;
     }
@@ -281,25 +264,20 @@ Outcome Parser::takeOperands(const CommandSpec& spec, std::span<const std::strin
     return {};
 }
 
-Outcome Parser::takeChoice(const CommandSpec& spec, std::span<const std::string> operands) {
-    const bool isShell = spec.operands == Operands::shell;
-    const Names names = isShell ? shellNames() : barFormatNames();
-    const std::string kind = isShell ? "shell" : "format";
+template <typename Choice>
+Outcome Parser::takeChoice(Choice& taken, const std::string& kind, std::span<const std::string> operands) {
+    const Names names = enumTexts<Choice>;
     if (operands.empty()) {
-        return wrong(std::string(spec.words) + " needs a " + kind + ": " + joined(names, ", "));
+        return wrong(m_topic + " needs a " + kind + ": " + joined(names, ", "));
     }
-    const auto place = choice(names, operands[0]);
-    if (!place) {
+    const auto chosen = choice<Choice>(operands[0]);
+    if (!chosen) {
         return wrong("unknown " + kind + " " + quoted(operands[0]) + suggestion(operands[0], names));
     }
     if (operands.size() > 1) {
         return wrong("unexpected argument " + quoted(operands[1]));
     }
-    if (isShell) {
-        m_line.shell = static_cast<Shell>(*place);
-    } else {
-        m_line.barFormat = static_cast<BarFormat>(*place);
-    }
+    taken = *chosen;
     return {};
 }
 

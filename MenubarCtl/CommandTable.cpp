@@ -150,15 +150,19 @@ constexpr std::array commands{
 };
 
 constexpr std::array options{
-    OptionSpec{
-        .option = Option::json, .name = "--json", .summary = "print one JSON document instead of text for people\n"},
-    OptionSpec{.option = Option::watch, .name = "--watch", .summary = "go on until interrupted\n"},
+    OptionSpec{.option = Option::json,
+               .name = "--json",
+               .summary = "print one JSON document instead of text for people\n",
+               .isCommon = false},
+    OptionSpec{.option = Option::watch, .name = "--watch", .summary = "go on until interrupted\n", .isCommon = false},
     OptionSpec{.option = Option::check,
                .name = "--check",
-               .summary = "exit status 1 unless the daemon runs and there is no\nnotice\n"},
+               .summary = "exit status 1 unless the daemon runs and there is no\nnotice\n",
+               .isCommon = false},
     OptionSpec{.option = Option::waiting,
                .name = "--waiting",
-               .summary = "the first session in menu order that needs input\n"},
+               .summary = "the first session in menu order that needs input\n",
+               .isCommon = false},
     OptionSpec{.option = Option::statusFile,
                .name = "--status-file",
                .value = "PATH",
@@ -187,10 +191,6 @@ constexpr std::array groups{
     CommandGroup{.word = "login", .summary = "whether macOS starts the app at login; make it, or not"},
 };
 
-constexpr std::array<std::string_view, 5> barFormats{"plain", "tmux", "waybar", "polybar", "swiftbar"};
-constexpr std::array<std::string_view, 3> shells{"bash", "zsh", "fish"};
-constexpr std::array<std::string_view, 3> colors{"auto", "always", "never"};
-
 std::string operandText(const CommandSpec& spec) {
     switch (spec.operands) {
     case Operands::none:
@@ -199,13 +199,14 @@ std::string operandText(const CommandSpec& spec) {
     case Operands::settingAndValues: return " NAME VALUE...";
     case Operands::session: return " NAME | --waiting";
     case Operands::barFormat: return " FORMAT";
-    case Operands::shell: return " " + joined(shells, "|");
+    case Operands::shell: return " " + joined(enumTexts<Shell>, "|");
     case Operands::topic: return " [COMMAND]";
     }
     return "";
 }
 
-/// How many letters have to be added, left out, changed or swapped with their neighbour to make one of the other.
+/// The edit distance: how many letters have to be added, left out, changed or swapped with their neighbour to make one
+/// of the other.
 std::size_t slips(std::string_view left, std::string_view right) {
     std::vector<std::size_t> beforeLast(right.size() + 1);
     std::vector<std::size_t> last(right.size() + 1);
@@ -250,21 +251,13 @@ const OptionSpec& specOf(Option option) {
     return *std::ranges::find(options, option, &OptionSpec::option);
 }
 
-bool isCommon(Option option) {
-    switch (option) {
-    case Option::json:
-    case Option::watch:
-    case Option::check:
-    case Option::waiting: return false;
-    case Option::statusFile:
-    case Option::now:
-    case Option::timeZone:
-    case Option::color:
-    case Option::verbose:
-    case Option::help:
-    case Option::version: return true;
-    }
-    return false;
+const CommandSpec* commandOf(std::span<const std::string> words) {
+    const std::string one = words.empty() ? "" : words[0];
+    const std::string two = words.size() < 2 ? one : one + " " + words[1];
+    const auto found = std::ranges::find_if(commands, [&](const CommandSpec& spec) {
+        return !spec.words.empty() && (spec.words == one || spec.words == two);
+    });
+    return found == commands.end() ? nullptr : &*found;
 }
 
 const OptionSpec* optionNamed(std::string_view text) {
@@ -286,24 +279,6 @@ std::string synopsis(const CommandSpec& spec) {
         text += " [" + joined(own, spec.isExclusive ? " | " : "] [") + "]";
     }
     return text + " [OPTIONS]";
-}
-
-std::span<const std::string_view> barFormatNames() {
-    return barFormats;
-}
-
-std::span<const std::string_view> shellNames() {
-    return shells;
-}
-
-std::span<const std::string_view> colorNames() {
-    return colors;
-}
-
-std::optional<std::size_t> choice(std::span<const std::string_view> names, std::string_view word) {
-    const auto found = std::ranges::find(names, word);
-    return found == names.end() ? std::nullopt
-                                : std::optional(static_cast<std::size_t>(std::distance(names.begin(), found)));
 }
 
 std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> known) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/Text/EnumTexts.h"
+
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
@@ -61,6 +63,26 @@ enum class Shell { bash, zsh, fish };
 /// When text is coloured.
 enum class ColorChoice { automatic, always, never };
 
+} // namespace menubar::ctl
+
+namespace menubar {
+
+// Their words.
+
+template <>
+inline constexpr auto enumTexts<ctl::BarFormat> =
+    std::to_array<std::string_view>({"plain", "tmux", "waybar", "polybar", "swiftbar"});
+
+template <>
+inline constexpr auto enumTexts<ctl::Shell> = std::to_array<std::string_view>({"bash", "zsh", "fish"});
+
+template <>
+inline constexpr auto enumTexts<ctl::ColorChoice> = std::to_array<std::string_view>({"auto", "always", "never"});
+
+} // namespace menubar
+
+namespace menubar::ctl {
+
 /// Some of the options.
 class OptionSet {
 public:
@@ -94,6 +116,7 @@ struct OptionSpec {
     std::string_view letter{};  ///< "-h", or empty
     std::string_view value{};   ///< what its value is called, "PATH"; empty for an option that takes none
     std::string_view summary{}; ///< lines for its place in a page; the first has at most 54 columns
+    bool isCommon = true;       ///< whether every command takes it
 };
 
 /// Of the commands whose first word is the same.
@@ -110,7 +133,12 @@ struct CommandGroup {
 [[nodiscard]] const OptionSpec& specOf(Option option);
 
 /// Whether every command takes it.
-[[nodiscard]] bool isCommon(Option option);
+[[nodiscard]] inline bool isCommon(Option option) {
+    return specOf(option).isCommon;
+}
+
+/// The command whose words these begin with; null when there is none.
+[[nodiscard]] const CommandSpec* commandOf(std::span<const std::string> words);
 
 /// The option's table row by name or letter; null for a text that names none.
 [[nodiscard]] const OptionSpec* optionNamed(std::string_view text);
@@ -118,14 +146,12 @@ struct CommandGroup {
 /// "ostrel-menubarctl menu [--json | --watch] [OPTIONS]"
 [[nodiscard]] std::string synopsis(const CommandSpec& spec);
 
-// Words that stand for a choice
-
-[[nodiscard]] std::span<const std::string_view> barFormatNames(); ///< in the order of the enumeration
-[[nodiscard]] std::span<const std::string_view> shellNames();
-[[nodiscard]] std::span<const std::string_view> colorNames();
-
-/// The place of `word` among the names; absent when it is none of them. The place is the enumerator's value.
-[[nodiscard]] std::optional<std::size_t> choice(std::span<const std::string_view> names, std::string_view word);
+/// The enumerator that has `word` for its text; absent when none has.
+template <TextEnumeration E>
+[[nodiscard]] std::optional<E> choice(std::string_view word) {
+    const E value = enumeratorOf<E>(word);
+    return rawText(value) == word ? std::optional(value) : std::nullopt;
+}
 
 /// The one of `known` that a person who typed `word` is likely to have meant: a slip or two away. Absent where none is
 /// near, or where it is `word` itself. Of several the first of the nearest.

@@ -8,10 +8,6 @@
 #include <expected>
 #include <string_view>
 
-namespace menubar {
-struct CommandContext;
-}
-
 namespace menubar::ctl {
 
 enum class ExitStatus : int {
@@ -26,8 +22,8 @@ enum class ExitStatus : int {
 [[nodiscard]] ExitStatus runStatus(const Context& context);
 [[nodiscard]] ExitStatus runMenu(const Context& context);
 
-/// Shows the menu until interrupted; on a terminal it can be used.
-[[nodiscard]] ExitStatus runMenuWatch(const Context& context, const CommandContext& commands);
+/// Keeps the menu on the terminal, where it can be used, until a key or a signal ends it.
+[[nodiscard]] ExitStatus runMenuOnScreen(const Context& context);
 
 [[nodiscard]] ExitStatus runSessions(const Context& context);
 
@@ -35,20 +31,20 @@ enum class ExitStatus : int {
 [[nodiscard]] ExitStatus runBar(const Context& context);
 
 /// Tells what keeps the app from working. Failed when anything does.
-[[nodiscard]] ExitStatus runDoctor(const Context& context, const CommandContext& commands);
+[[nodiscard]] ExitStatus runDoctor(const Context& context);
 
 /// What a completion script asks: prints what the last of the line's values may become.
-[[nodiscard]] ExitStatus runComplete(const Context& context, const CommandContext& commands);
+[[nodiscard]] ExitStatus runComplete(const Context& context);
 
 /// Brings the terminal of the session that the line names to the front.
-[[nodiscard]] ExitStatus runFocus(const Context& context, const CommandContext& commands);
+[[nodiscard]] ExitStatus runFocus(const Context& context);
 
 /// Tells whether the daemon runs, or starts, stops or restarts its launch agent; starting one that runs restarts it, as
 /// in the menu.
-[[nodiscard]] ExitStatus runDaemon(const Context& context, const CommandContext& commands);
+[[nodiscard]] ExitStatus runDaemon(const Context& context);
 
 /// Lists, reads or changes the daemon's settings; what is changed is validated by the daemon before it is written.
-[[nodiscard]] ExitStatus runSettings(const Context& context, const CommandContext& commands);
+[[nodiscard]] ExitStatus runSettings(const Context& context);
 
 /// Makes the app start at login or not, or tells whether it does.
 [[nodiscard]] ExitStatus runLogin(const Context& context, LoginItem& item);

@@ -1,10 +1,7 @@
-#include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCore/Daemon/LaunchAgentCommand.h"
-#include "MenubarCore/Settings/SettingsSchema.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/Completion.h"
-#include "MenubarCtl/LimitedRun.h"
+#include "MenubarCtl/Doctor.h"
 
 #include <algorithm>
 #include <chrono>
@@ -35,16 +32,10 @@ std::vector<Candidate> sessionCandidates(const Context& context) {
 }
 
 /// Nobody waits for a daemon that does not answer when a key was pressed.
-std::vector<SettingCandidate> settingCandidates(const Context& context, const CommandContext& commands) {
+std::vector<SettingCandidate> settingCandidates(const Context& context) {
     constexpr std::chrono::milliseconds limit{2000};
-    const PosixFileManager files;
-    const auto readFile = [&](const std::string& path) -> std::optional<std::string> {
-        auto contents = files.contents(path);
-        return contents ? std::optional(*std::move(contents)) : std::nullopt;
-    };
-    const auto command =
-        LaunchAgentCommand::resolve(context.environment(), commands.home, context.paths().launchAgentPlist, readFile,
-                                    PosixFileManager::isExecutableFile);
+    const auto command = findCommand(context.environment(), context.commands().home, context.paths(),
+                                     PosixFileManager(), PosixFileManager::isExecutableFile);
     if (!command) {
         return {};
     }
@@ -60,10 +51,10 @@ std::vector<SettingCandidate> settingCandidates(const Context& context, const Co
 
 } // namespace
 
-ExitStatus runComplete(const Context& context, const CommandContext& commands) {
+ExitStatus runComplete(const Context& context) {
     return print(completionLines(
         completionsOf(context.line().values, {.sessions = [&] { return sessionCandidates(context); },
-                                              .settings = [&] { return settingCandidates(context, commands); }})));
+                                              .settings = [&] { return settingCandidates(context); }})));
 }
 
 } // namespace menubar::ctl

@@ -103,13 +103,9 @@ private:
                 m_pending = option;
             }
         }
-        for (const CommandSpec& spec : commandTable()) {
-            const std::size_t own = spec.words.contains(' ') ? 2 : 1;
-            const std::string typed = m_words.size() < own ? "" : own == 1 ? m_words[0] : m_words[0] + " " + m_words[1];
-            if (!spec.summary.empty() && typed == spec.words) {
-                m_spec = &spec;
-                m_operands = m_words.size() - own;
-            }
+        if (const CommandSpec* spec = commandOf(m_words); spec != nullptr && !spec->summary.empty()) {
+            m_spec = spec;
+            m_operands = m_words.size() - (spec->words.contains(' ') ? 2 : 1);
         }
     }
 
@@ -119,8 +115,10 @@ private:
         }
     }
 
-    template <typename Names>
-    void addAll(const Names& names) {
+    using Names = std::span<const std::string_view>;
+
+    template <typename Texts>
+    void addAll(const Texts& names) {
         for (const auto& name : names) {
             add(name);
         }
@@ -130,7 +128,7 @@ private:
         if (option.option == Option::statusFile) {
             m_result.areFiles = true;
         } else if (option.option == Option::color) {
-            addAll(colorNames());
+            addAll(enumTexts<ColorChoice>);
         }
     }
 
@@ -178,7 +176,7 @@ private:
         case Operands::barFormat:
         case Operands::shell:
             if (m_operands == 0) {
-                addAll(m_spec->operands == Operands::shell ? shellNames() : barFormatNames());
+                addAll(m_spec->operands == Operands::shell ? Names(enumTexts<Shell>) : enumTexts<BarFormat>);
             }
             return;
         case Operands::topic:

@@ -3,7 +3,7 @@
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCore/Menu/HiddenItemTracker.h"
 #include "MenubarCore/Status/StatusFileLocator.h"
-#include "MenubarCtl/StoredDefaults.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <utility>
 
@@ -23,24 +23,28 @@ std::string statusFilePath(const CommandLine& line, Environment environment, con
 
 } // namespace
 
-Context::Context(CommandLine line, Environment environment)
-    : m_line(std::move(line)), m_environment(std::move(environment)), m_clock(m_line.now) {
-    const std::string home = homeDirectory(m_environment);
-    m_paths = StatusPaths::under(home, statusFilePath(m_line, m_environment, home));
+Context::Context(CommandLine line, Environment environment, const SystemTools& tools)
+    : m_line(std::move(line)), m_commands{.environment = std::move(environment), .uid = ::getuid(), .tools = tools},
+      m_clock(m_line.now) {
+    m_commands.home = homeDirectory(m_commands.environment);
+    if (!m_line.verbose) {
+        m_commands.log = [](std::string_view) {};
+    }
+    m_paths = StatusPaths::under(m_commands.home, statusFilePath(m_line, m_commands.environment, m_commands.home));
 }
 
 TextStyle Context::outputStyle() const {
     const bool isTerminal = ctl::isTerminal(STDOUT_FILENO);
     return {.columns = terminalSize(STDOUT_FILENO).columns,
-            .styling = stylingFor(isTerminal, m_environment, m_line.color),
+            .styling = stylingFor(isTerminal, m_commands.environment, m_line.color),
             .cuts = isTerminal};
 }
 
 Observation Context::observe() const {
     const Date now = m_clock.now();
     TimeZone timeZone = m_clock.timeZone();
-    const auto stored = storedBool(CompactSetting::defaultsKey, m_environment, m_files);
-    StatusPoll poll = StatusPoll::read(m_paths.statusFile, m_environment, stored, m_files, now, timeZone);
+    const auto stored = storedBool(CompactSetting::defaultsKey, m_commands.environment, m_files);
+    StatusPoll poll = StatusPoll::read(m_paths.statusFile, m_commands.environment, stored, m_files, now, timeZone);
     // A terminal has no item that could be hidden.
     StatusMenu menu = poll.menu(m_paths, HiddenItemTracker{}, m_files, now, timeZone);
     return {.poll = std::move(poll), .menu = std::move(menu), .now = now, .timeZone = std::move(timeZone)};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenubarApp/Commands/SystemTools.h"
 #include "MenubarApp/Platform/Clock.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/SystemClock.h"
@@ -36,11 +37,14 @@ struct Observation {
 /// What a command works with. Main thread.
 class Context {
 public:
-    Context(CommandLine line, Environment environment);
+    Context(CommandLine line, Environment environment, const SystemTools& tools = {});
 
     [[nodiscard]] const CommandLine& line() const { return m_line; }
 
-    [[nodiscard]] const Environment& environment() const { return m_environment; }
+    [[nodiscard]] const Environment& environment() const { return m_commands.environment; }
+
+    /// For outside programs. Each run is a diagnostic line, which only --verbose shows.
+    [[nodiscard]] const CommandContext& commands() const { return m_commands; }
 
     [[nodiscard]] const StatusPaths& paths() const { return m_paths; }
 
@@ -54,7 +58,7 @@ public:
 
 private:
     CommandLine m_line;
-    Environment m_environment;
+    CommandContext m_commands;
     StatusPaths m_paths;
     PosixFileManager m_files;
     CtlClock m_clock;

@@ -1,5 +1,4 @@
 #include "MenubarApp/Commands/LaunchAgent.h"
-#include "MenubarApp/Commands/SystemTools.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
@@ -23,8 +22,8 @@ ExitStatus tellState(const Context& context) {
     return printed == ExitStatus::done && !observation.poll.state.isRunning() ? ExitStatus::failed : printed;
 }
 
-ExitStatus stop(const Context& context, const CommandContext& commands) {
-    const CommandResult result = LaunchAgent::stopSync(commands);
+ExitStatus stop(const Context& context) {
+    const CommandResult result = LaunchAgent::stopSync(context.commands());
     if (!isNotLoaded(result)) {
         return finish("launchctl", result);
     }
@@ -36,18 +35,18 @@ ExitStatus stop(const Context& context, const CommandContext& commands) {
 
 } // namespace
 
-ExitStatus runDaemon(const Context& context, const CommandContext& commands) {
+ExitStatus runDaemon(const Context& context) {
     if (context.line().command == Command::daemonStatus) {
         return tellState(context);
     }
-    const std::string& launchctl = commands.tools.launchctl;
+    const std::string& launchctl = context.commands().tools.launchctl;
     if (!PosixFileManager::isExecutableFile(launchctl)) {
         return fail("this machine has no " + launchctl + ", which the daemon is controlled with");
     }
     if (context.line().command == Command::daemonStop) {
-        return stop(context, commands);
+        return stop(context);
     }
-    const CommandResult result = LaunchAgent::startSync(commands);
+    const CommandResult result = LaunchAgent::startSync(context.commands());
     if (result.status != 0 && !PosixFileManager().exists(context.paths().launchAgentPlist)) {
         return fail("the daemon is not installed (run: ostrel install)");
     }

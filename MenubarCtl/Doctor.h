@@ -7,8 +7,8 @@
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Settings/SettingsSchema.h"
-#include "MenubarCtl/AppFacts.h"
 #include "MenubarCtl/Look.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <chrono>
 #include <cstdint>
@@ -24,9 +24,17 @@ namespace menubar::ctl {
 
 enum class Verdict { ok, note, wrong };
 
+} // namespace menubar::ctl
+
+template <>
+inline constexpr auto menubar::enumTexts<menubar::ctl::Verdict> =
+    std::to_array<std::string_view>({"ok", "note", "wrong"});
+
+namespace menubar::ctl {
+
 /// One thing that has to be right, and how it is.
 struct Check {
-    std::string name;
+    std::string name{};
     Verdict verdict = Verdict::ok;
     std::string found;
     std::optional<std::string> fix{}; ///< what to do; absent where the verdict is `ok`
@@ -80,48 +88,44 @@ struct DoctorWorld {
 /// checks after it.
 class Doctor {
 public:
-    explicit Doctor(DoctorWorld world) : m_world(std::move(world)) {}
+    explicit Doctor(DoctorWorld ownWorld) : world(std::move(ownWorld)) {}
 
     struct Step {
-        std::string_view name; ///< of its first check
-        std::vector<Check> (Doctor::*check)();
+        std::string_view name; ///< of its checks that have none of their own
+        std::vector<Check> (*check)(Doctor& doctor);
     };
 
     [[nodiscard]] static std::span<const Step> steps();
 
-    [[nodiscard]] std::vector<Check> run(const Step& step) { return (this->*step.check)(); }
+    [[nodiscard]] std::vector<Check> run(const Step& step);
 
     /// All steps.
     [[nodiscard]] std::vector<Check> runAll();
 
-private:
-    std::vector<Check> statusFile();
-    std::vector<Check> daemon();
-    std::vector<Check> variables();
-    std::vector<Check> launchAgent();
-    std::vector<Check> commandLine();
-    std::vector<Check> schema();
-    std::vector<Check> configFile();
-    std::vector<Check> configCheck();
-    std::vector<Check> runningSettings();
-    std::vector<Check> cmux();
-    std::vector<Check> notifications();
-    std::vector<Check> logs();
-    std::vector<Check> app();
-    std::vector<Check> loginItem();
-    std::vector<Check> iconOnly();
-
-    [[nodiscard]] bool hasLaunchctl() const { return m_world.isExecutable(m_world.tools.launchctl); }
+    // What several checks look at
 
     [[nodiscard]] const StatusPoll& poll();
     [[nodiscard]] const std::optional<LaunchAgentCommand>& command();
     [[nodiscard]] std::optional<std::string> cmuxPath() const;
 
-    DoctorWorld m_world;
+    [[nodiscard]] bool hasLaunchctl() const { return world.isExecutable(world.tools.launchctl); }
+
+    const DoctorWorld world;
+    std::optional<SettingsSchema> schema; ///< once it was asked for, and when the daemon knew it
+
+private:
     std::optional<StatusPoll> m_poll;
     std::optional<std::optional<LaunchAgentCommand>> m_command;
-    std::optional<SettingsSchema> m_schema;
 };
+
+/// The daemon's command line, if it is found.
+[[nodiscard]] std::optional<LaunchAgentCommand>
+findCommand(const Environment& environment, const std::string& home, const StatusPaths& paths, const FileManager& files,
+            const std::function<bool(const std::string&)>& isExecutable);
+
+/// Runs a program to its end, or kills it, and what it started, at the limit. Nothing is logged. Blocks; any thread.
+[[nodiscard]] Answer runWithin(std::chrono::milliseconds limit, const std::string& executable,
+                               const std::vector<std::string>& arguments);
 
 /// The daemon's answer to `config schema`, decoded; otherwise one line that says why there is none.
 [[nodiscard]] std::expected<SettingsSchema, std::string> schemaFrom(const Answer& answer);

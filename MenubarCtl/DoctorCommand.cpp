@@ -1,11 +1,6 @@
-#include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCtl/AppFacts.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/Doctor.h"
-#include "MenubarCtl/LimitedRun.h"
-#include "MenubarCtl/StoredDefaults.h"
-#include "MenubarCtl/SystemLoginItem.h"
-#include "MenubarCtl/Version.h"
+#include "MenubarCtl/Help.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,7 +17,6 @@
 #include <utility>
 #include <vector>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace menubar::ctl {
@@ -37,37 +31,38 @@ constexpr std::chrono::milliseconds timeForAll = 9s;
 constexpr std::chrono::milliseconds timeForLoginItem = 2s;
 
 FileFacts lookAt(const std::string& path) {
+    namespace fs = std::filesystem;
     FileFacts facts;
     std::error_code error;
-    if (std::filesystem::is_symlink(path, error)) {
-        facts.linkTarget = std::filesystem::read_symlink(path, error).string();
+    if (fs::is_symlink(path, error)) {
+        facts.linkTarget = fs::read_symlink(path, error).string();
     }
-    struct stat info{};
-    if (::stat(path.c_str(), &info) != 0) {
-        // What may not be looked at is there, for all that is known.
-        facts.kind = errno == ENOENT || errno == ENOTDIR ? FileFacts::Kind::missing : FileFacts::Kind::other;
-        return facts;
+    switch (fs::status(path, error).type()) {
+    case fs::file_type::not_found: return facts;
+    case fs::file_type::regular: facts.kind = FileFacts::Kind::file; break;
+    case fs::file_type::directory: facts.kind = FileFacts::Kind::folder; break;
+    default:
+        facts.kind = FileFacts::Kind::other;
+        break; // what may not be looked at, too, is there for all that is known
     }
-    facts.kind = S_ISREG(info.st_mode)   ? FileFacts::Kind::file
-                 : S_ISDIR(info.st_mode) ? FileFacts::Kind::folder
-                                         : FileFacts::Kind::other;
     facts.isWritable = ::access(path.c_str(), W_OK) == 0;
     return facts;
 }
 
-DoctorWorld realWorld(const Context& context, const CommandContext& commands, const FileManager& files) {
+DoctorWorld realWorld(const Context& context, const FileManager& files) {
     DoctorWorld world{.environment = context.environment(),
-                      .home = commands.home,
+                      .home = context.commands().home,
                       .paths = context.paths(),
                       .isStatusFileGiven = context.line().statusFile.has_value(),
-                      .tools = commands.tools,
-                      .uid = commands.uid,
+                      .tools = context.commands().tools,
+                      .uid = context.commands().uid,
                       .now = context.clock().now(),
                       .timeZone = context.clock().timeZone(),
-                      .version = std::string(version)};
-    world.files = &files;
-    world.isExecutable = PosixFileManager::isExecutableFile;
-    world.lookAt = lookAt;
+                      .version = std::string(version),
+                      .storedCompact = storedBool(CompactSetting::defaultsKey, context.environment(), files),
+                      .files = &files,
+                      .isExecutable = PosixFileManager::isExecutableFile,
+                      .lookAt = lookAt};
     world.isProcessAlive = [](std::int64_t process) {
         return ::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM;
     };
@@ -124,11 +119,9 @@ ExitStatus report(const Context& context, const std::vector<Check>& checks) {
 
 } // namespace
 
-ExitStatus runDoctor(const Context& context, const CommandContext& commands) {
+ExitStatus runDoctor(const Context& context) {
     static const PosixFileManager files;
-    DoctorWorld world = realWorld(context, commands, files);
-    world.storedCompact = storedBool(CompactSetting::defaultsKey, context.environment(), files);
-    const auto examination = std::make_shared<Examination>(std::move(world));
+    const auto examination = std::make_shared<Examination>(realWorld(context, files));
     std::thread([examination] { examine(examination); }).detach();
     std::unique_lock lock(examination->mutex);
     const std::size_t all = Doctor::steps().size();

@@ -1,6 +1,5 @@
 #include "MenubarApp/Commands/Cmux.h"
-#include "MenubarApp/Commands/SystemTools.h"
-#include "MenubarCore/Text/Quoted.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/SessionMatch.h"
 
@@ -22,7 +21,7 @@ std::optional<std::string> objection(const StatusSnapshot& snapshot, const std::
 
 } // namespace
 
-ExitStatus runFocus(const Context& context, const CommandContext& commands) {
+ExitStatus runFocus(const Context& context) {
     const Observation observation = context.observe();
     if (const auto reason = objection(observation.poll.snapshot, context.paths().statusFile)) {
         return fail(*reason);
@@ -36,11 +35,11 @@ ExitStatus runFocus(const Context& context, const CommandContext& commands) {
     if (workspace.empty()) {
         return fail("the session " + quoted((*session)->displayName()) + " is in no cmux workspace");
     }
-    const auto cmux = Cmux::path(commands);
+    const auto cmux = Cmux::path(context.commands());
     if (!cmux) {
-        return fail(Cmux::notFound(commands.tools));
+        return fail(Cmux::notFound(context.commands().tools));
     }
-    return finish("cmux", Cmux::focusSync(commands, *cmux, workspace, (*session)->surfaceId));
+    return finish("cmux", Cmux::focusSync(context.commands(), *cmux, workspace, (*session)->surfaceId));
 }
 
 } // namespace menubar::ctl

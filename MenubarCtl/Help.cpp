@@ -1,11 +1,19 @@
 #include "MenubarCtl/Help.h"
 
+#include "MenubarCore/Text/Case.h"
 #include "MenubarCore/Text/Join.h"
 #include "MenubarCtl/CommandTable.h"
 
 #include <algorithm>
 
+// The build names the version; a compiler run by hand knows none.
+#if !defined(MENUBAR_VERSION)
+#define MENUBAR_VERSION "unversioned"
+#endif
+
 namespace menubar::ctl {
+
+const std::string_view version = MENUBAR_VERSION;
 
 namespace {
 
@@ -51,9 +59,9 @@ void addOptions(std::string& text, const CommandSpec* spec) {
 }
 
 std::string page(const CommandSpec& spec) {
-    std::string summary(spec.summary);
-    summary[0] = summary[0] >= 'a' && summary[0] <= 'z' ? static_cast<char>(summary[0] - 'a' + 'A') : summary[0];
-    std::string text = "usage: " + synopsis(spec) + "\n\n" + summary + ".\n";
+    const std::string summary(spec.summary);
+    std::string text =
+        "usage: " + synopsis(spec) + "\n\n" + uppercased(summary.substr(0, 1)) + summary.substr(1) + ".\n";
     text += spec.details.empty() ? "" : "\n" + std::string(spec.details);
     addOptions(text, &spec);
     return text;

@@ -9,4 +9,7 @@ namespace menubar::ctl {
 /// for an empty topic, about the whole. Pure.
 [[nodiscard]] std::string helpText(std::string_view topic);
 
+/// Of this program and of the app that it comes with.
+extern const std::string_view version;
+
 } // namespace menubar::ctl

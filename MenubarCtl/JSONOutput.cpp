@@ -15,17 +15,6 @@ namespace menubar::ctl {
 
 namespace {
 
-std::string_view rawText(DaemonState::Case kind) {
-    switch (kind) {
-    case DaemonState::Case::running: return "running";
-    case DaemonState::Case::stale: return "stale";
-    case DaemonState::Case::stopped: return "stopped";
-    case DaemonState::Case::unreadable: return "unreadable";
-    case DaemonState::Case::missing: return "missing";
-    }
-    return "";
-}
-
 JSONValue noticesValue(const StatusPoll& poll) {
     JSONValue::Array notices;
     for (const ConfigNotice& notice : ConfigNotices::notices(poll.snapshot.file(), poll.state)) {
@@ -42,7 +31,7 @@ JSONValue itemValue(const MenuItem& item) {
         return JSONValue::Object{{"kind", "separator"}};
     }
     return JSONValue::Object{
-        {"action", item.action == MenuAction::none ? JSONValue() : JSONValue(menubar::rawText(item.action))},
+        {"action", item.action == MenuAction::none ? JSONValue() : JSONValue(rawText(item.action))},
         {"checked", item.checked},
         {"enabled", item.enabled},
         {"indentation", item.indentation},
@@ -102,12 +91,11 @@ JSONValue stateDocument(const StatusPoll& poll, const TimeZone& timeZone) {
 
 JSONValue statusDocument(const StatusPoll& poll, const TimeZone& timeZone) {
     return JSONValue::Object{
-        {"compact",
-         JSONValue::Object{{"compact", poll.compact.compact}, {"source", menubar::rawText(poll.compact.source)}}},
+        {"compact", JSONValue::Object{{"compact", poll.compact.compact}, {"source", rawText(poll.compact.source)}}},
         {"notices", noticesValue(poll)},
         {"presentation", JSONValue::Object{{"symbolName", text(poll.presentation.symbolName)},
                                            {"title", text(poll.presentation.title)},
-                                           {"tone", menubar::rawText(poll.presentation.tone)},
+                                           {"tone", rawText(poll.presentation.tone)},
                                            {"tooltip", text(poll.presentation.tooltip)}}},
         {"state", stateDocument(poll, timeZone)},
     };

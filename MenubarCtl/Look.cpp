@@ -2,6 +2,9 @@
 
 #include "MenubarCore/Text/DisplayColumns.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Join.h"
+
+#include <algorithm>
 
 namespace menubar::ctl {
 
@@ -53,6 +56,23 @@ std::string_view signOf(SessionLevel level) {
     case SessionLevel::unknown: return "⊘";
     }
     return "⊘";
+}
+
+std::string_view originOf(CompactSetting::Source source) {
+    switch (source) {
+    case CompactSetting::Source::environment: return CompactSetting::environmentKey;
+    case CompactSetting::Source::defaults: return "stored";
+    case CompactSetting::Source::builtIn: return "built in";
+    }
+    return "";
+}
+
+std::string padding(std::string_view text, std::size_t columns) {
+    return std::string(columns - std::min(columns, displayColumns(text)), ' ');
+}
+
+std::string textOf(const std::vector<std::string>& lines) {
+    return joined(lines, "\n") + (lines.empty() ? "" : "\n");
 }
 
 std::string fitted(std::string_view text, const TextStyle& style) {

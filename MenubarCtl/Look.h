@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenubarCore/Menu/CompactSetting.h"
 #include "MenubarCore/Menu/StatusItemPresentation.h"
 #include "MenubarCore/Status/StatusFile.h"
 #include "MenubarCtl/Terminal.h"
@@ -7,6 +8,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace menubar::ctl {
 
@@ -36,6 +38,15 @@ struct Look {
 
 [[nodiscard]] std::string_view signOf(std::string_view symbolName);
 [[nodiscard]] std::string_view signOf(SessionLevel level);
+
+/// Who decided on icon-only mode: the variable's name, "stored" or "built in".
+[[nodiscard]] std::string_view originOf(CompactSetting::Source source);
+
+/// The blanks that `text` lacks to take that many columns.
+[[nodiscard]] std::string padding(std::string_view text, std::size_t columns);
+
+/// The lines, each with its line feed.
+[[nodiscard]] std::string textOf(const std::vector<std::string>& lines);
 
 /// `text` safe to draw, cut to the columns where the style cuts.
 [[nodiscard]] std::string fitted(std::string_view text, const TextStyle& style);

@@ -221,7 +221,7 @@ std::vector<std::string> MenuScreen::lines(Styling styling) const {
         }
         // One look for the whole row, so that it is a bar.
         std::string line = menuItemLine(m_menu.items[i], m_menu, {.columns = m_size.columns});
-        line.append(m_size.columns - std::min(m_size.columns, displayColumns(line)), ' ');
+        line += padding(line, m_size.columns);
         lines.push_back(drawn(line, {.weight = "7"}, styling));
     }
     if (m_size.rows > 1) {

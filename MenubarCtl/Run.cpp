@@ -1,36 +1,20 @@
 #include "MenubarCtl/Run.h"
 
 #include "MenubarApp/Commands/log.h"
-#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/StandardDescriptors.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/Completion.h"
 #include "MenubarCtl/Help.h"
-#include "MenubarCtl/SystemLoginItem.h"
-#include "MenubarCtl/Version.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <string>
 #include <utility>
 
-#include <unistd.h>
-
 namespace menubar::ctl {
 
 namespace {
-
-/// For the commands that run outside programs. Each run is a diagnostic line, which only --verbose shows.
-CommandContext commandContext(const Context& context, const SystemTools& tools) {
-    CommandContext commands{.environment = context.environment(),
-                            .home = homeDirectory(context.environment()),
-                            .uid = ::getuid(),
-                            .tools = tools};
-    if (!context.line().verbose) {
-        commands.log = [](std::string_view) {};
-    }
-    return commands;
-}
 
 ExitStatus loginItemCommand(const Context& context) {
     const auto item = systemLoginItem();
@@ -47,7 +31,7 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     if (line.command == Command::completions) {
         return print(completionScript(line.shell));
     }
-    const Context context(std::move(line), environment);
+    const Context context(std::move(line), environment, tools);
     if (context.line().verbose) {
         log("watching " + context.paths().statusFile);
     }
@@ -56,24 +40,23 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
     case Command::version:
     case Command::completions: break; // done above
     case Command::status: return runStatus(context);
-    case Command::menu:
-        return context.line().watch ? runMenuWatch(context, commandContext(context, tools)) : runMenu(context);
+    case Command::menu: return runMenu(context);
     case Command::sessions: return runSessions(context);
-    case Command::focus: return runFocus(context, commandContext(context, tools));
+    case Command::focus: return runFocus(context);
     case Command::bar: return runBar(context);
     case Command::settingsList:
     case Command::settingsGet:
     case Command::settingsSet:
-    case Command::settingsReset: return runSettings(context, commandContext(context, tools));
+    case Command::settingsReset: return runSettings(context);
     case Command::daemonStatus:
     case Command::daemonStart:
     case Command::daemonStop:
-    case Command::daemonRestart: return runDaemon(context, commandContext(context, tools));
+    case Command::daemonRestart: return runDaemon(context);
     case Command::loginStatus:
     case Command::loginOn:
     case Command::loginOff: return loginItemCommand(context);
-    case Command::doctor: return runDoctor(context, commandContext(context, tools));
-    case Command::complete: return runComplete(context, commandContext(context, tools));
+    case Command::doctor: return runDoctor(context);
+    case Command::complete: return runComplete(context);
     }
     return ExitStatus::failed;
 }

@@ -1,7 +1,6 @@
 #include "MenubarCtl/SessionMatch.h"
 
 #include "MenubarCore/Text/DisplayText.h"
-#include "MenubarCore/Text/Quoted.h"
 
 #include <algorithm>
 #include <charconv>

@@ -6,7 +6,9 @@
 #include "MenubarCtl/JSONOutput.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace menubar::ctl {
@@ -14,75 +16,44 @@ namespace menubar::ctl {
 namespace {
 
 constexpr std::size_t gap = 2;
-constexpr std::size_t percentColumns = 4; // "100%"
+
+enum Column : std::uint8_t { number, name, percent, lifecycle, cache, columnCount };
 
 /// The texts of one line, safe to draw.
-struct Row {
-    std::string number;
-    std::string name;
-    std::string percent;
-    std::string lifecycle;
-    std::string cache;
-};
+using Row = std::array<std::string, columnCount>;
+using Widths = std::array<std::size_t, columnCount>;
 
-std::string cacheText(const SessionStatus& session, Date now) {
-    if (!session.cacheExpiresAt) {
-        return "";
-    }
-    return *session.cacheExpiresAt >= now
-               ? "cache expires in " + Formatting::duration(secondsBetween(now, *session.cacheExpiresAt))
-               : "cache expired " + Formatting::ago(*session.cacheExpiresAt, now);
+Row rowOf(const SessionStatus& session, std::size_t position, Date now, bool cuts) {
+    return {std::to_string(position), cuts ? displayTitle(session.displayName()) : displayText(session.displayName()),
+            Formatting::percent(session.contextPct), std::string(label(session.lifecycle)),
+            session.cacheExpiresAt ? Formatting::cacheExpiry(*session.cacheExpiresAt, now) : ""};
 }
-
-Row rowOf(const SessionStatus& session, std::size_t number, Date now, bool cuts) {
-    return {.number = std::to_string(number),
-            .name = cuts ? displayTitle(session.displayName()) : displayText(session.displayName()),
-            .percent = Formatting::percent(session.contextPct),
-            .lifecycle = std::string(label(session.lifecycle)),
-            .cache = cacheText(session, now)};
-}
-
-std::string padding(std::string_view text, std::size_t columns) {
-    const std::size_t taken = displayColumns(text);
-    return std::string(taken < columns ? columns - taken : 0, ' ');
-}
-
-struct Widths {
-    std::size_t number = 1;
-    std::size_t name = 0;
-    std::size_t percent = percentColumns;
-    std::size_t lifecycle = 0;
-    std::size_t cache = 0;
-};
 
 Widths widthsOf(const std::vector<Row>& rows, const TextStyle& style) {
     constexpr std::size_t leastName = 8;
-    Widths widths;
+    Widths widths{1, 0, std::string_view("100%").size(), 0, 0};
     for (const Row& row : rows) {
-        widths.number = std::max(widths.number, row.number.size());
-        widths.name = std::max(widths.name, displayColumns(row.name));
-        widths.percent = std::max(widths.percent, row.percent.size());
-        widths.lifecycle = std::max(widths.lifecycle, row.lifecycle.size());
-        widths.cache = std::max(widths.cache, row.cache.size());
+        for (std::size_t column = 0; column < columnCount; ++column) {
+            widths[column] = std::max(widths[column], displayColumns(row[column]));
+        }
     }
     if (style.cuts) {
-        const std::size_t others = widths.number + gap + 1 + 1 + gap + widths.percent + gap + widths.lifecycle +
-                                   (widths.cache == 0 ? 0 : gap + widths.cache);
+        const std::size_t others = widths[number] + gap + 1 + 1 + gap + widths[percent] + gap + widths[lifecycle] +
+                                   (widths[cache] == 0 ? 0 : gap + widths[cache]);
         const std::size_t room = style.columns > others + leastName ? style.columns - others : leastName;
-        widths.name = std::min(widths.name, room);
+        widths[name] = std::min(widths[name], room);
     }
     return widths;
 }
 
 /// The line without a look, cut, and then dressed: an escape sequence takes no column.
 std::string lineOf(const Row& row, const SessionStatus& session, const Widths& widths, const TextStyle& style) {
-    const std::string name = style.cuts ? fittedToColumns(row.name, widths.name) : row.name;
+    const std::string shownName = style.cuts ? fittedToColumns(row[name], widths[name]) : row[name];
     const std::string sign(signOf(session.level));
-    const std::string head = padding(row.number, widths.number) + row.number + std::string(gap, ' ');
-    std::string tail = " " + name + padding(name, widths.name + gap) + padding(row.percent, widths.percent) +
-                       row.percent + std::string(gap, ' ');
-    tail +=
-        row.cache.empty() ? row.lifecycle : row.lifecycle + padding(row.lifecycle, widths.lifecycle + gap) + row.cache;
+    const std::string head = padding(row[number], widths[number]) + row[number] + std::string(gap, ' ');
+    std::string tail = " " + shownName + padding(shownName, widths[name] + gap) +
+                       padding(row[percent], widths[percent]) + row[percent] + std::string(gap, ' ') + row[lifecycle];
+    tail += row[cache].empty() ? "" : padding(row[lifecycle], widths[lifecycle] + gap) + row[cache];
     if (style.cuts) {
         const std::size_t taken = displayColumns(head) + displayColumns(sign);
         if (taken > style.columns) {

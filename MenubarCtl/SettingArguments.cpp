@@ -1,7 +1,8 @@
 #include "MenubarCtl/SettingArguments.h"
 
-#include <algorithm>
-#include <array>
+#include "MenubarCore/Menu/CompactSetting.h"
+#include "MenubarCore/Text/Case.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,22 +13,9 @@ namespace {
 
 using Kind = SettingControl::Kind;
 
-/// ASCII letters in lower case.
-std::string lowered(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return result;
-}
-
-std::optional<SettingValue> toggleValue(std::string_view written) {
-    const std::string text = lowered(written);
-    constexpr std::array<std::string_view, 4> on{"on", "true", "yes", "1"};
-    constexpr std::array<std::string_view, 4> off{"off", "false", "no", "0"};
-    if (std::ranges::find(on, text) != on.end()) {
-        return true;
-    }
-    return std::ranges::find(off, text) != off.end() ? std::optional<SettingValue>(false) : std::nullopt;
+std::optional<SettingValue> toggleValue(const std::string& text) {
+    const auto value = trimmed(text) == text ? CompactSetting::parse(text) : std::nullopt; // the same words
+    return value ? std::optional<SettingValue>(*value) : std::nullopt;
 }
 
 /// A number is what it would be as a text in the config file; a percentage may carry its sign, as lists show it.

@@ -40,18 +40,20 @@ ExitStatus failWith(const std::string& lines) {
 /// The settings model of the app, on a loop that does everything in place.
 class Settings {
 public:
-    Settings(const Context& context, const CommandContext& commands)
-        : m_context(context), m_clock(context.line().now), m_commands(m_loop, commands),
+    explicit Settings(const Context& context)
+        : m_context(context), m_commands(m_loop, context.commands()),
           m_model(SettingsModel::create(
-              context.environment(), commands.home,
+              context.environment(), context.commands().home,
               {.mainLoop = m_loop,
                .files = m_files,
-               .clock = m_clock,
+               .clock = context.clock(),
                .commands = m_commands,
-               .run = [log = commands.log](const std::string& executable, const std::vector<std::string>& arguments)
-                   -> CommandResult { return CommandRunner::runSync(executable, arguments, {}, log); },
+               .run = [log = context.commands().log](const std::string& executable,
+                                                     const std::vector<std::string>& arguments) -> CommandResult {
+                   return CommandRunner::runSync(executable, arguments, {}, log);
+               },
                .isExecutable = PosixFileManager::isExecutableFile,
-               .log = commands.log})) {}
+               .log = context.commands().log})) {}
 
     /// Loads schema and file. What the daemon says in the status file decides which file that is and what is locked.
     [[nodiscard]] bool load() {
@@ -178,7 +180,6 @@ private:
     }
 
     const Context& m_context;
-    CtlClock m_clock;
     PosixFileManager m_files;
     InlineLoop m_loop;
     SystemCommands m_commands;
@@ -187,35 +188,16 @@ private:
 
 } // namespace
 
-ExitStatus runSettings(const Context& context, const CommandContext& commands) {
-    Settings settings(context, commands);
+ExitStatus runSettings(const Context& context) {
+    Settings settings(context);
     if (!settings.load()) {
         return settings.failedToLoad();
     }
-    switch (context.line().command) {
-    case Command::settingsGet: return settings.get();
-    case Command::settingsSet: return settings.set();
-    case Command::settingsReset: return settings.reset();
-    case Command::settingsList:
-    case Command::status:
-    case Command::menu:
-    case Command::sessions:
-    case Command::focus:
-    case Command::bar:
-    case Command::daemonStatus:
-    case Command::daemonStart:
-    case Command::daemonStop:
-    case Command::daemonRestart:
-    case Command::loginStatus:
-    case Command::loginOn:
-    case Command::loginOff:
-    case Command::doctor:
-    case Command::completions:
-    case Command::help:
-    case Command::version:
-    case Command::complete: break;
-    }
-    return settings.list();
+    const Command command = context.line().command;
+    return command == Command::settingsGet     ? settings.get()
+           : command == Command::settingsSet   ? settings.set()
+           : command == Command::settingsReset ? settings.reset()
+                                               : settings.list();
 }
 
 } // namespace menubar::ctl

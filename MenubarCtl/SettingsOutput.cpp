@@ -24,14 +24,6 @@ JSONValue texts(const std::vector<std::string>& values) {
     return array;
 }
 
-std::string_view rawText(ValueSource source) {
-    switch (source) {
-    case ValueSource::file: return "file";
-    case ValueSource::default_: return "default";
-    }
-    return "";
-}
-
 struct ToDocument {
     JSONValue operator()(bool value) const { return value; }
 
@@ -81,11 +73,6 @@ std::string shownValue(const SettingField& field) {
     return value.empty() ? "-" : displayTitle(value);
 }
 
-std::string padded(std::string text, std::size_t columns) {
-    const std::size_t taken = displayColumns(text);
-    return text.append(taken < columns ? columns - taken : 0, ' ');
-}
-
 struct Columns {
     std::size_t name = 0;
     std::size_t value = 0;
@@ -110,9 +97,9 @@ Columns columnsOf(const SettingsForm& form, const TextStyle& style) {
 
 std::string fieldLines(const SettingField& field, const std::optional<std::string>& live, const Columns& columns,
                        const TextStyle& style) {
-    const std::string value = shownValue(field);
-    std::string line = "  " + padded(displayTitle(field.name()), columns.name) + "  " +
-                       padded(style.cuts ? fittedToColumns(value, columns.value) : value, columns.value) + "  " +
+    const std::string name = displayTitle(field.name());
+    const std::string value = style.cuts ? fittedToColumns(shownValue(field), columns.value) : shownValue(field);
+    std::string line = "  " + name + padding(name, columns.name) + "  " + value + padding(value, columns.value) + "  " +
                        SettingRow::sourceBadge(field);
     if (live) {
         line += ", daemon is running with: " + displayTitle(*live);

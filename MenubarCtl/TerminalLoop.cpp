@@ -54,22 +54,15 @@ std::unique_ptr<TerminalLoop> TerminalLoop::create() {
     if (::pipe(ends.data()) != 0) {
         return nullptr;
     }
+    FileDescriptor readEnd(ends[0]);
+    FileDescriptor writeEnd(ends[1]);
     for (const int end : ends) {
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
         ::fcntl(end, F_SETFL, O_NONBLOCK);
     }
     auto pipe = SignalPipe::create(signals);
-    if (!pipe) {
-        ::close(ends[0]);
-        ::close(ends[1]);
-        return nullptr;
-    }
-    return std::unique_ptr<TerminalLoop>(new TerminalLoop(*std::move(pipe), ends[0], ends[1]));
-}
-
-TerminalLoop::~TerminalLoop() {
-    ::close(m_wakeReadEnd);
-    ::close(m_wakeWriteEnd);
+    return std::unique_ptr<TerminalLoop>(
+        pipe ? new TerminalLoop(*std::move(pipe), std::move(readEnd), std::move(writeEnd)) : nullptr);
 }
 
 void TerminalLoop::post(Action action) {
@@ -77,7 +70,7 @@ void TerminalLoop::post(Action action) {
     m_posted.push_back(std::move(action));
     const char byte = 0;
     // A full pipe already wakes the loop.
-    [[maybe_unused]] const ssize_t written = ::write(m_wakeWriteEnd, &byte, 1);
+    [[maybe_unused]] const ssize_t written = ::write(m_wakeWriteEnd.get(), &byte, 1);
 }
 
 void TerminalLoop::runInBackground(Action action) {
@@ -123,7 +116,7 @@ std::chrono::milliseconds TerminalLoop::timeToWait() const {
 
 void TerminalLoop::wait(const Handlers& handlers, bool readsKeys) {
     const auto outcome = m_wait.wait({.signals = m_signals.descriptor(),
-                                      .posted = m_wakeReadEnd,
+                                      .posted = m_wakeReadEnd.get(),
                                       .keys = readsKeys ? STDIN_FILENO : -1,
                                       .output = STDOUT_FILENO},
                                      timeToWait());
@@ -133,7 +126,7 @@ void TerminalLoop::wait(const Handlers& handlers, bool readsKeys) {
     }
     std::array<char, 256> bytes{};
     if (outcome.isPosted) {
-        while (::read(m_wakeReadEnd, bytes.data(), bytes.size()) > 0) {
+        while (::read(m_wakeReadEnd.get(), bytes.data(), bytes.size()) > 0) {
         }
     }
     if (outcome.isSignalled) {

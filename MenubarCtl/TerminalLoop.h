@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenubarApp/Platform/FileDescriptor.h"
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/Platform/SignalPipe.h"
 #include "MenubarCtl/WatchWait.h"
@@ -34,8 +35,6 @@ public:
     /// Absent when the system has no descriptors left.
     [[nodiscard]] static std::unique_ptr<TerminalLoop> create();
 
-    ~TerminalLoop() override;
-
     /// Any thread.
     void post(Action action) override;
 
@@ -64,8 +63,9 @@ private:
     using Steady = std::chrono::steady_clock;
     class Timer;
 
-    TerminalLoop(SignalPipe signals, int wakeReadEnd, int wakeWriteEnd)
-        : m_signals(std::move(signals)), m_wakeReadEnd(wakeReadEnd), m_wakeWriteEnd(wakeWriteEnd) {}
+    TerminalLoop(SignalPipe signals, FileDescriptor wakeReadEnd, FileDescriptor wakeWriteEnd)
+        : m_signals(std::move(signals)), m_wakeReadEnd(std::move(wakeReadEnd)),
+          m_wakeWriteEnd(std::move(wakeWriteEnd)) {}
 
     void wait(const Handlers& handlers, bool readsKeys);
     void handleSignals(const Handlers& handlers);
@@ -74,8 +74,8 @@ private:
     [[nodiscard]] std::chrono::milliseconds timeToWait() const;
 
     SignalPipe m_signals;
-    int m_wakeReadEnd;
-    int m_wakeWriteEnd;
+    FileDescriptor m_wakeReadEnd;
+    FileDescriptor m_wakeWriteEnd;
     bool m_isStopped = false;
     WatchWait m_wait;
     std::vector<Timer*> m_timers;

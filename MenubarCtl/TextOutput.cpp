@@ -1,8 +1,10 @@
 #include "MenubarCtl/TextOutput.h"
 
 #include "MenubarCore/Menu/ConfigNotices.h"
+#include "MenubarCore/Text/Case.h"
 #include "MenubarCore/Text/DisplayColumns.h"
 #include "MenubarCore/Text/DisplayText.h"
+#include "MenubarCore/Text/Join.h"
 
 #include <algorithm>
 #include <string_view>
@@ -13,14 +15,6 @@ namespace menubar::ctl {
 namespace {
 
 using Tone = StatusItemPresentation::Tone;
-
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (; count > 0; --count) {
-        result += text;
-    }
-    return result;
-}
 
 /// "◉ 72%", without the title in compact mode.
 std::string itemText(const StatusItemPresentation& presentation, const TextStyle& style) {
@@ -35,8 +29,8 @@ std::string itemText(const StatusItemPresentation& presentation, const TextStyle
 
 std::string separatorLine(const TextStyle& style) {
     const std::size_t margin = style.columns > 4 ? 2 : 0;
-    return std::string(margin, ' ') +
-           drawn(repeated("─", style.columns - (2 * margin)), {.weight = "2"}, style.styling);
+    const std::vector<std::string_view> dashes(style.columns - (2 * margin), "─");
+    return std::string(margin, ' ') + drawn(joined(dashes, ""), {.weight = "2"}, style.styling);
 }
 
 /// "⌘Q"
@@ -44,11 +38,7 @@ std::string keyHint(const MenuItem& item) {
     if (item.keyEquivalent.empty()) {
         return "";
     }
-    std::string hint = item.keyModifiers == KeyModifiers::shiftCommand ? "⇧⌘" : "⌘";
-    for (const char c : item.keyEquivalent) {
-        hint += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    }
-    return hint;
+    return (item.keyModifiers == KeyModifiers::shiftCommand ? "⇧⌘" : "⌘") + uppercased(item.keyEquivalent);
 }
 
 /// `title` cut to the style's columns. The mark of a simulated action stays whole: without it the line would claim that
@@ -68,15 +58,6 @@ std::string titleText(const std::string& title, Tone tone, std::string_view weig
     const std::size_t end = tone == Tone::muted || bracket == std::string::npos ? 0 : bracket + 1;
     return drawn(std::string_view(title).substr(0, end), {.weight = weight, .colour = colourOf(tone)}, styling) +
            drawn(std::string_view(title).substr(end), {.weight = weight}, styling);
-}
-
-std::string_view label(CompactSetting::Source source) {
-    switch (source) {
-    case CompactSetting::Source::environment: return "set by OSTREL_MENUBAR_COMPACT";
-    case CompactSetting::Source::defaults: return "stored";
-    case CompactSetting::Source::builtIn: return "built in";
-    }
-    return "";
 }
 
 } // namespace
@@ -99,9 +80,7 @@ std::string menuItemLine(const MenuItem& item, const StatusMenu& menu, const Tex
     const std::string title = fittedTitle(item.title, room);
     std::string line = margin + titleText(title, tone, item.enabled ? "" : "2", style.styling);
     if (!hint.empty()) {
-        const std::size_t width = displayColumns(title);
-        line.append(width < room.columns ? room.columns - width + 1 : 1, ' ');
-        line += drawn(hint, {.weight = "2"}, style.styling) + " ";
+        line += padding(title, room.columns) + " " + drawn(hint, {.weight = "2"}, style.styling) + " ";
     }
     return line;
 }
@@ -127,7 +106,8 @@ std::string statusText(const StatusPoll& poll, const std::string& statusFile, co
     text += "Tooltip:     " + displayText(poll.presentation.tooltip) + "\n";
     text += "Sessions:    " + std::to_string(sessions) + "\n";
     text += "Icon only:   " + std::string(poll.compact.compact ? "on" : "off") + " (" +
-            std::string(label(poll.compact.source)) + ")\n";
+            (poll.compact.isLockedByEnvironment() ? "set by " : "") + std::string(originOf(poll.compact.source)) +
+            ")\n";
     text += "Status file: " + displayText(statusFile) + "\n";
     return text;
 }

@@ -5,8 +5,8 @@
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarCore/Daemon/ExecutableLocator.h"
+#include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCore/Text/Join.h"
-#include "MenubarCore/Text/Quoted.h"
 
 #include <ranges>
 #include <utility>

@@ -1,5 +1,9 @@
 #include "MenubarCore/JSON/DecodingError.h"
 
+#include "MenubarCore/Text/Join.h"
+
+#include <ranges>
+
 namespace menubar {
 
 std::string CodingKey::name() const {
@@ -10,14 +14,7 @@ std::string CodingKey::name() const {
 }
 
 std::string describe(const CodingPath& path) {
-    std::string text;
-    for (const CodingKey& key : path) {
-        if (&key != &path.front()) {
-            text += '.';
-        }
-        text += key.name();
-    }
-    return text;
+    return joined(path | std::views::transform(&CodingKey::name), ".");
 }
 
 std::string describe(const DecodingError& error) {

@@ -1,35 +1,21 @@
-#include "MenubarCore/JSON/JSONWriter.h"
-
+#include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Text/CodePoints.h"
 
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
-namespace menubar::JSONWriter {
+namespace menubar {
 
 namespace {
 
-/// The letter after the backslash of a short escape, 0 where there is none.
-char shortEscape(char c) {
-    switch (c) {
-    case '"':
-    case '\\':
-    case '/': return c;
-    case '\b': return 'b';
-    case '\f': return 'f';
-    case '\n': return 'n';
-    case '\r': return 'r';
-    case '\t': return 't';
-    default: return 0;
-    }
-}
-
 void appendEscaped(std::string& out, char c) {
+    constexpr std::string_view escaped = "\"\\/\b\f\n\r\t";
+    constexpr std::string_view letters = "\"\\/bfnrt";
     constexpr std::string_view hexDigits = "0123456789abcdef";
     const auto byte = static_cast<std::uint8_t>(c);
-    if (const char letter = shortEscape(c); letter != 0) {
-        out += {'\\', letter};
+    if (const std::size_t place = escaped.find(c); place != std::string_view::npos) {
+        out += {'\\', letters[place]};
     } else if (byte < 0x20) {
         out += "\\u00";
         out += {hexDigits[byte >> 4U], hexDigits[byte & 0xFU]};
@@ -38,16 +24,28 @@ void appendEscaped(std::string& out, char c) {
     }
 }
 
-/// A container being written: the next element is the one at `index` (array) or at `member` (object).
+/// Ill-formed UTF-8, which a value that was built in code may hold, comes out as U+FFFD.
+void appendString(std::string& out, std::string_view text) {
+    out += '"';
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t start = position;
+        const std::int32_t codePoint = nextCodePoint(text, position);
+        if (codePoint >= 0 && codePoint < 0x80) {
+            appendEscaped(out, text[start]);
+        } else {
+            out += codePoint == illFormed ? replacementCharacter : text.substr(start, position - start);
+        }
+    }
+    out += '"';
+}
+
+/// A container being written, and the place of what comes next.
 struct Frame {
     const JSONValue::Array* array = nullptr;
     const JSONValue::Object* object = nullptr;
-    std::size_t index = 0;
-    JSONValue::Object::const_iterator member{};
+    std::size_t next = 0;
 
-    [[nodiscard]] bool atEnd() const { return array != nullptr ? index == array->size() : member == object->end(); }
-
-    [[nodiscard]] bool atStart() const { return array != nullptr ? index == 0 : member == object->begin(); }
+    [[nodiscard]] bool atEnd() const { return next == (array != nullptr ? array->size() : object->size()); }
 };
 
 class Writer {
@@ -82,9 +80,7 @@ private:
             m_out += JSONValue::format(*value.numberValue());
             return true;
         case JSONValue::Case::array: open({.array = value.arrayValue()}); return true;
-        case JSONValue::Case::object:
-            open({.object = value.objectValue(), .member = value.objectValue()->begin()});
-            return true;
+        case JSONValue::Case::object: open({.object = value.objectValue()}); return true;
         }
         return true;
     }
@@ -108,14 +104,14 @@ private:
     /// Writes what stands before the innermost container's next element, and steps over it.
     const JSONValue& next() {
         Frame& frame = m_open.back();
-        if (!frame.atStart()) {
+        if (frame.next > 0) {
             m_out += ',';
         }
         breakLine();
         if (frame.array != nullptr) {
-            return (*frame.array)[frame.index++];
+            return (*frame.array)[frame.next++];
         }
-        const auto& [key, value] = *frame.member++;
+        const auto& [key, value] = frame.object->begin()[static_cast<std::ptrdiff_t>(frame.next++)];
         appendString(m_out, key);
         m_out += m_pretty ? " : " : ":";
         return value;
@@ -135,23 +131,8 @@ private:
 
 } // namespace
 
-void appendString(std::string& out, std::string_view text) {
-    out += '"';
-    for (std::size_t position = 0; position < text.size();) {
-        if (static_cast<std::uint8_t>(text[position]) < 0x80) {
-            appendEscaped(out, text[position]);
-            ++position;
-            continue;
-        }
-        const std::size_t start = position;
-        const bool isWellFormed = nextCodePoint(text, position) != illFormed;
-        out += isWellFormed ? text.substr(start, position - start) : replacementCharacter;
-    }
-    out += '"';
+std::expected<std::string, EncodingError> JSONValue::encode(JSONLayout layout) const {
+    return Writer(layout).write(*this);
 }
 
-std::expected<std::string, EncodingError> write(const JSONValue& value, JSONLayout layout) {
-    return Writer(layout).write(value);
-}
-
-} // namespace menubar::JSONWriter
+} // namespace menubar

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -26,18 +25,17 @@ public:
     /// The one value of a document that is JSON.
     [[nodiscard]] const simdjson::dom::element& root() const { return m_root; }
 
-    /// Whether an integer of more than 64 bits may stand in the document, as a double.
-    [[nodiscard]] bool mayHoldWideIntegers() const { return m_mayHoldWideIntegers; }
+    /// In bytes.
+    [[nodiscard]] std::size_t size() const { return m_size; }
+
+    /// Whether a double of -2^63 stands for an integer below that: see `withWideIntegersAsDoubles`.
+    [[nodiscard]] bool hasWideIntegers() const { return m_hasWideIntegers; }
 
 private:
-    struct Workspace;
-
-    [[nodiscard]] static std::atomic<Workspace*>& spareWorkspace();
-
     std::size_t m_size;
-    std::unique_ptr<Workspace> m_workspace;
+    std::unique_ptr<simdjson::dom::parser> m_parser;
     simdjson::dom::element m_root;
-    bool m_mayHoldWideIntegers = false;
+    bool m_hasWideIntegers = false;
     std::string m_problem;
 };
 

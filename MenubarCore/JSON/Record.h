@@ -3,7 +3,9 @@
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/JSON/RecordTable.h"
 #include "MenubarCore/JSON/ValueReader.h"
+#include "MenubarCore/Text/EnumTexts.h"
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstddef>
@@ -18,7 +20,8 @@
 namespace menubar {
 
 /// How a type says what it looks like in JSON. Built in: `bool`, `std::int64_t`, `double`, `std::string`, `JSONValue`,
-/// lists (`std::vector`) and maps (`std::map` with text keys) of what is readable. Three kinds of types bring a table:
+/// `JSONValue::Object`, lists (`std::vector`) and maps (`std::map` with text keys) of what is readable, enumerations
+/// with `enumTexts`. Two kinds of types bring a table:
 ///
 ///     template <>                                       // a record: one row for each member
 ///     inline constexpr auto recordRows<Point> = std::array{
@@ -26,9 +29,6 @@ namespace menubar {
 ///         field::optional<&Point::label>("label"),      // a std::optional member
 ///         field::withDefault<&Point::unit>("unit"),
 ///     };
-///
-///     template <>                                       // an enumeration: its texts, in the order of the enumerators
-///     inline constexpr auto enumTexts<Unit> = std::to_array<std::string_view>({"metre", "inch", "unknown"});
 ///
 ///     template <>                                       // a text with a form of its own
 ///     struct TextForm<Date> {
@@ -42,16 +42,10 @@ template <typename T>
 inline constexpr std::nullptr_t recordRows = nullptr;
 
 template <typename T>
-inline constexpr std::nullptr_t enumTexts = nullptr;
-
-template <typename T>
 struct TextForm;
 
 template <typename T>
 concept Record = !std::same_as<decltype(recordRows<T>), const std::nullptr_t>;
-
-template <typename T>
-concept TextEnumeration = !std::same_as<decltype(enumTexts<T>), const std::nullptr_t>;
 
 template <typename T>
 concept FormattedText = requires(std::string_view text) {
@@ -59,42 +53,16 @@ concept FormattedText = requires(std::string_view text) {
     { TextForm<T>::refusal(text) } -> std::same_as<std::string>;
 };
 
-/// The text of an enumerator.
-template <TextEnumeration E>
-[[nodiscard]] constexpr std::string_view textOf(E value) {
-    return enumTexts<E>[static_cast<std::size_t>(value)];
-}
-
-/// The enumerator of a text; the last one for a text that the table does not hold.
-template <TextEnumeration E>
-[[nodiscard]] constexpr E enumeratorOf(std::string_view text) {
-    std::size_t index = 0;
-    while (index + 1 < enumTexts<E>.size() && enumTexts<E>[index] != text) {
-        ++index;
-    }
-    return static_cast<E>(index);
-}
-
 namespace detail {
 
 template <typename T>
-struct ElementOf {};
+concept List = std::same_as<T, std::vector<typename T::value_type>>;
 
 template <typename T>
-struct ElementOf<std::vector<T>> {
-    using List = T;
-};
-
-template <typename T, typename Compare>
-struct ElementOf<std::map<std::string, T, Compare>> {
-    using Map = T;
-};
+concept Map = requires { typename T::mapped_type; };
 
 template <typename T>
-concept List = requires { typename ElementOf<T>::List; };
-
-template <typename T>
-concept Map = requires { typename ElementOf<T>::Map; };
+concept Optional = std::same_as<T, std::optional<typename T::value_type>>;
 
 template <typename T>
 struct MemberOf;
@@ -103,18 +71,7 @@ template <typename R, typename V>
 struct MemberOf<V R::*> {
     using Holder = R;
     using Value = V;
-    static constexpr bool isOptional = false;
 };
-
-template <typename R, typename V>
-struct MemberOf<std::optional<V> R::*> {
-    using Holder = R;
-    using Value = V;
-    static constexpr bool isOptional = true;
-};
-
-template <typename>
-inline constexpr bool unreadable = false;
 
 } // namespace detail
 
@@ -148,11 +105,11 @@ constexpr Shape makeShape() {
         static_assert(RecordTable::areSound(recordRows<T>));
         return {.kind = Kind::record, .record = &recordTable<T>};
     } else if constexpr (detail::List<T>) {
-        return {.kind = Kind::list, .element = &shapeOf<typename detail::ElementOf<T>::List>};
+        return {.kind = Kind::list, .element = &shapeOf<typename T::value_type>};
     } else if constexpr (detail::Map<T>) {
-        return {.kind = Kind::map, .element = &shapeOf<typename detail::ElementOf<T>::Map>};
+        return {.kind = Kind::map, .element = &shapeOf<typename T::mapped_type>};
     } else {
-        static_assert(detail::unreadable<T>, "this type has no table that says what it looks like in JSON");
+        static_assert(sizeof(T) == 0, "this type has no table that says what it looks like in JSON");
     }
 }
 
@@ -184,18 +141,17 @@ template <typename T>
     } else if constexpr (Record<T>) {
         return reader.readRecord(recordTable<T>, &value);
     } else if constexpr (detail::List<T>) {
-        return reader.readList(&value, [](ValueReader& elementReader, void* target, std::size_t expectedCount) {
+        return reader.readList(&value, [](ValueReader& elementReader, void* target, std::size_t count) {
             auto& list = *static_cast<T*>(target);
             if (list.empty()) {
-                list.reserve(expectedCount);
+                list.reserve(std::min(count, 4 * elementReader.documentSize() / sizeof(typename T::value_type)));
             }
             return readElement(elementReader, list.emplace_back());
         });
     } else {
         static_assert(detail::Map<T>);
         return reader.readMap(&value, [](ValueReader& entryReader, void* map, std::string_view key) {
-            auto& entries = *static_cast<T*>(map);
-            return readElement(entryReader, entries.try_emplace(entries.end(), std::string(key))->second);
+            return readElement(entryReader, (*static_cast<T*>(map))[std::string(key)]);
         });
     }
 }
@@ -213,37 +169,35 @@ template <typename T>
 
 namespace field {
 
-template <auto Member>
+template <auto Member, bool isOptional>
 constexpr FieldRow row(std::string_view key, Presence presence) {
-    using Traits = detail::MemberOf<decltype(Member)>;
-    using Holder = typename Traits::Holder;
-    const auto read = [](ValueReader& reader, void* record) {
-        auto& member = static_cast<Holder*>(record)->*Member;
-        if constexpr (Traits::isOptional) {
-            return readValue(reader, member.emplace());
-        } else {
-            return readValue(reader, member);
-        }
-    };
-    return {key, presence, &shapeOf<typename Traits::Value>, read};
+    using Holder = typename detail::MemberOf<decltype(Member)>::Holder;
+    using Value = typename detail::MemberOf<decltype(Member)>::Value;
+    static_assert(detail::Optional<Value> == isOptional);
+    if constexpr (isOptional) {
+        return {key, presence, &shapeOf<typename Value::value_type>, [](ValueReader& reader, void* record) {
+                    return readValue(reader, (static_cast<Holder*>(record)->*Member).emplace());
+                }};
+    } else {
+        return {key, presence, &shapeOf<Value>, [](ValueReader& reader, void* record) {
+                    return readValue(reader, static_cast<Holder*>(record)->*Member);
+                }};
+    }
 }
 
 template <auto Member>
 constexpr FieldRow required(std::string_view key) {
-    static_assert(!detail::MemberOf<decltype(Member)>::isOptional);
-    return row<Member>(key, Presence::required);
+    return row<Member, false>(key, Presence::required);
 }
 
 template <auto Member>
 constexpr FieldRow optional(std::string_view key) {
-    static_assert(detail::MemberOf<decltype(Member)>::isOptional);
-    return row<Member>(key, Presence::optional);
+    return row<Member, true>(key, Presence::optional);
 }
 
 template <auto Member>
 constexpr FieldRow withDefault(std::string_view key) {
-    static_assert(!detail::MemberOf<decltype(Member)>::isOptional);
-    return row<Member>(key, Presence::withDefault);
+    return row<Member, false>(key, Presence::withDefault);
 }
 
 } // namespace field

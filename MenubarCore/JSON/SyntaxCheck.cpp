@@ -1,29 +1,19 @@
 #include "MenubarCore/JSON/SyntaxCheck.h"
 
-#include "MenubarCore/JSON/WideIntegers.h"
 #include "MenubarCore/Text/CodePoints.h"
+#include "MenubarCore/Text/Digits.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <vector>
 
 #include <simdjson.h>
+#include <unicode/utf16.h>
 
 namespace menubar::SyntaxCheck {
 
 namespace {
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isHighSurrogate(std::uint16_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-bool isLowSurrogate(std::uint16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
 
 class Checker {
 public:
@@ -39,6 +29,9 @@ public:
         }
         return std::move(m_fault);
     }
+
+    /// After a run: the document, its numbers as the parser reads them all.
+    [[nodiscard]] std::string rewritten() const { return m_rewritten + std::string(m_document.substr(m_copied)); }
 
 private:
     enum class State { value, valueOrEnd, key, keyOrEnd, separator, done };
@@ -71,9 +64,7 @@ private:
     }
 
     void skipWhiteSpace() {
-        while (!atEnd() && std::string_view(" \t\n\r").contains(current())) {
-            ++m_position;
-        }
+        m_position = std::min(m_document.find_first_not_of(" \t\n\r", m_position), m_document.size());
     }
 
     bool fail(std::string problem) { return failAt(m_position, std::move(problem)); }
@@ -156,13 +147,10 @@ private:
     }
 
     bool readDigits() {
-        if (!isDigit(current())) {
-            return fail("expected a digit");
-        }
-        while (isDigit(current())) {
-            ++m_position;
-        }
-        return true;
+        std::string_view rest = m_document.substr(m_position);
+        const std::size_t count = takeDigits(rest).size();
+        m_position += count;
+        return count > 0 || fail("expected a digit");
     }
 
     bool readWholePart() {
@@ -185,15 +173,38 @@ private:
         if (!readWholePart() || (take('.') && !readDigits()) || ((take('e') || take('E')) && !readExponent())) {
             return false;
         }
-        return !isBeyondDouble(m_document.substr(start, m_position - start)) ||
+        return checkNumber(start, std::string(m_document.substr(start, m_position - start))) ||
                failAt(start, "number beyond the range of a double");
     }
 
-    /// Asked of the parser, which refuses numbers for nothing else once they are written as doubles.
-    bool isBeyondDouble(std::string_view number) {
-        constexpr std::size_t fewestDigits = 309;
-        return (number.size() >= fewestDigits || number.find_first_of("Ee") != std::string_view::npos) &&
-               m_numberParser.parse(withWideIntegersAsDoubles(number)).error() != simdjson::SUCCESS;
+    /// Has the parser read the number, where it might not like it, and if need be notes another way to write it. False
+    /// for one beyond double's range, which is all that it refuses once integers are written as doubles.
+    bool checkNumber(std::size_t start, const std::string& number) {
+        constexpr std::size_t mostDigits = 18; // that fit into 64 bits for certain
+        if (number.size() <= mostDigits && number.find_first_of("eE") == std::string::npos) {
+            return true;
+        }
+        double value = 0;
+        const auto element = m_numberParser.parse(number);
+        if (element.error() != simdjson::SUCCESS) {
+            const std::string asDouble = number + "e0";
+            const bool isWide = number.find_first_of(".eE") == std::string::npos &&
+                                m_numberParser.parse(asDouble).error() == simdjson::SUCCESS;
+            if (isWide) {
+                rewrite(start, asDouble);
+            }
+            return isWide;
+        }
+        if (element.is_double() && element.get(value) == simdjson::SUCCESS && value == -0x1p63) {
+            rewrite(start, "-9223372036854775808");
+        }
+        return true;
+    }
+
+    /// Replaces the number that has just been read.
+    void rewrite(std::size_t start, std::string_view number) {
+        m_rewritten.append(m_document.substr(m_copied, start - m_copied)).append(number);
+        m_copied = m_position;
     }
 
     bool readString() {
@@ -236,9 +247,8 @@ private:
             return failAt(start, R"(expected four hexadecimal digits after "\u")");
         }
         std::optional<std::uint16_t> low;
-        const bool isPair =
-            isHighSurrogate(*unit) && take('\\') && take('u') && (low = takeUnit()) && isLowSurrogate(*low);
-        return isPair || !(isHighSurrogate(*unit) || isLowSurrogate(*unit)) || failAt(start, "lone surrogate escape");
+        const bool isPair = U16_IS_LEAD(*unit) && take('\\') && take('u') && (low = takeUnit()) && U16_IS_TRAIL(*low);
+        return isPair || !U16_IS_SURROGATE(*unit) || failAt(start, "lone surrogate escape");
     }
 
     /// Takes four hexadecimal digits.
@@ -260,6 +270,8 @@ private:
     State m_state = State::value;
     std::vector<char> m_closers; ///< what ends each open container, the outermost first
     simdjson::dom::parser m_numberParser;
+    std::string m_rewritten; ///< what stands before `m_copied`
+    std::size_t m_copied = 0;
     std::optional<Fault> m_fault;
 };
 
@@ -272,6 +284,12 @@ std::string Fault::text() const {
 
 std::optional<Fault> firstFault(std::string_view document, std::size_t maximumDepth) {
     return Checker(document, maximumDepth).run();
+}
+
+std::string withWideIntegersAsDoubles(std::string_view document) {
+    Checker checker(document, document.size());
+    static_cast<void>(checker.run());
+    return checker.rewritten();
 }
 
 } // namespace menubar::SyntaxCheck

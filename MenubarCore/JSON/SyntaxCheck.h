@@ -22,13 +22,16 @@ struct Fault {
 
     /// One line: the problem and its place.
     [[nodiscard]] std::string text() const;
-
-    bool operator==(const Fault&) const = default;
 };
 
 /// The first fault, or nothing for a document that is JSON, holds no number beyond double's range and nests no more
 /// than `maximumDepth` containers.
 [[nodiscard]] std::optional<Fault> firstFault(std::string_view document, std::size_t maximumDepth);
+
+/// `document`, which is JSON, for a parser that has no type for an integer of more than 64 bits: each of them has an
+/// exponent of zero, so that it is a double. None of the doubles that were there before is -2^63, which some of those
+/// integers become: that one is written as the integer that it is.
+[[nodiscard]] std::string withWideIntegersAsDoubles(std::string_view document);
 
 } // namespace SyntaxCheck
 

@@ -23,36 +23,22 @@ namespace {
 
 /// A member of an object being put into the order of keys.
 struct Member {
-    std::uint64_t start = 0; ///< the first eight bytes of the key as a number: most comparisons end here
     std::string_view key;
     std::size_t position = 0;
     dom::element value;
 
-    Member(std::string_view ownKey, std::size_t ownPosition, const dom::element& ownValue)
-        : key(ownKey), position(ownPosition), value(ownValue) {
-        for (const char c : key.substr(0, sizeof start)) {
-            start = (start << 8U) | static_cast<std::uint8_t>(c);
-        }
-        start <<= 8 * (sizeof start - std::min(key.size(), sizeof start)) % 64;
-    }
-
     /// By key; of equal keys the last comes first.
-    bool operator<(const Member& other) const {
-        return start != other.start ? start < other.start
-                                    : std::tie(key, other.position) < std::tie(other.key, position);
-    }
-
-    [[nodiscard]] bool hasKeyOf(const Member& other) const { return start == other.start && key == other.key; }
+    bool operator<(const Member& other) const { return std::tie(key, other.position) < std::tie(other.key, position); }
 };
 
 /// Replaces `members` by those of an object, in ascending order of their keys; of duplicate keys the last.
 void sortMembers(const dom::object& object, std::vector<Member>& members) {
     members.clear();
     for (const auto [key, value] : object) {
-        members.emplace_back(key, members.size(), value);
+        members.push_back({key, members.size(), value});
     }
     std::ranges::sort(members, std::less());
-    const auto rest = std::ranges::unique(members, &Member::hasKeyOf);
+    const auto rest = std::ranges::unique(members, {}, &Member::key);
     members.erase(rest.begin(), rest.end());
 }
 
@@ -97,14 +83,13 @@ private:
     }
 
     JSONValue object(const dom::object& object) {
-        JSONValue::Object values;
         sortMembers(object, m_members);
+        std::vector<JSONValue::Object::Member> values;
+        values.reserve(m_members.size());
         for (const Member& member : m_members) {
-            add(member.value, [&](auto value) -> JSONValue& {
-                return values.try_emplace(values.end(), std::string(member.key), value)->second;
-            });
+            add(member.value, [&](auto value) -> JSONValue& { return values.emplace_back(member.key, value).second; });
         }
-        return values;
+        return JSONValue::Object(std::move(values));
     }
 
     std::vector<std::pair<dom::element, JSONValue*>> m_pending;
@@ -126,12 +111,18 @@ std::optional<DecodingError> ValueReader::readDocument(std::string_view document
     if (!parsed.problem().empty()) {
         return DecodingError{.kind = Kind::dataCorrupted, .description = parsed.problem()};
     }
-    ValueReader reader(parsed.root(), parsed.mayHoldWideIntegers());
+    ValueReader reader(parsed);
     if (read(reader, target)) {
         return std::nullopt;
     }
     std::ranges::reverse(reader.m_error.path);
     return std::move(reader.m_error);
+}
+
+ValueReader::ValueReader(const ParsedDocument& document) : m_document(&document), m_value(&document.root()) {}
+
+std::size_t ValueReader::documentSize() const {
+    return m_document->size();
 }
 
 bool ValueReader::failAt(CodingKey step) {
@@ -166,11 +157,10 @@ bool ValueReader::read(std::int64_t& value) {
     if (m_value->is_int64()) {
         return m_value->get(value) == simdjson::SUCCESS;
     }
-    // An integer of more than 64 bits has become a double, of which only this one could be taken for less.
-    constexpr double smallest = -0x1p63;
+    constexpr double smallest = -0x1p63; // which an integer of more than 64 bits may have become
     double number = 0;
     if (!m_value->is_double() || m_value->get(number) != simdjson::SUCCESS || number != std::trunc(number) ||
-        number < smallest || number >= -smallest || (number == smallest && m_mayHoldWideIntegers)) {
+        number < smallest || number >= -smallest || (number == smallest && m_document->hasWideIntegers())) {
         return mismatch(Shape::Kind::integer);
     }
     value = static_cast<std::int64_t>(number);
@@ -183,7 +173,7 @@ bool ValueReader::read(double& value) {
 
 bool ValueReader::read(std::string& value) {
     const auto text = readText();
-    value = text.value_or("");
+    value = std::string(text.value_or(""));
     return text.has_value();
 }
 
@@ -243,12 +233,11 @@ bool ValueReader::readList(void* list, ElementRead element) {
     if (m_value->get(array) != simdjson::SUCCESS) {
         return mismatch(Shape::Kind::list);
     }
-    constexpr std::size_t mostExpected = 1024; // what they will take is not known before they are read
-    const std::size_t expectedCount = std::min(array.size(), mostExpected);
+    const std::size_t count = array.size();
     std::size_t index = 0;
     for (const dom::element value : array) {
         m_value = &value;
-        if (!element(*this, list, expectedCount)) {
+        if (!element(*this, list, count)) {
             return failAt({index});
         }
         ++index;

@@ -16,6 +16,8 @@ class element; // NOLINT(readability-identifier-naming): the parser's name
 
 namespace menubar {
 
+class ParsedDocument;
+
 /// Reads the values of one document into members. It is always at one value, the current one.
 ///
 /// A read that returns false has left the document's error behind, and nothing is read after it. So that the same
@@ -24,7 +26,7 @@ namespace menubar {
 class ValueReader {
 public:
     using DocumentRead = bool (*)(ValueReader& reader, void* target);
-    using ElementRead = bool (*)(ValueReader& reader, void* list, std::size_t expectedCount);
+    using ElementRead = bool (*)(ValueReader& reader, void* list, std::size_t count);
     using EntryRead = bool (*)(ValueReader& reader, void* map, std::string_view key);
 
     /// Reads a document's one value by `read`. The error of a document that is not JSON, else the one that `read` left.
@@ -33,6 +35,9 @@ public:
 
     ValueReader(const ValueReader&) = delete;
     ValueReader& operator=(const ValueReader&) = delete;
+
+    /// In bytes: what bounds the memory that may be asked for before a value is read.
+    [[nodiscard]] std::size_t documentSize() const;
 
     /// Whether the current value is `null`.
     [[nodiscard]] bool isNull() const;
@@ -49,7 +54,7 @@ public:
     /// Reads an object into the fresh record of `table`.
     [[nodiscard]] bool readRecord(const RecordTable& table, void* record);
 
-    /// Reads an array; `element` adds the current value to `list`, to which about `expectedCount` will be added.
+    /// Reads an array of about `count` elements; `element` adds the current one to `list`.
     [[nodiscard]] bool readList(void* list, ElementRead element);
 
     /// Reads an object; `entry` adds the current value to `map`, in ascending order of the keys.
@@ -62,16 +67,15 @@ public:
     bool refuseNull(std::string_view typeName);
 
 private:
-    ValueReader(const simdjson::dom::element& root, bool mayHoldWideIntegers)
-        : m_value(&root), m_mayHoldWideIntegers(mayHoldWideIntegers) {}
+    explicit ValueReader(const ParsedDocument& document);
 
     /// Adds a step to the path of the error that the read of a part has left. False.
     bool failAt(CodingKey step);
     bool mismatch(Shape::Kind expected);
     bool readMember(const FieldRow& row, void* record);
 
+    const ParsedDocument* m_document;
     const simdjson::dom::element* m_value;
-    bool m_mayHoldWideIntegers;
     DecodingError m_error; ///< its path has the root last, until the document is read
 };
 

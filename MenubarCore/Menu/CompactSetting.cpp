@@ -27,13 +27,4 @@ CompactSetting CompactSetting::resolve(const Environment& environment, std::opti
     return stored ? CompactSetting{.compact = *stored, .source = Source::defaults} : CompactSetting{};
 }
 
-std::string_view rawText(CompactSetting::Source source) {
-    switch (source) {
-    case CompactSetting::Source::environment: return "environment";
-    case CompactSetting::Source::defaults: return "defaults";
-    case CompactSetting::Source::builtIn: return "builtIn";
-    }
-    return "";
-}
-
 } // namespace menubar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MenubarCore/System/Environment.h"
+#include "MenubarCore/Text/EnumTexts.h"
 
 #include <optional>
 #include <string_view>
@@ -28,7 +29,8 @@ struct CompactSetting {
     bool operator==(const CompactSetting&) const = default;
 };
 
-/// "environment", "defaults", "builtIn".
-[[nodiscard]] std::string_view rawText(CompactSetting::Source source);
+template <>
+inline constexpr auto enumTexts<CompactSetting::Source> =
+    std::to_array<std::string_view>({"environment", "defaults", "builtIn"});
 
 } // namespace menubar

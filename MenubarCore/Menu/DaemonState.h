@@ -3,10 +3,12 @@
 #include "MenubarCore/Status/StatusSnapshot.h"
 #include "MenubarCore/Text/CaseOf.h"
 #include "MenubarCore/Text/Date.h"
+#include "MenubarCore/Text/EnumTexts.h"
 #include "MenubarCore/Text/TimeZone.h"
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace menubar {
@@ -50,15 +52,8 @@ public:
 
     DaemonState() : m_storage(Missing{}) {}
 
-    DaemonState(Running state) : m_storage(state) {}
-
-    DaemonState(Stale state) : m_storage(state) {}
-
-    DaemonState(Stopped state) : m_storage(state) {}
-
-    DaemonState(Unreadable state) : m_storage(std::move(state)) {}
-
-    DaemonState(Missing state) : m_storage(state) {}
+    template <AlternativeOf<Storage> State>
+    DaemonState(State state) : m_storage(std::move(state)) {}
 
     [[nodiscard]] static DaemonState from(const StatusSnapshot& snapshot, Date now);
     [[nodiscard]] static DaemonState from(const StatusFile& file, Date now);
@@ -90,5 +85,9 @@ public:
 private:
     Storage m_storage;
 };
+
+template <>
+inline constexpr auto enumTexts<DaemonState::Case> =
+    std::to_array<std::string_view>({"running", "stale", "stopped", "unreadable", "missing"});
 
 } // namespace menubar

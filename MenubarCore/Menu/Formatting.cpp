@@ -28,12 +28,6 @@ std::string twoDigits(int number) {
     return {static_cast<char>('0' + (number / 10)), static_cast<char>('0' + (number % 10))};
 }
 
-std::string cacheExpiry(Date expiresAt, Date now) {
-    const double remaining = secondsBetween(now, expiresAt);
-    return remaining >= 0 ? "cache expires in " + Formatting::duration(remaining)
-                          : "cache expired " + Formatting::ago(expiresAt, now);
-}
-
 /// What there is to say about how the context figures were obtained; empty for nothing.
 std::string_view contextNote(std::optional<ContextSource> source) {
     if (!source) {
@@ -106,6 +100,11 @@ std::string Formatting::duration(double seconds) {
 std::string Formatting::ago(Date date, Date now) {
     const Date past = std::min(date, now);
     return duration(secondsBetween(past, now)) + " ago";
+}
+
+std::string Formatting::cacheExpiry(Date expiresAt, Date now) {
+    const double remaining = secondsBetween(now, expiresAt);
+    return remaining >= 0 ? "cache expires in " + duration(remaining) : "cache expired " + ago(expiresAt, now);
 }
 
 std::string Formatting::clock(Date date, const TimeZone& timeZone) {

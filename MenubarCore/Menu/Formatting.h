@@ -29,6 +29,9 @@ inline constexpr std::size_t eventLineLimit = 70;
 /// The time since `date`, "5m ago"; "0s ago" when it lies in the future.
 [[nodiscard]] std::string ago(Date date, Date now);
 
+/// "cache expires in 5m", "cache expired 5m ago".
+[[nodiscard]] std::string cacheExpiry(Date expiresAt, Date now);
+
 /// The 24-hour clock time, "09:05".
 [[nodiscard]] std::string clock(Date date, const TimeZone& timeZone);
 

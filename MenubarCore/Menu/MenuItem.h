@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MenubarCore/Text/EnumTexts.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +24,10 @@ enum class MenuAction {
     quit,
 };
 
-/// The enumerator's name; empty for `none`.
-[[nodiscard]] std::string_view rawText(MenuAction action);
+template <>
+inline constexpr auto enumTexts<MenuAction> = std::to_array<std::string_view>(
+    {"", "focusSession", "openHandoff", "refreshClicked", "openSettings", "toggleCompact", "startDaemon", "stopDaemon",
+     "openLogs", "openStatusFile", "quit"});
 
 /// The modifiers that go with a key equivalent.
 enum class KeyModifiers { command, shiftCommand };

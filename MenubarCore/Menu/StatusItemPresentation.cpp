@@ -69,14 +69,4 @@ std::string StatusItemPresentation::accessibilityLabel() const {
     return tooltip.empty() ? label : label + ", " + tooltip;
 }
 
-std::string_view rawText(StatusItemPresentation::Tone tone) {
-    switch (tone) {
-    case Tone::ok: return "ok";
-    case Tone::warn: return "warn";
-    case Tone::critical: return "critical";
-    case Tone::muted: return "muted";
-    }
-    return "";
-}
-
 } // namespace menubar

@@ -2,6 +2,7 @@
 
 #include "MenubarCore/Menu/DaemonState.h"
 #include "MenubarCore/Status/StatusFile.h"
+#include "MenubarCore/Text/EnumTexts.h"
 
 #include <span>
 #include <string>
@@ -29,7 +30,8 @@ struct StatusItemPresentation {
     bool operator==(const StatusItemPresentation&) const = default;
 };
 
-/// "ok", "warn", "critical", "muted".
-[[nodiscard]] std::string_view rawText(StatusItemPresentation::Tone tone);
+template <>
+inline constexpr auto enumTexts<StatusItemPresentation::Tone> =
+    std::to_array<std::string_view>({"ok", "warn", "critical", "muted"});
 
 } // namespace menubar

@@ -1,13 +1,11 @@
 #include "MenubarCore/Settings/DebugText.h"
 
-#include "MenubarCore/JSON/JSONWriter.h"
+#include "MenubarCore/JSON/JSONValue.h"
 
 namespace menubar {
 
 std::string debugText(std::string_view text) {
-    std::string result;
-    JSONWriter::appendString(result, text);
-    return result;
+    return JSONValue(text).encode(JSONLayout::compact).value_or("");
 }
 
 std::string debugText(const std::vector<std::string>& list) {

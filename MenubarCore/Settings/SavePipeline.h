@@ -2,6 +2,7 @@
 
 #include "MenubarCore/Settings/SettingsForm.h"
 #include "MenubarCore/Settings/ValidateOutput.h"
+#include "MenubarCore/Text/CaseOf.h"
 
 #include <cstdint>
 #include <expected>
@@ -76,15 +77,8 @@ public:
 
     using Storage = std::variant<InvalidLocally, Rejected, CommandFailed, WriteFailed, Saved>;
 
-    SaveOutcome(InvalidLocally outcome) : m_storage(std::move(outcome)) {}
-
-    SaveOutcome(Rejected outcome) : m_storage(std::move(outcome)) {}
-
-    SaveOutcome(CommandFailed outcome) : m_storage(std::move(outcome)) {}
-
-    SaveOutcome(WriteFailed outcome) : m_storage(std::move(outcome)) {}
-
-    SaveOutcome(Saved outcome) : m_storage(outcome) {}
+    template <AlternativeOf<Storage> Outcome>
+    SaveOutcome(Outcome outcome) : m_storage(std::move(outcome)) {}
 
     [[nodiscard]] bool isSaved() const { return std::holds_alternative<Saved>(m_storage); }
 

@@ -2,6 +2,7 @@
 
 #include "MenubarCore/Settings/SettingValue.h"
 #include "MenubarCore/Settings/SettingsSchema.h"
+#include "MenubarCore/Text/EnumTexts.h"
 
 #include <optional>
 #include <string>
@@ -12,6 +13,8 @@ class PatternChecker;
 
 /// Where a field's value was taken from.
 enum class ValueSource { file, default_ };
+template <>
+inline constexpr auto enumTexts<ValueSource> = std::to_array<std::string_view>({"file", "default"});
 
 /// One setting of the form: what it holds, whether that will be written, what is wrong with it, and what was last
 /// loaded or saved. SettingsForm keeps the members consistent. A value type.

@@ -126,16 +126,6 @@ std::optional<SettingValue::List> SettingValue::strings(const JSONValue& json) {
     return result;
 }
 
-std::optional<bool> SettingValue::bool_() const {
-    const auto* value = std::get_if<bool>(&m_storage);
-    return value == nullptr ? std::nullopt : std::optional(*value);
-}
-
-std::optional<double> SettingValue::number() const {
-    const auto* value = std::get_if<double>(&m_storage);
-    return value == nullptr ? std::nullopt : std::optional(*value);
-}
-
 bool SettingValue::isEmpty() const {
     return (text() != nullptr && text()->empty()) || (list() != nullptr && list()->empty());
 }

@@ -2,6 +2,7 @@
 
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Settings/SettingsSchema.h"
+#include "MenubarCore/Text/CaseOf.h"
 
 #include <optional>
 #include <string>
@@ -49,8 +50,10 @@ public:
     [[nodiscard]] const Storage& storage() const& { return m_storage; }
 
     /// The payload when the case matches, nothing otherwise. The pointers live as long as this value, unchanged.
-    [[nodiscard]] std::optional<bool> bool_() const; // NOLINT(readability-identifier-naming): a keyword
-    [[nodiscard]] std::optional<double> number() const;
+    // NOLINTNEXTLINE(readability-identifier-naming): a keyword
+    [[nodiscard]] std::optional<bool> bool_() const { return copyOf<bool>(m_storage); }
+
+    [[nodiscard]] std::optional<double> number() const { return copyOf<double>(m_storage); }
 
     [[nodiscard]] const std::string* text() const& { return std::get_if<std::string>(&m_storage); }
 

@@ -45,16 +45,12 @@ std::expected<JSONValue::Object, ConfigFileError> SettingsForm::parseFile(std::s
     return std::unexpected(SettingsFormError::notAnObject);
 }
 
-SettingsForm::SettingsForm(SettingsSchema schema, JSONValue::Object file)
-    : m_schema(std::move(schema)), m_passthrough(std::move(file)) {
+SettingsForm::SettingsForm(SettingsSchema schema, const JSONValue::Object& file) : m_schema(std::move(schema)) {
     PatternChecker patterns; // one for all fields, so that they are bounded together
     for (SettingSpec& spec : m_schema.settings()) {
-        const auto found = m_passthrough.find(spec.name);
-        const JSONValue* fileValue = found == m_passthrough.end() ? nullptr : &found->second;
+        const auto found = file.find(spec.name);
+        const JSONValue* fileValue = found == file.end() ? nullptr : &found->second;
         m_fields.push_back(SettingField::load(std::move(spec), fileValue, patterns));
-    }
-    for (const SettingField& field : m_fields) {
-        m_passthrough.erase(field.name());
     }
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         m_byName.push_back(i);
@@ -62,6 +58,11 @@ SettingsForm::SettingsForm(SettingsSchema schema, JSONValue::Object file)
     std::ranges::sort(m_byName, [this](std::size_t a, std::size_t b) {
         return std::tie(m_fields[a].name(), a) < std::tie(m_fields[b].name(), b);
     });
+    for (const auto& [key, value] : file) {
+        if (positions(key).empty()) {
+            m_passthrough[key] = value;
+        }
+    }
 }
 
 std::span<const std::size_t> SettingsForm::positions(std::string_view name) const {
@@ -237,9 +238,9 @@ std::vector<std::string> SettingsForm::unknownKeys() const {
 
 JSONValue SettingsForm::serialized() const {
     JSONValue::Object object = m_passthrough;
-    for (const SettingField& field : m_fields) {
-        if (auto value = field.serializedValue()) {
-            object.insert_or_assign(field.name(), *std::move(value));
+    for (const std::size_t i : m_byName) {
+        if (auto value = m_fields[i].serializedValue()) {
+            object[m_fields[i].name()] = *std::move(value);
         }
     }
     return object;

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] static std::expected<JSONValue::Object, ConfigFileError> parseFile(std::string_view document);
 
     /// `file` is empty when there is no config file. Linear in the number of settings.
-    SettingsForm(SettingsSchema schema, JSONValue::Object file);
+    SettingsForm(SettingsSchema schema, const JSONValue::Object& file);
 
     [[nodiscard]] const SettingsSchema& schema() const& { return m_schema; }
 

@@ -11,8 +11,8 @@
 
 namespace menubar {
 
-/// The wire format of the status file: for each enumeration its texts, for each record its keys, with the member and
-/// the presence of each. Nothing else says what the file looks like.
+/// The wire format of the status file: for each record its keys, with the member and the presence of each. The texts of
+/// the enumerations stand beside them, in StatusFile.h. Nothing else says what the file looks like.
 
 template <>
 struct TextForm<Date> {
@@ -22,35 +22,6 @@ struct TextForm<Date> {
         return "Unrecognised ISO-8601 date: " + std::string(text);
     }
 };
-
-template <>
-inline constexpr auto enumTexts<SessionLevel> = std::to_array<std::string_view>({"ok", "warn", "critical", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<SessionLifecycle> =
-    std::to_array<std::string_view>({"running", "idle", "needsInput", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<SessionSource> = std::to_array<std::string_view>({"store", "scan", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<ContextSource> =
-    std::to_array<std::string_view>({"reported", "configured", "estimated", "unavailable", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<EventKind> =
-    std::to_array<std::string_view>({"notify", "inject", "handoff", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<EventLevel> =
-    std::to_array<std::string_view>({"ok", "info", "warn", "critical", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<HandoffLocation> =
-    std::to_array<std::string_view>({"repo", "scratchpad", "external", "unknown"});
-
-template <>
-inline constexpr auto enumTexts<ConfigSource> = std::to_array<std::string_view>({"cli", "file", "default", "unknown"});
 
 template <>
 inline constexpr auto recordRows<SessionCapabilities> = std::array{

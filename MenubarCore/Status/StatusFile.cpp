@@ -1,7 +1,5 @@
 #include "MenubarCore/Status/StatusFile.h"
 
-#include "MenubarCore/Status/StatusFields.h"
-
 namespace menubar {
 
 int rank(SessionLevel level) {
@@ -15,39 +13,7 @@ int rank(SessionLevel level) {
 }
 
 std::string_view label(SessionLifecycle lifecycle) {
-    return lifecycle == SessionLifecycle::needsInput ? "needs input" : textOf(lifecycle);
-}
-
-std::string_view rawText(SessionLevel value) {
-    return textOf(value);
-}
-
-std::string_view rawText(SessionLifecycle value) {
-    return textOf(value);
-}
-
-std::string_view rawText(SessionSource value) {
-    return textOf(value);
-}
-
-std::string_view rawText(ContextSource value) {
-    return textOf(value);
-}
-
-std::string_view rawText(EventKind value) {
-    return textOf(value);
-}
-
-std::string_view rawText(EventLevel value) {
-    return textOf(value);
-}
-
-std::string_view rawText(HandoffLocation value) {
-    return textOf(value);
-}
-
-std::string_view rawText(ConfigSource value) {
-    return textOf(value);
+    return lifecycle == SessionLifecycle::needsInput ? "needs input" : rawText(lifecycle);
 }
 
 std::string_view SessionStatus::displayName() const& {

@@ -2,6 +2,7 @@
 
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCore/Text/Date.h"
+#include "MenubarCore/Text/EnumTexts.h"
 
 #include <cstdint>
 #include <map>
@@ -21,29 +22,47 @@ namespace menubar {
 /// `unknown`, which absorbs texts that this version does not know.
 
 enum class SessionLevel { ok, warn, critical, unknown };
+template <>
+inline constexpr auto enumTexts<SessionLevel> = std::to_array<std::string_view>({"ok", "warn", "critical", "unknown"});
+
 enum class SessionLifecycle { running, idle, needsInput, unknown };
+template <>
+inline constexpr auto enumTexts<SessionLifecycle> =
+    std::to_array<std::string_view>({"running", "idle", "needsInput", "unknown"});
+
 enum class SessionSource { store, scan, unknown };
+template <>
+inline constexpr auto enumTexts<SessionSource> = std::to_array<std::string_view>({"store", "scan", "unknown"});
+
 enum class ContextSource { reported, configured, estimated, unavailable, unknown };
+template <>
+inline constexpr auto enumTexts<ContextSource> =
+    std::to_array<std::string_view>({"reported", "configured", "estimated", "unavailable", "unknown"});
+
 enum class EventKind { notify, inject, handoff, unknown };
+template <>
+inline constexpr auto enumTexts<EventKind> =
+    std::to_array<std::string_view>({"notify", "inject", "handoff", "unknown"});
+
 enum class EventLevel { ok, info, warn, critical, unknown };
+template <>
+inline constexpr auto enumTexts<EventLevel> =
+    std::to_array<std::string_view>({"ok", "info", "warn", "critical", "unknown"});
+
 enum class HandoffLocation { repo, scratchpad, external, unknown };
+template <>
+inline constexpr auto enumTexts<HandoffLocation> =
+    std::to_array<std::string_view>({"repo", "scratchpad", "external", "unknown"});
+
 enum class ConfigSource { cli, file, default_, unknown };
+template <>
+inline constexpr auto enumTexts<ConfigSource> = std::to_array<std::string_view>({"cli", "file", "default", "unknown"});
 
 /// Severity for ordering: ok 0, unknown 1, warn 2, critical 3. An unknown level deliberately outranks ok.
 [[nodiscard]] int rank(SessionLevel level);
 
 /// The words for people: "running", "idle", "needs input", "unknown".
 [[nodiscard]] std::string_view label(SessionLifecycle lifecycle);
-
-/// The enumeration's text in the status file ("ok", "needsInput", "default", ...); "unknown" for `unknown`.
-[[nodiscard]] std::string_view rawText(SessionLevel value);
-[[nodiscard]] std::string_view rawText(SessionLifecycle value);
-[[nodiscard]] std::string_view rawText(SessionSource value);
-[[nodiscard]] std::string_view rawText(ContextSource value);
-[[nodiscard]] std::string_view rawText(EventKind value);
-[[nodiscard]] std::string_view rawText(EventLevel value);
-[[nodiscard]] std::string_view rawText(HandoffLocation value);
-[[nodiscard]] std::string_view rawText(ConfigSource value);
 
 struct SessionCapabilities {
     bool message = false;                ///< whether the daemon can send messages into the session; required

@@ -3,14 +3,9 @@
 #include "MenubarCore/System/Interface.h"
 
 #include <expected>
-#include <functional>
-#include <map>
 #include <string>
 
 namespace menubar {
-
-/// The process environment as a value.
-using Environment = std::map<std::string, std::string, std::less<>>;
 
 /// Why a file could not be read: one sentence for people, with the file's name and the system's reason.
 struct FileError {

@@ -33,4 +33,8 @@ std::string displayTitle(std::string_view text) {
     return cutToGraphemes(displayText(text), displayTitleLimit);
 }
 
+std::string quoted(std::string_view text) {
+    return "\"" + displayTitle(text) + "\"";
+}
+
 } // namespace menubar

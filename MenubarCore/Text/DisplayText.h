@@ -23,4 +23,7 @@ inline constexpr std::size_t displayTitleLimit = 200;
 /// `displayText` of a title; one of more than `displayTitleLimit` characters ends in "…" after one character fewer.
 [[nodiscard]] std::string displayTitle(std::string_view text);
 
+/// `displayTitle` of the text, in double quotes: for sentences.
+[[nodiscard]] std::string quoted(std::string_view text);
+
 } // namespace menubar

@@ -2,113 +2,73 @@
 
 #include "MenubarCore/Text/Digits.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace menubar {
 
 namespace {
 
-/// Takes a text apart from its start. A failed step leaves the scanner failed, so that only the end needs asking.
-class Scanner {
-public:
-    explicit Scanner(std::string_view text) : m_rest(text) {}
-
-    /// Exactly `digits` digits, as a number from `least` to `most`.
-    int number(std::size_t digits, int least, int most) {
-        int value = 0;
-        for (std::size_t index = 0; index < digits; ++index) {
-            if (!startsWithDigit()) {
-                return fail();
-            }
-            value = value * 10 + (take() - '0');
-        }
-        return value >= least && value <= most ? value : fail();
+/// Whether the text looks like `form`, in which "0" stands for any digit and every other character for itself.
+bool hasForm(std::string_view text, std::string_view form) {
+    bool fits = text.size() == form.size();
+    for (std::size_t i = 0; i < std::min(text.size(), form.size()); ++i) { // without a branch: every session has four
+        fits &= form[i] == '0' ? isDigit(text[i]) : text[i] == form[i];
     }
+    return fits;
+}
 
-    void expect(char c) {
-        if (!startsWith(c)) {
-            fail();
-            return;
-        }
-        take();
+/// The number that these digits of a text make.
+int number(std::string_view text, std::size_t position, std::size_t count) {
+    int value = 0;
+    for (const char c : text.substr(position, count)) {
+        value = value * 10 + (c - '0');
     }
+    return value;
+}
 
-    /// A fraction of a second of at least one digit; what lies beyond microseconds is cut.
-    std::chrono::microseconds fraction() {
-        int value = 0;
-        int scale = 1'000'000;
-        if (!startsWithDigit()) {
-            fail();
-        }
-        while (startsWithDigit()) {
-            scale /= 10;
-            value += (take() - '0') * scale;
-        }
-        return std::chrono::microseconds(value);
+/// The part of a second that the digits after its point stand for; what lies beyond microseconds is cut.
+std::chrono::microseconds fraction(std::string_view digits) {
+    int scale = 1'000'000;
+    for (std::size_t i = 0; i < std::min<std::size_t>(digits.size(), 6); ++i) {
+        scale /= 10;
     }
-
-    char take() {
-        const char c = m_rest.front();
-        m_rest.remove_prefix(1);
-        return c;
-    }
-
-    [[nodiscard]] bool startsWith(char c) const { return m_rest.starts_with(c); }
-
-    [[nodiscard]] bool isDone() const { return !m_failed && m_rest.empty(); }
-
-private:
-    [[nodiscard]] bool startsWithDigit() const { return !m_rest.empty() && isDigit(m_rest.front()); }
-
-    int fail() {
-        m_failed = true;
-        m_rest = {};
-        return 0;
-    }
-
-    std::string_view m_rest;
-    bool m_failed = false;
-};
-
-std::chrono::minutes zoneOffset(Scanner& scanner) {
-    if (scanner.startsWith('Z')) {
-        scanner.take();
-        return {};
-    }
-    const bool isWest = scanner.startsWith('-');
-    scanner.expect(isWest ? '-' : '+');
-    const std::chrono::hours hours(scanner.number(2, 0, 23));
-    scanner.expect(':');
-    const std::chrono::minutes offset = hours + std::chrono::minutes(scanner.number(2, 0, 59));
-    return isWest ? -offset : offset;
+    return std::chrono::microseconds(number(digits, 0, 6) * scale);
 }
 
 } // namespace
 
 std::optional<Date> parseTimestamp(std::string_view text) {
     using namespace std::chrono;
-    Scanner scanner(text);
-    const year year(scanner.number(4, 1, 9999));
-    scanner.expect('-');
-    const month month(static_cast<unsigned>(scanner.number(2, 1, 12)));
-    scanner.expect('-');
-    const day day(static_cast<unsigned>(scanner.number(2, 1, 31)));
-    scanner.expect('T');
-    microseconds time = hours(scanner.number(2, 0, 23));
-    scanner.expect(':');
-    time += minutes(scanner.number(2, 0, 59));
-    scanner.expect(':');
-    time += seconds(scanner.number(2, 0, 59));
-    if (scanner.startsWith('.')) {
-        scanner.take();
-        time += scanner.fraction();
-    }
-    const minutes offset = zoneOffset(scanner);
-    const year_month_day date(year, month, day);
-    if (!scanner.isDone() || !date.ok()) {
+    constexpr std::string_view form = "0000-00-00T00:00:00";
+    if (!hasForm(text.substr(0, form.size()), form)) {
         return std::nullopt;
     }
-    return sys_days(date) + time - offset;
+    const year_month_day date(year(number(text, 0, 4)), month(static_cast<unsigned>(number(text, 5, 2))),
+                              day(static_cast<unsigned>(number(text, 8, 2))));
+    const int hour = number(text, 11, 2);
+    const int minute = number(text, 14, 2);
+    const int second = number(text, 17, 2);
+    std::string_view rest = text.substr(form.size());
+    std::string_view decimals = "0";
+    if (rest.starts_with('.')) {
+        rest.remove_prefix(1);
+        decimals = takeDigits(rest);
+    }
+    const bool isUTC = rest == "Z";
+    const bool isWest = rest.starts_with('-');
+    if (decimals.empty() || !(isUTC || hasForm(rest, isWest ? "-00:00" : "+00:00"))) {
+        return std::nullopt;
+    }
+    const int zoneHour = isUTC ? 0 : number(rest, 1, 2);
+    const int zoneMinute = isUTC ? 0 : number(rest, 4, 2);
+    if (!date.ok() || date.year() < year(1) || std::max(hour, zoneHour) > 23 ||
+        std::max({minute, second, zoneMinute}) > 59) {
+        return std::nullopt;
+    }
+    const minutes offset = hours(zoneHour) + minutes(zoneMinute);
+    return sys_days(date) + hours(hour) + minutes(minute) + seconds(second) + fraction(decimals) +
+           (isWest ? offset : -offset);
 }
 
 } // namespace menubar

@@ -1,4 +1,4 @@
-#include "MenubarCtl/AppFacts.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #import <Foundation/Foundation.h>
 

@@ -2,8 +2,7 @@
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCtl/AppLoginItem.h"
-#include "MenubarCtl/ProgramPath.h"
-#include "MenubarCtl/SystemLoginItem.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <chrono>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "MenubarCtl/ProgramPath.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <cstdint>
 #include <filesystem>

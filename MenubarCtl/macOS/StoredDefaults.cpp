@@ -1,6 +1,5 @@
-#include "MenubarCtl/StoredDefaults.h"
-
 #include "MenubarApp/Platform/UserDefaults.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <memory>
 #include <type_traits>

@@ -24,7 +24,7 @@ JSONValue nested(int depth, JSONValue core) {
             core = JSONValue(std::move(array));
         } else {
             Object object;
-            object.emplace("k", std::move(core));
+            object["k"] = std::move(core);
             core = JSONValue(std::move(object));
         }
     }

@@ -180,6 +180,20 @@ TEST(Integer, whatIsNotWholeOrDoesNotFitIsAMismatch) {
     }
 }
 
+TEST(Integer, isTheSameBesideAnIntegerOfMoreThanSixtyFourBits) {
+    const auto beside = [](const std::string& text) {
+        return JSONReader::decode<Drawing>("{\"width\":" + text + ",\"scale\":99999999999999999999}");
+    };
+    for (const char* text : {"-9223372036854775808.0", "-9.223372036854775808e18", "-9223372036854775808"}) {
+        ASSERT_TRUE(beside(text).has_value()) << text;
+        EXPECT_EQ(beside(text)->width, std::numeric_limits<std::int64_t>::min()) << text;
+        EXPECT_EQ(beside(text)->scale, 1e20) << text;
+    }
+    for (const char* text : {"-9223372036854775809", "-9223372036854775900", "-9223372036854777857"}) {
+        EXPECT_EQ(describe(beside(text).error()), "type mismatch (Int) at width") << text;
+    }
+}
+
 TEST(JSONReader, readsListsMapsAndScalarsAtTheTopToo) {
     EXPECT_EQ(JSONReader::decode<std::int64_t>(" 7 "), 7);
     EXPECT_EQ(JSONReader::decode<std::string>("\"\\u0041\""), "A");

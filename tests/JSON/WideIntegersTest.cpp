@@ -1,11 +1,11 @@
-#include "MenubarCore/JSON/WideIntegers.h"
+#include "MenubarCore/JSON/SyntaxCheck.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-using namespace menubar;
+using menubar::SyntaxCheck::withWideIntegersAsDoubles;
 
 TEST(WideIntegers, getAnExponentWhereTheyDoNotFitSixtyFourBits) {
     struct Case {

@@ -15,7 +15,7 @@ std::string line(const SessionStatus& session) {
     return Formatting::sessionLine(session, now);
 }
 
-std::string detail(const SessionStatus& session) {
+std::string detailOf(const SessionStatus& session) {
     return Formatting::sessionDetail(session, now);
 }
 
@@ -91,7 +91,7 @@ TEST(SessionDetail, everyLineStandsInItsPlace) {
     api.sessionId = "0123456789";
     api.shortId = "0123";
     api.handoff = handoff("/repo/HANDOFF.md", secondsAgo(720));
-    EXPECT_EQ(detail(api), "45,210 of 200,000 tokens\n"
+    EXPECT_EQ(detailOf(api), "45,210 of 200,000 tokens\n"
                            "context estimate\n"
                            "/work tree/api\n"
                            "model provider: acme\n"
@@ -102,19 +102,19 @@ TEST(SessionDetail, everyLineStandsInItsPlace) {
 }
 
 TEST(SessionDetail, aSessionWithoutAnythingToTellIsEmpty) {
-    EXPECT_EQ(detail(SessionStatus()), "");
+    EXPECT_EQ(detailOf(SessionStatus()), "");
     SessionStatus able = session("api", 72);
     able.capabilities = SessionCapabilities{.message = true, .reason = std::nullopt};
-    EXPECT_EQ(detail(able), "");
+    EXPECT_EQ(detailOf(able), "");
 }
 
 TEST(SessionDetail, tokensNeedNoWindowButAWindowAloneIsNotTold) {
     SessionStatus api;
     api.contextTokens = 1;
-    EXPECT_EQ(detail(api), "1 tokens");
+    EXPECT_EQ(detailOf(api), "1 tokens");
     api.contextTokens.reset();
     api.contextWindow = 200000;
-    EXPECT_EQ(detail(api), "");
+    EXPECT_EQ(detailOf(api), "");
 }
 
 TEST(SessionDetail, onlyUnusualContextSourcesAreTold) {
@@ -128,23 +128,23 @@ TEST(SessionDetail, onlyUnusualContextSourcesAreTold) {
     for (const auto& [source, note] : notes) {
         SessionStatus api;
         api.contextSource = source;
-        EXPECT_EQ(detail(api), note);
+        EXPECT_EQ(detailOf(api), note);
     }
 }
 
 TEST(SessionDetail, theShortIdStandsInForAMissingLongOne) {
     SessionStatus api;
     api.shortId = "0123";
-    EXPECT_EQ(detail(api), "0123");
+    EXPECT_EQ(detailOf(api), "0123");
     api.sessionId = "";
-    EXPECT_EQ(detail(api), "") << "an empty one is present";
+    EXPECT_EQ(detailOf(api), "") << "an empty one is present";
 }
 
 TEST(SessionDetail, presentButEmptyTextsKeepTheirLines) {
     SessionStatus api;
     api.cwd = "";
     api.modelProvider = "";
-    EXPECT_EQ(detail(api), "\nmodel provider: ");
+    EXPECT_EQ(detailOf(api), "\nmodel provider: ");
 }
 
 TEST(HandoffDetail, aDateIsToldAsItsAge) {

@@ -1,6 +1,7 @@
-#include "MenubarCtl/TerminalPorts.h"
+#include "MenubarCtl/OpenPlan.h"
 
-#include "MenubarCtl/StoredDefaults.h"
+#include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include "tests/support/TemporaryDirectory.h"
 

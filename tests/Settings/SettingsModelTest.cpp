@@ -338,7 +338,7 @@ TEST(SettingsModel, liveValuesAreThoseOfTheRunningDaemon) {
     EXPECT_EQ(harness.model->liveValue(harness.field("number")), "3");
     EXPECT_EQ(harness.model->liveValue(harness.field("warn-context")), "70%");
     EXPECT_EQ(harness.model->liveValue(harness.field("text")), std::nullopt);
-    status.config->settings->clear();
+    status.config->settings.emplace();
     harness.model->update(&status, running);
     EXPECT_EQ(harness.model->liveValue(harness.field("number")), std::nullopt);
 }

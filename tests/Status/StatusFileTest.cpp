@@ -60,7 +60,7 @@ TEST(OstrelConfig, aSettingIsFoundByItsKey) {
     EXPECT_EQ(config.setting("a"), nullptr);
     config.settings.emplace();
     EXPECT_EQ(config.setting("a"), nullptr);
-    config.settings->emplace("a", 5);
+    (*config.settings)["a"] = 5;
     ASSERT_NE(config.setting("a"), nullptr);
     EXPECT_EQ(*config.setting("a"), JSONValue(5));
     EXPECT_EQ(config.setting("b"), nullptr);

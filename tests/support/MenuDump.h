@@ -1,7 +1,8 @@
 #pragma once
 
 #include "MenubarCore/Menu/MenuItem.h"
-#include "MenubarCore/Text/Quoted.h"
+
+#include "tests/support/Literal.h"
 
 #include <string>
 

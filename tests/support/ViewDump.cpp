@@ -1,7 +1,8 @@
 #include "tests/support/ViewDump.h"
 
 #include "MenubarCore/JSON/JSONValue.h"
-#include "MenubarCore/Text/Quoted.h"
+
+#include "tests/support/Literal.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,9 +1,8 @@
-#include "MenubarCtl/TerminalPorts.h"
+#include "MenubarCtl/OpenPlan.h"
 
 #include "MenubarCore/Daemon/ExecutableLocator.h"
-#include "MenubarCtl/StoredDefaults.h"
 
-#include <array>
+#include <algorithm>
 
 namespace menubar::ctl {
 
@@ -24,22 +23,11 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 } // namespace
 
-std::optional<bool> TerminalDefaults::boolValue(std::string_view key) const {
-    return storedBool(key, m_environment, m_files);
-}
-
-void TerminalDefaults::setBool(std::string_view key, bool value) {
-    if (const auto stored = storeBool(key, value, m_environment, m_files); !stored) {
-        m_failed(stored.error());
-    }
-}
-
 OpenPlan openPlan(const std::string& path, bool isFolder, const Environment& environment,
                   const std::function<bool(const std::string&)>& isExecutable) {
     const std::string file = path.starts_with('/') ? path : "./" + path;
     const auto found = [&](std::string_view name) {
-        constexpr std::array<std::string_view, 1> none{};
-        return ExecutableLocator::resolve(name, std::span(none).first(0), variable(environment, "PATH"), isExecutable);
+        return ExecutableLocator::resolve(name, {}, variable(environment, "PATH"), isExecutable);
     };
     OpenPlan plan;
     if (auto pager = wordsOf(variable(environment, "PAGER")); !isFolder && !pager.empty()) {

@@ -1,14 +1,12 @@
-#include "MenubarCore/Text/Quoted.h"
+#pragma once
 
-#include "MenubarCore/Text/DisplayText.h"
+#include <string>
+#include <string_view>
 
 namespace menubar {
 
-std::string quoted(std::string_view text) {
-    return "\"" + displayTitle(text) + "\"";
-}
-
-std::string literal(std::string_view text) {
+/// The text in double quotes, with line feeds, quotes and backslashes escaped: in a dump one thing stays on one line.
+inline std::string literal(std::string_view text) {
     std::string result = "\"";
     for (const char c : text) {
         if (c == '\n') {

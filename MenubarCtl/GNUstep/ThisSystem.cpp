@@ -1,4 +1,4 @@
-#include "MenubarCtl/StoredDefaults.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/UserDefaults.h"
@@ -71,6 +71,24 @@ std::error_code replaceFile(const std::string& path, std::string_view bytes) {
 }
 
 } // namespace
+
+bool canFindApps() {
+    return false; // here the app is a program like any other, in no bundle
+}
+
+std::vector<RunningApp> runningApps() {
+    return {};
+}
+
+std::expected<std::unique_ptr<LoginItem>, LoginItemError> systemLoginItem(std::optional<std::chrono::milliseconds>) {
+    return std::unexpected(LoginItemError{"only macOS can start the app at login"});
+}
+
+std::string programPath() {
+    std::error_code error;
+    const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : path.string();
+}
 
 std::optional<bool> storedBool(std::string_view key, const Environment& environment, const FileManager& files) {
     const auto root = preferences(defaultsFile(environment), files);

@@ -1,20 +1,25 @@
 #include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarApp/Commands/SystemCommands.h"
+#include "MenubarApp/Platform/StatusItem.h"
+#include "MenubarApp/Platform/UserDefaults.h"
+#include "MenubarApp/Platform/Workspace.h"
+#include "MenubarApp/Settings/SettingsWindow.h"
 #include "MenubarApp/StatusMenu/StatusMenuController.h"
 #include "MenubarCore/Text/DisplayText.h"
 #include "MenubarCtl/Commands.h"
 #include "MenubarCtl/KeyReader.h"
 #include "MenubarCtl/MenuScreen.h"
+#include "MenubarCtl/OpenPlan.h"
 #include "MenubarCtl/Screen.h"
 #include "MenubarCtl/TerminalLoop.h"
-#include "MenubarCtl/TerminalPorts.h"
-#include "MenubarCtl/TextOutput.h"
-#include "MenubarCtl/TextWatch.h"
+#include "MenubarCtl/ThisSystem.h"
 
 #include <chrono>
 #include <cstdlib>
 #include <expected>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -27,24 +32,21 @@ namespace menubar::ctl {
 namespace {
 
 /// The app's menu on the terminal: the controller that the menu bar has, with the terminal for a desktop.
-class InteractiveMenu {
+class InteractiveMenu final : StatusItem, UserDefaults, Workspace, SettingsWindow {
 public:
-    InteractiveMenu(const Context& context, const CommandContext& commands, TerminalLoop& loop)
+    InteractiveMenu(const Context& context, TerminalLoop& loop)
         : m_context(context), m_loop(loop), m_styling(context.outputStyle().styling),
-          m_commandContext(reporting(commands)), m_commands(loop, m_commandContext),
-          m_item([this](const auto& presentation) { m_menuScreen.setPresentation(presentation); },
-                 [this](const Menu&) { showMenu(); }),
-          m_defaults(context.environment(), [this](const std::string& why) { say(why); }),
-          m_workspace([this](const std::string& path) { open(path); }),
-          m_controller(StatusMenuController::create(context.paths().statusFile, context.environment(), commands.home,
+          m_commandContext(reporting(context.commands())), m_commands(loop, m_commandContext),
+          m_controller(StatusMenuController::create(context.paths().statusFile, context.environment(),
+                                                    context.commands().home,
                                                     {.mainLoop = loop,
-                                                     .statusItem = m_item,
-                                                     .workspace = m_workspace,
-                                                     .defaults = m_defaults,
+                                                     .statusItem = *this,
+                                                     .workspace = *this,
+                                                     .defaults = *this,
                                                      .fileManager = m_files,
                                                      .clock = context.clock(),
                                                      .commands = m_commands,
-                                                     .settings = m_settings,
+                                                     .settings = *this,
                                                      .log = m_commandContext.log})) {}
 
     /// Until a key or a signal ends it. The error is the system's number for a failed write.
@@ -54,17 +56,12 @@ public:
         m_controller->start();
         m_controller->menuWillOpen(); // and stays open: it is made anew at every poll
         m_loop.run({.typed = [this](std::string_view bytes) { type(bytes); },
-                    .resized =
-                        [this] {
-                            m_menuScreen.resize(terminalSize(STDOUT_FILENO));
-                            draw();
-                        },
+                    .resized = [this] { fit(); },
                     .willSuspend = [this] { m_screen.leave(); },
                     .didResume =
                         [this] {
                             keep(m_screen.enter());
-                            m_menuScreen.resize(terminalSize(STDOUT_FILENO));
-                            draw();
+                            fit();
                         }},
                    [this] { return m_screen.readsKeys(); });
         m_controller->applicationWillTerminate();
@@ -73,6 +70,62 @@ public:
     }
 
 private:
+    // What the controller asks of a desktop
+
+    void apply(const StatusItemPresentation& presentation) override { m_menuScreen.setPresentation(presentation); }
+
+    void setMenu(const Menu&) override {
+        m_menuScreen.setMenu(m_controller->menu());
+        draw();
+    }
+
+    /// A terminal has no item that could be hidden.
+    [[nodiscard]] VisibilityProbe readVisibility() override { return {}; }
+
+    [[nodiscard]] std::optional<bool> boolValue(std::string_view key) const override {
+        return storedBool(key, m_context.environment(), m_files);
+    }
+
+    void setBool(std::string_view key, bool value) override {
+        if (const auto stored = storeBool(key, value, m_context.environment(), m_files); !stored) {
+            say(stored.error());
+        }
+    }
+
+    void open(const std::string& path) override {
+        struct stat info{};
+        const bool exists = ::stat(path.c_str(), &info) == 0;
+        const bool isFolder = exists && S_ISDIR(info.st_mode);
+        // What is no file would keep a pager waiting.
+        const OpenPlan plan =
+            exists && (isFolder || S_ISREG(info.st_mode))
+                ? openPlan(path, isFolder, m_context.environment(), PosixFileManager::isExecutableFile)
+                : OpenPlan{};
+        if (plan.words.empty()) {
+            say(path);
+        } else if (plan.takesTerminal) {
+            read(plan.words);
+        } else {
+            CommandRunner::run(m_loop, plan.words[0], {plan.words.begin() + 1, plan.words.end()}, {}, {},
+                               m_commandContext.log);
+        }
+    }
+
+    void reveal(const std::string& path) override { open(path); }
+
+    [[nodiscard]] bool isOptionKeyDown() const override { return false; }
+
+    /// Nobody tells a terminal's program; its timer runs on after a sleep.
+    Subscription onWake(std::function<void()>) override { return {}; }
+
+    void terminate() override {}
+
+    // There is no settings window here.
+
+    void show() override {}
+
+    void update(const StatusFile*, const DaemonState&) override {}
+
     /// What goes wrong with a program is said where the person looks.
     CommandContext reporting(CommandContext commands) {
         commands.log = [this, before = std::move(commands.log)](std::string_view line) {
@@ -84,17 +137,17 @@ private:
         return commands;
     }
 
-    void showMenu() {
-        m_menuScreen.setMenu(m_controller->menu());
-        draw();
-    }
-
     void say(const std::string& text) {
         m_menuScreen.setMessage(text);
         draw();
     }
 
     void draw() { keep(m_screen.draw(m_menuScreen.lines(m_styling))); }
+
+    void fit() {
+        m_menuScreen.resize(terminalSize(STDOUT_FILENO));
+        draw();
+    }
 
     /// The first failure ends it.
     void keep(const std::expected<void, int>& outcome) {
@@ -120,25 +173,6 @@ private:
         draw();
     }
 
-    void open(const std::string& path) {
-        struct stat info{};
-        const bool exists = ::stat(path.c_str(), &info) == 0;
-        const bool isFolder = exists && S_ISDIR(info.st_mode);
-        // What is no file would keep a pager waiting.
-        const OpenPlan plan =
-            exists && (isFolder || S_ISREG(info.st_mode))
-                ? openPlan(path, isFolder, m_context.environment(), PosixFileManager::isExecutableFile)
-                : OpenPlan{};
-        if (plan.words.empty()) {
-            say(path);
-        } else if (plan.takesTerminal) {
-            read(plan.words);
-        } else {
-            CommandRunner::run(m_loop, plan.words[0], {plan.words.begin() + 1, plan.words.end()}, {}, {},
-                               m_commandContext.log);
-        }
-    }
-
     void read(const std::vector<std::string>& words) {
         m_screen.leave();
         const auto ended = m_loop.runInForeground(words);
@@ -159,41 +193,17 @@ private:
     PosixFileManager m_files;
     CommandContext m_commandContext;
     SystemCommands m_commands;
-    TerminalStatusItem m_item;
-    TerminalDefaults m_defaults;
-    TerminalWorkspace m_workspace;
-    NoSettingsWindow m_settings;
     std::shared_ptr<StatusMenuController> m_controller;
 };
 
-/// What a file or a dumb terminal gets: one picture below the other, each poll.
-ExitStatus watchAsText(const Context& context) {
-    std::size_t count = 0;
-    return watchText(
-        [&] {
-            const Observation observation = context.observe();
-            Frame frame;
-            for (const std::string& line :
-                 menuLines(observation.poll.presentation, observation.menu, context.outputStyle())) {
-                frame.text += line + "\n";
-            }
-            frame.whatCounts = std::to_string(++count);
-            return frame;
-        },
-        "\n");
-}
-
 } // namespace
 
-ExitStatus runMenuWatch(const Context& context, const CommandContext& commands) {
-    if (!isScreen(STDOUT_FILENO, context.environment())) {
-        return watchAsText(context);
-    }
+ExitStatus runMenuOnScreen(const Context& context) {
     auto loop = TerminalLoop::create();
     if (!loop) {
         return fail("cannot create a pipe");
     }
-    auto menu = std::make_unique<InteractiveMenu>(context, commands, *loop);
+    auto menu = std::make_unique<InteractiveMenu>(context, *loop);
     const ExitStatus status = finishWriting(menu->run());
     constexpr std::chrono::milliseconds patience{250};
     if (!loop->settle(patience)) {
