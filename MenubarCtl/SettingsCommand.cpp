@@ -115,7 +115,7 @@ public:
 
     /// Why there are no settings.
     [[nodiscard]] ExitStatus failedToLoad() const {
-        const auto* failure = std::get_if<SettingsLoadFailure>(&m_model->phase());
+        const auto* failure = std::get_if<SettingsLoadFailure>(&m_model->state().phase);
         return failWith(failure == nullptr ? "" : failure->title + "\n" + failure->detail + "\n");
     }
 
@@ -167,7 +167,7 @@ private:
     [[nodiscard]] ExitStatus report(const SaveOutcome& outcome) const {
         if (outcome.isSaved()) {
             const ExitStatus printed =
-                print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->configPath() + "\n"));
+                print(shownAt(STDOUT_FILENO, "settings saved to " + m_model->state().configPath + "\n"));
             const SettingField* field = m_model->form()->field(m_context.line().name);
             if (isTerminal(STDOUT_FILENO) && field != nullptr && field->spec.restart) {
                 [[maybe_unused]] const auto written =
@@ -175,7 +175,7 @@ private:
             }
             return printed;
         }
-        const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->saveState());
+        const auto* failure = std::get_if<SettingsModel::SaveFailed>(&m_model->state().saveState);
         return failWith(failureText(failure == nullptr ? "" : failure->message, outcome));
     }
 

@@ -123,8 +123,8 @@ JSONValue settingsDocument(const SettingsModel& model) {
     std::ranges::transform(form.schema().groups, std::back_inserter(groups), groupValue);
     return JSONValue::Object{
         {"command", text(model.commandDescription())},
-        {"configFileExists", model.configFileExists()},
-        {"configPath", text(model.configPath())},
+        {"configFileExists", model.state().configFileExists},
+        {"configPath", text(model.state().configPath)},
         {"fields", std::move(fields)},
         {"groups", std::move(groups)},
         {"unknownKeys", texts(form.unknownKeys())},
@@ -146,8 +146,9 @@ std::string settingsText(const SettingsModel& model, const TextStyle& style) {
     if (const auto unknown = form.unknownKeys(); !unknown.empty()) {
         result += "The config file has keys the daemon does not know: " + displayText(joined(unknown, ", ")) + ".\n";
     }
-    result += model.configFileExists() ? "Config file: " : "No config file yet; defaults shown. It will be written to ";
-    return result + displayText(model.configPath()) + "\n";
+    result +=
+        model.state().configFileExists ? "Config file: " : "No config file yet; defaults shown. It will be written to ";
+    return result + displayText(model.state().configPath) + "\n";
 }
 
 std::string valueText(const SettingField& field) {

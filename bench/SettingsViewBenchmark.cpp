@@ -1,4 +1,4 @@
-#include "MenubarApp/Settings/ListItemIds.h"
+#include "MenubarApp/Settings/ListControl.h"
 #include "MenubarApp/Settings/SettingsView.h"
 #include "MenubarApp/View/Reconciler.h"
 

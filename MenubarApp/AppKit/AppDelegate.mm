@@ -5,12 +5,16 @@
 #include "MenubarApp/AppKit/AppKitUserDefaults.h"
 #include "MenubarApp/AppKit/AppKitWindow.h"
 #include "MenubarApp/AppKit/AppKitWorkspace.h"
+#include "MenubarApp/AppKit/Desktop.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"
+#include "MenubarApp/AppKit/runApplication.h"
 #include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarApp/Commands/SystemCommands.h"
 #include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/LoginRequest.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
+#include "MenubarApp/Platform/StandardDescriptors.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarApp/Settings/SaveBeforeQuit.h"
 #include "MenubarApp/Settings/SettingsModel.h"
@@ -19,6 +23,7 @@
 #include "MenubarCore/Status/StatusFileLocator.h"
 
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace menubar {
@@ -29,14 +34,16 @@ public:
     Application(std::string statusPath, Environment environment, std::string home, const SystemTools& tools,
                 std::chrono::milliseconds pollInterval)
         : m_commands(m_mainLoop, CommandContext::ofThisProcess(tools)),
-          m_model(SettingsModel::create(environment, home,
-                                        {.mainLoop = m_mainLoop,
-                                         .files = m_fileManager,
-                                         .clock = m_clock,
-                                         .commands = m_commands,
-                                         .run = runCommand,
-                                         .isExecutable = PosixFileManager::isExecutableFile,
-                                         .log = log})),
+          m_model(SettingsModel::create(
+              environment, home,
+              {.mainLoop = m_mainLoop,
+               .files = m_fileManager,
+               .clock = m_clock,
+               .commands = m_commands,
+               .run = [](const auto& executable,
+                         const auto& arguments) { return CommandRunner::runSync(executable, arguments); },
+               .isExecutable = PosixFileManager::isExecutableFile,
+               .log = log})),
           m_saveBeforeQuit(m_mainLoop, m_model),
           m_settings(SettingsWindowController::create(
               environment, m_model, {.mainLoop = m_mainLoop, .windows = m_windows, .clock = m_clock, .log = log})) {
@@ -62,10 +69,6 @@ public:
     [[nodiscard]] SaveBeforeQuit& saveBeforeQuit() { return m_saveBeforeQuit; }
 
 private:
-    static CommandResult runCommand(const std::string& executable, const std::vector<std::string>& arguments) {
-        return CommandRunner::runSync(executable, arguments);
-    }
-
     AppKitMainLoop m_mainLoop;
     AppKitStatusItem m_statusItem;
     AppKitWorkspace m_workspace;
@@ -152,3 +155,42 @@ private:
 }
 
 @end
+
+namespace menubar {
+
+namespace {
+
+// Kept so that neither is released while the event loop runs.
+NSApplication* application = nil;
+AppDelegate* delegate = nil;
+
+/// Gives the process's exit status.
+int answer(LoginRequest::Kind request) {
+    @autoreleasepool {
+        const LoginRequest::Reply reply = LoginRequest::answer(request, Desktop::makeLoginItem().get());
+        std::fputs(reply.output.c_str(), stdout);
+        std::fputs(reply.errors.c_str(), stderr);
+        return reply.exitStatus;
+    }
+}
+
+} // namespace
+
+int runApplication(const SystemTools& tools, std::chrono::milliseconds pollInterval) {
+    secureStandardDescriptors();
+    if (const auto request = LoginRequest::from(processEnvironment())) {
+        return answer(*request);
+    }
+    @autoreleasepool {
+        Desktop::prepareProcess();
+        application = [NSApplication sharedApplication];
+        delegate = [[AppDelegate alloc] initWithTools:tools pollInterval:pollInterval];
+        [application setDelegate:delegate];
+        [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
+        Desktop::prepareApplication();
+        [application run];
+    }
+    return 0;
+}
+
+} // namespace menubar

@@ -4,7 +4,6 @@
 
 #include "MenubarApp/AppKit/ObjCPointer.h"
 #include "MenubarApp/Platform/StatusItem.h"
-#include "MenubarApp/StatusMenu/StatusMenuEvents.h"
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,5 @@
 #import "MenubarApp/AppKit/AppKitStatusItem.h"
 
-#import "MenubarApp/AppKit/StatusMenuTarget.h"
-
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/Desktop.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"
@@ -24,16 +22,11 @@ NSColor* tintOf(StatusItemPresentation::Tone tone) {
 }
 
 void setTitle(NSStatusBarButton* button, const std::string& title, NSColor* tint) {
-    if (title.empty()) {
-        [button setImagePosition:NSImageOnly];
-        [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:@""] autorelease]];
-        return;
-    }
     // Digits of one width, so that the item does not twitch when the percentage changes.
     NSFont* font = [NSFont monospacedDigitSystemFontOfSize:[NSFont systemFontSize] weight:NSFontWeightMedium];
     NSDictionary* attributes = @{NSForegroundColorAttributeName : tint, NSFontAttributeName : font};
-    NSString* text = toNSString(" " + displayTitle(title));
-    [button setImagePosition:NSImageLeading];
+    NSString* text = title.empty() ? @"" : toNSString(" " + displayTitle(title));
+    [button setImagePosition:title.empty() ? NSImageOnly : NSImageLeading];
     [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:text attributes:attributes] autorelease]];
 }
 

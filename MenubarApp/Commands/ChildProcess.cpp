@@ -45,43 +45,44 @@ int keepClearOfStandard(FileDescriptor& descriptor) {
 }
 
 std::expected<Pipe, int> makePipe() {
-    std::array<int, 2> ends{};
+    std::array<int, 2> ends{-1, -1};
 #ifdef __APPLE__
-    // Without pipe2 another thread's child could inherit the ends in between; ours cannot, see `Attributes`.
-    if (::pipe(ends.data()) != 0) {
-        return std::unexpected(errno);
-    }
-    Pipe made{.readEnd = FileDescriptor(ends[0]), .writeEnd = FileDescriptor(ends[1])};
-    if (::fcntl(ends[0], F_SETFD, FD_CLOEXEC) != 0 || ::fcntl(ends[1], F_SETFD, FD_CLOEXEC) != 0) {
-        return std::unexpected(errno);
-    }
+    // Without pipe2 another thread's child could inherit the ends in between; ours cannot, see `SpawnPlan`.
+    const bool isMade = ::pipe(ends.data()) == 0 && ::fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 &&
+                        ::fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;
 #else
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+    const bool isMade = ::pipe2(ends.data(), O_CLOEXEC) == 0;
+#endif
+    Pipe made{.readEnd = FileDescriptor(ends[0]), .writeEnd = FileDescriptor(ends[1])};
+    if (!isMade) {
         return std::unexpected(errno);
     }
-    Pipe made{.readEnd = FileDescriptor(ends[0]), .writeEnd = FileDescriptor(ends[1])};
-#endif
-    if (const int error = keepClearOfStandard(made.readEnd); error != 0) {
-        return std::unexpected(error);
-    }
-    if (const int error = keepClearOfStandard(made.writeEnd); error != 0) {
-        return std::unexpected(error);
+    for (FileDescriptor* end : {&made.readEnd, &made.writeEnd}) {
+        if (const int error = keepClearOfStandard(*end); error != 0) {
+            return std::unexpected(error);
+        }
     }
     return made;
 }
 
-/// The child's three descriptors: the null device and the two pipes. Nothing else stays open.
-class FileActions {
+/// How a child is started. It has three descriptors, the null device and the two pipes, and nothing else stays open;
+/// default signals, none blocked.
+class SpawnPlan {
 public:
-    FileActions() { record(::posix_spawn_file_actions_init(&m_actions)); }
+    SpawnPlan() {
+        record(::posix_spawn_file_actions_init(&m_actions));
+        record(::posix_spawnattr_init(&m_attributes));
+    }
 
-    FileActions(const FileActions&) = delete;
-    FileActions& operator=(const FileActions&) = delete;
+    SpawnPlan(const SpawnPlan&) = delete;
+    SpawnPlan& operator=(const SpawnPlan&) = delete;
 
-    ~FileActions() { ::posix_spawn_file_actions_destroy(&m_actions); }
+    ~SpawnPlan() {
+        ::posix_spawn_file_actions_destroy(&m_actions);
+        ::posix_spawnattr_destroy(&m_attributes);
+    }
 
-    /// 0, or the system's error number.
-    [[nodiscard]] int set(const Pipe& output, const Pipe& errors) {
+    void setDescriptors(const Pipe& output, const Pipe& errors) {
         record(::posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
         record(::posix_spawn_file_actions_adddup2(&m_actions, output.writeEnd.get(), STDOUT_FILENO));
         record(::posix_spawn_file_actions_adddup2(&m_actions, errors.writeEnd.get(), STDERR_FILENO));
@@ -89,30 +90,9 @@ public:
         // Libraries open descriptors that are not close-on-exec, such as the connection to the display.
         record(::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1));
 #endif
-        return m_error;
     }
 
-    [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &m_actions; }
-
-private:
-    void record(int error) { m_error = m_error == 0 ? error : m_error; }
-
-    posix_spawn_file_actions_t m_actions{};
-    int m_error = 0;
-};
-
-/// Default signals, none blocked.
-class Attributes {
-public:
-    Attributes() { record(::posix_spawnattr_init(&m_attributes)); }
-
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
-
-    ~Attributes() { ::posix_spawnattr_destroy(&m_attributes); }
-
-    /// 0, or the system's error number.
-    [[nodiscard]] int set(bool leadsGroup) {
+    void setAttributes(bool leadsGroup) {
         sigset_t signals;
         sigemptyset(&signals);
         record(::posix_spawnattr_setsigmask(&m_attributes, &signals));
@@ -121,19 +101,26 @@ public:
 #ifdef __APPLE__
         constexpr int descriptors = POSIX_SPAWN_CLOEXEC_DEFAULT;
 #else
-        constexpr int descriptors = 0; // FileActions closes them
+        constexpr int descriptors = 0; // setDescriptors closes them
 #endif
         const int group = leadsGroup ? POSIX_SPAWN_SETPGROUP : 0;
         const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | descriptors | group;
         record(::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags)));
-        return m_error;
     }
 
-    [[nodiscard]] const posix_spawnattr_t* get() const { return &m_attributes; }
+    /// The child's process id, or the system's first error number.
+    std::expected<pid_t, int> start(const std::string& executable, char* const* arguments, char* const* variables) {
+        pid_t child = -1;
+        if (m_error == 0) {
+            record(::posix_spawn(&child, executable.c_str(), &m_actions, &m_attributes, arguments, variables));
+        }
+        return m_error == 0 ? std::expected<pid_t, int>(child) : std::unexpected(m_error);
+    }
 
 private:
     void record(int error) { m_error = m_error == 0 ? error : m_error; }
 
+    posix_spawn_file_actions_t m_actions{};
     posix_spawnattr_t m_attributes{};
     int m_error = 0;
 };
@@ -171,21 +158,10 @@ std::expected<pid_t, int> spawn(const std::string& executable, std::vector<std::
     if (std::ranges::any_of(arguments, hasNul) || std::ranges::any_of(variables, hasNul)) {
         return std::unexpected(EINVAL);
     }
-    FileActions actions;
-    if (const int error = actions.set(output, errors); error != 0) {
-        return std::unexpected(error);
-    }
-    Attributes attributes;
-    if (const int error = attributes.set(leadsGroup); error != 0) {
-        return std::unexpected(error);
-    }
-    pid_t child = -1;
-    if (const int error = ::posix_spawn(&child, executable.c_str(), actions.get(), attributes.get(),
-                                        pointers(arguments).data(), pointers(variables).data());
-        error != 0) {
-        return std::unexpected(error);
-    }
-    return child;
+    SpawnPlan plan;
+    plan.setDescriptors(output, errors);
+    plan.setAttributes(leadsGroup);
+    return plan.start(executable, pointers(arguments).data(), pointers(variables).data());
 }
 
 /// A started child, waited for exactly once.

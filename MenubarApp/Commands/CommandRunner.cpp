@@ -33,26 +33,18 @@ std::string logLine(const CommandResult& result, const std::string& commandLine)
 }
 
 std::string describe(const ChildProcess::Failure& failure, const std::string& executable) {
-    const std::string reason = ": " + std::generic_category().message(failure.error);
-    switch (failure.step) {
-    case ChildProcess::Failure::Step::launch: return "failed to launch " + executable + reason;
-    case ChildProcess::Failure::Step::wait: return "failed to wait for " + executable + reason;
-    }
-    return {};
-}
-
-Environment overlaid(Environment environment, const Environment& extra) {
-    for (const auto& [key, value] : extra) {
-        environment.insert_or_assign(key, value);
-    }
-    return environment;
+    const bool isLaunch = failure.step == ChildProcess::Failure::Step::launch;
+    return (isLaunch ? "failed to launch " : "failed to wait for ") + executable + ": " +
+           std::generic_category().message(failure.error);
 }
 
 } // namespace
 
 CommandResult runSync(const std::string& executable, const std::vector<std::string>& arguments,
                       const Environment& extraEnvironment, const Log& log) {
-    const auto ended = ChildProcess::run(executable, arguments, overlaid(processEnvironment(), extraEnvironment));
+    Environment environment = extraEnvironment;
+    environment.merge(processEnvironment()); // keeps what is there
+    const auto ended = ChildProcess::run(executable, arguments, environment);
     if (!ended) {
         CommandResult result{
             .status = CommandResult::notStarted, .stdout_ = {}, .stderr_ = describe(ended.error(), executable)};

@@ -1,14 +1,17 @@
 #pragma once
 
 #include "MenubarApp/Commands/log.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarCore/System/Environment.h"
 
 #include <array>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace menubar {
 
@@ -32,7 +35,14 @@ struct CommandContext {
     Log log = menubar::log;
 
     /// This process's environment, home directory and real user id.
-    [[nodiscard]] static CommandContext ofThisProcess(SystemTools tools = {});
+    [[nodiscard]] static CommandContext ofThisProcess(SystemTools tools = {}) {
+        Environment environment = processEnvironment();
+        std::string home = homeDirectory(environment);
+        return {.environment = std::move(environment),
+                .home = std::move(home),
+                .uid = ::getuid(),
+                .tools = std::move(tools)};
+    }
 };
 
 } // namespace menubar

@@ -4,7 +4,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -36,7 +35,7 @@ std::optional<SignalPipe> SignalPipe::create(std::span<const int> signals) {
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
         ::fcntl(end, F_SETFL, O_NONBLOCK);
     }
-    SignalPipe pipe(ends[0], ends[1]);
+    SignalPipe pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
     signalDescriptor = ends[1];
     struct sigaction action{};
     action.sa_handler = forwardSignal;
@@ -50,25 +49,19 @@ std::optional<SignalPipe> SignalPipe::create(std::span<const int> signals) {
     return pipe;
 }
 
-SignalPipe::SignalPipe(SignalPipe&& other) noexcept
-    : m_readEnd(std::exchange(other.m_readEnd, -1)), m_writeEnd(std::exchange(other.m_writeEnd, -1)),
-      m_previous(std::exchange(other.m_previous, {})) {}
-
 SignalPipe::~SignalPipe() {
-    if (m_readEnd < 0) {
+    if (!m_readEnd.isOpen()) {
         return;
     }
     for (const Previous& previous : m_previous) {
         ::sigaction(previous.signal, &previous.action, nullptr);
     }
     signalDescriptor = -1;
-    ::close(m_readEnd);
-    ::close(m_writeEnd);
 }
 
 std::optional<int> SignalPipe::next() const {
     char byte = 0;
-    return ::read(m_readEnd, &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
+    return ::read(m_readEnd.get(), &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
 }
 
 bool SignalPipe::waitUntil(std::chrono::steady_clock::time_point deadline) const {
@@ -76,7 +69,7 @@ bool SignalPipe::waitUntil(std::chrono::steady_clock::time_point deadline) const
     constexpr milliseconds longestWait = std::chrono::hours(1); // `poll` takes an int
     for (;;) {
         const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd descriptor{.fd = m_readEnd, .events = POLLIN, .revents = 0};
+        pollfd descriptor{.fd = m_readEnd.get(), .events = POLLIN, .revents = 0};
         if (::poll(&descriptor, 1, static_cast<int>(std::clamp(left, milliseconds(0), longestWait).count())) > 0) {
             return true;
         }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "MenubarApp/Platform/FileDescriptor.h"
+
 #include <chrono>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include <signal.h>
@@ -16,12 +19,12 @@ public:
     /// Catches the signals from now on. Absent when the system has no descriptors left.
     [[nodiscard]] static std::optional<SignalPipe> create(std::span<const int> signals);
 
-    SignalPipe(SignalPipe&& other) noexcept;
+    SignalPipe(SignalPipe&&) noexcept = default;
     SignalPipe& operator=(SignalPipe&&) = delete;
     ~SignalPipe();
 
     /// Readable when a signal has come.
-    [[nodiscard]] int descriptor() const { return m_readEnd; }
+    [[nodiscard]] int descriptor() const { return m_readEnd.get(); }
 
     /// The next signal that has come; absent when there is none.
     [[nodiscard]] std::optional<int> next() const;
@@ -36,10 +39,11 @@ private:
         struct sigaction action;
     };
 
-    SignalPipe(int readEnd, int writeEnd) : m_readEnd(readEnd), m_writeEnd(writeEnd) {}
+    SignalPipe(FileDescriptor readEnd, FileDescriptor writeEnd)
+        : m_readEnd(std::move(readEnd)), m_writeEnd(std::move(writeEnd)) {}
 
-    int m_readEnd;
-    int m_writeEnd;
+    FileDescriptor m_readEnd; ///< not open once this was moved from
+    FileDescriptor m_writeEnd;
     std::vector<Previous> m_previous;
 };
 

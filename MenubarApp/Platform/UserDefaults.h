@@ -17,7 +17,10 @@ public:
 
     /// Where they are kept: "ostrel-menubar", whatever the bundle's identifier is, unless the variable names another
     /// domain.
-    [[nodiscard]] static std::string domain(const Environment& environment);
+    [[nodiscard]] static std::string domain(const Environment& environment) {
+        const std::string_view named = variable(environment, domainKey);
+        return std::string(named.empty() ? "ostrel-menubar" : named);
+    }
 
     /// The stored value when it is a bool; absent when there is none or it is something else. Sees what another
     /// process has written.

@@ -1,8 +1,5 @@
 #include "MenubarApp/Settings/ListControl.h"
 
-#include "MenubarApp/Settings/ListItemIds.h"
-
-#include <cstddef>
 #include <utility>
 
 namespace menubar {
@@ -36,11 +33,29 @@ View itemRow(const ListControl& control, const Items& items, std::size_t index, 
 
 } // namespace
 
+const std::vector<std::string>& ListItemIds::ids(const std::string& name, std::size_t count) {
+    std::vector<std::string>& list = m_lists[name];
+    if (list.size() > count) {
+        list.resize(count);
+    }
+    while (list.size() < count) {
+        list.push_back("item " + std::to_string(++m_last));
+    }
+    return list;
+}
+
+void ListItemIds::remove(const std::string& name, std::size_t index) {
+    const auto found = m_lists.find(name);
+    if (found != m_lists.end() && index < found->second.size()) {
+        found->second.erase(found->second.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+}
+
 View ListControl::body() const {
     std::vector<View> rows;
     rows.reserve(items.size() + 2);
     if (items.empty()) {
-        rows.push_back(view(Text{.text = "Empty", .font = Font::caption, .color = TextColor::secondary}));
+        rows.push_back(caption("Empty"));
     }
     const auto shared = std::make_shared<const std::vector<std::string>>(items);
     const std::vector<std::string>& itemIds = ids->ids(name, items.size());

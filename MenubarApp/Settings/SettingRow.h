@@ -41,25 +41,6 @@ struct SettingRow {
 
     /// Where the field's value comes from, in a few words.
     [[nodiscard]] static std::string sourceBadge(const SettingField& field);
-
-private:
-    [[nodiscard]] View titleLine() const;
-    [[nodiscard]] View control() const;
-    [[nodiscard]] View toggle() const;
-    [[nodiscard]] View number() const;
-    [[nodiscard]] View duration() const;
-    [[nodiscard]] View text() const;
-    [[nodiscard]] View list() const;
-    [[nodiscard]] View picker() const;
-    [[nodiscard]] View checkboxes() const;
-    [[nodiscard]] View path() const;
-    [[nodiscard]] View rawJSON() const;
-
-    [[nodiscard]] View textField(std::string prompt) const;
-    [[nodiscard]] Stepper stepper(double value, std::function<void(StepDirection)> onStep) const;
-    /// Labelled by the setting and described by what is wrong with it.
-    [[nodiscard]] View labelled(View control, const std::string& detail = {}) const;
-    [[nodiscard]] std::function<void(SettingValue)> setter() const;
 };
 
 } // namespace menubar

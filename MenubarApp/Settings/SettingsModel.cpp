@@ -90,18 +90,21 @@ std::shared_ptr<SettingsModel> SettingsModel::create(Environment environment, st
 SettingsModel::SettingsModel(Environment environment, std::string home, Ports ports)
     : m_environment(std::move(environment)), m_home(std::move(home)), m_plistPath(launchAgentPlistPath(m_home)),
       m_ports(std::move(ports)), m_saver(m_ports.mainLoop, m_ports.run, m_ports.log),
-      m_follower(m_ports.mainLoop, m_ports.files), m_configPath(defaultConfigPath(nullptr, m_environment, m_home)),
-      m_isDaemonInstalled(m_ports.files.exists(m_plistPath)) {}
+      m_follower(m_ports.mainLoop, m_ports.files),
+      m_state{.configPath = defaultConfigPath(nullptr, m_environment, m_home),
+              .isDaemonInstalled = m_ports.files.exists(m_plistPath)} {}
 
 // Loading
 
 void SettingsModel::load() {
-    m_editsToMakeAgain.clear();
+    m_edited.reset();
     startLoading();
 }
 
 void SettingsModel::reloadKeepingEdits() {
-    m_editsToMakeAgain = unsavedEdits();
+    if (m_form) { // else there are those of an earlier call, if any
+        m_edited = m_form;
+    }
     startLoading();
 }
 
@@ -109,20 +112,20 @@ void SettingsModel::startLoading() {
     const Change change(*this);
     const std::uint64_t generation = ++m_generation;
     m_follower.forgetLooks();
-    assign<Phase>(m_phase, Loading{});
+    assign<Phase>(m_state.phase, Loading{});
     m_hasChanged = m_hasChanged || m_form.has_value();
     m_form.reset();
-    assign<SaveState>(m_saveState, Idle{});
-    assign(m_generalErrors, {});
-    assign(m_fileChangedOnDisk, false);
-    assign(m_configPath, defaultConfigPath(m_status ? &*m_status : nullptr, m_environment, m_home));
+    assign<SaveState>(m_state.saveState, Idle{});
+    assign(m_state.generalErrors, {});
+    assign(m_state.fileChangedOnDisk, false);
+    assign(m_state.configPath, defaultConfigPath(m_status ? &*m_status : nullptr, m_environment, m_home));
     m_command = resolveCommand();
     if (!m_command) {
-        assign<Phase>(m_phase, commandNotFound());
+        assign<Phase>(m_state.phase, commandNotFound());
         return;
     }
     m_ports.mainLoop.runInBackground(
-        [weak = weak_from_this(), generation, ports = m_ports, command = *m_command, path = m_configPath] {
+        [weak = weak_from_this(), generation, ports = m_ports, command = *m_command, path = m_state.configPath] {
             const CommandResult schema = ports.run(command.executable, command.arguments(schemaArguments()));
             auto report = loadSettings(command, schema, path, ports.files);
             ports.mainLoop.post([weak, generation, report = std::move(report)]() mutable {
@@ -147,40 +150,29 @@ void SettingsModel::finishLoad(std::uint64_t generation, LoadReport report) {
     }
     const Change change(*this);
     m_hasChanged = true;
-    m_configFileExists = report.configFileExists.value_or(m_configFileExists);
+    m_state.configFileExists = report.configFileExists.value_or(m_state.configFileExists);
     if (!report.settings) {
-        m_phase = std::move(report.settings.error());
+        m_state.phase = std::move(report.settings.error());
         return;
     }
     m_follower.remember(std::move(report.settings->fileContent));
     m_form = std::move(report.settings->form);
-    makeAgain(std::exchange(m_editsToMakeAgain, {}));
+    if (const auto edited = std::exchange(m_edited, std::nullopt)) {
+        makeEditsAgain(*edited);
+    }
     applyLocks(m_status ? &*m_status : nullptr);
-    m_phase = Loaded{};
+    m_state.phase = Loaded{};
     if (const auto action = std::exchange(m_afterLoad, nullptr)) {
         action();
     }
 }
 
-std::vector<SettingsModel::Edit> SettingsModel::unsavedEdits() const {
-    if (!m_form) {
-        return m_editsToMakeAgain;
-    }
-    std::vector<Edit> edits;
-    for (const SettingField& field : m_form->fields()) {
-        if (field.isDirty()) {
-            edits.push_back({.name = field.name(), .value = field.isSet ? std::optional(field.value) : std::nullopt});
-        }
-    }
-    return edits;
-}
-
-void SettingsModel::makeAgain(const std::vector<Edit>& edits) {
-    for (const Edit& edit : edits) {
-        if (edit.value) {
-            m_form->set(edit.name, *edit.value);
-        } else {
-            m_form->reset(edit.name);
+void SettingsModel::makeEditsAgain(const SettingsForm& edited) {
+    for (const SettingField& field : edited.fields()) {
+        if (field.isDirty() && field.isSet) {
+            m_form->set(field.name(), field.value);
+        } else if (field.isDirty()) {
+            m_form->reset(field.name());
         }
     }
 }
@@ -194,11 +186,11 @@ void SettingsModel::update(const StatusFile* status, const DaemonState& state) {
         // Not its sessions and events, of which there may be thousands.
         m_status = StatusFile{.configFile = status->configFile, .configSources = status->configSources};
     }
-    assign(m_restartNeeded, ConfigNotices::restartNeeded(status, state));
-    assign(m_configErrorNotice, ConfigNotices::configError(status, state));
+    assign(m_state.restartNeeded, ConfigNotices::restartNeeded(status, state));
+    assign(m_state.configErrorNotice, ConfigNotices::configError(status, state));
     const bool hasConfig = status != nullptr && status->config;
     assign(m_liveSettings, hasConfig ? status->config->settings : std::nullopt);
-    assign(m_isDaemonInstalled, m_ports.files.exists(m_plistPath));
+    assign(m_state.isDaemonInstalled, m_ports.files.exists(m_plistPath));
     if (m_form) {
         applyLocks(status);
     }
@@ -227,12 +219,12 @@ std::optional<std::string> SettingsModel::liveValue(const SettingField& field) c
 void SettingsModel::restartDaemon() {
     {
         const Change change(*this);
-        assign<SaveState>(m_saveState, Restarting{});
+        assign<SaveState>(m_state.saveState, Restarting{});
     }
     m_ports.commands.startDaemon([weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
             const Change change(*self);
-            self->assign<SaveState>(self->m_saveState, Idle{});
+            self->assign<SaveState>(self->m_state.saveState, Idle{});
         }
     });
 }
@@ -243,7 +235,7 @@ std::string SettingsModel::commandDescription() const {
 
 std::vector<std::string> SettingsModel::waitingFor() const {
     std::vector<std::string> commands;
-    if (m_command && std::holds_alternative<Loading>(m_phase)) {
+    if (m_command && std::holds_alternative<Loading>(m_state.phase)) {
         commands.push_back(commandDescription());
     }
     if (const auto& saving = m_saver.waitingFor()) {
@@ -270,15 +262,15 @@ void SettingsModel::endTyping(std::string_view name) {
 }
 
 void SettingsModel::clearSavedMark() {
-    if (std::holds_alternative<Saved>(m_saveState)) {
-        assign<SaveState>(m_saveState, Idle{});
+    if (std::holds_alternative<Saved>(m_state.saveState)) {
+        assign<SaveState>(m_state.saveState, Idle{});
     }
 }
 
 bool SettingsModel::canSave() const {
-    const bool isBusy =
-        isSaving() || std::holds_alternative<Saving>(m_saveState) || std::holds_alternative<Restarting>(m_saveState);
-    return std::holds_alternative<Loaded>(m_phase) && m_form && !isBusy && m_form->isDirty() && m_form->isValid();
+    const bool isBusy = isSaving() || std::holds_alternative<Saving>(m_state.saveState) ||
+                        std::holds_alternative<Restarting>(m_state.saveState);
+    return std::holds_alternative<Loaded>(m_state.phase) && m_form && !isBusy && m_form->isDirty() && m_form->isValid();
 }
 
 // Following the file
@@ -287,10 +279,10 @@ void SettingsModel::checkFile() {
     if (!m_form || isSaving()) {
         return;
     }
-    m_follower.look(m_configPath, [this](const ConfigFileFollower::Content& content) {
+    m_follower.look(m_state.configPath, [this](const ConfigFileFollower::Content& content) {
         const Change change(*this);
         const bool isSame = content == m_follower.content();
-        assign(m_fileChangedOnDisk, !isSame && (m_form->isEdited() || !takeOver(content)));
+        assign(m_state.fileChangedOnDisk, !isSame && (m_form->isEdited() || !takeOver(content)));
     });
 }
 
@@ -303,13 +295,13 @@ bool SettingsModel::takeOver(const ConfigFileFollower::Content& content) {
     }
     m_form = SettingsForm(m_form->schema(), *std::move(file));
     m_follower.remember(content);
-    m_configFileExists = content.has_value();
+    m_state.configFileExists = content.has_value();
     m_hasChanged = true;
     applyLocks(m_status ? &*m_status : nullptr);
     // What the daemon said of the form before is not about this one.
-    assign(m_generalErrors, {});
-    if (std::holds_alternative<SaveFailed>(m_saveState)) {
-        assign<SaveState>(m_saveState, Idle{});
+    assign(m_state.generalErrors, {});
+    if (std::holds_alternative<SaveFailed>(m_state.saveState)) {
+        assign<SaveState>(m_state.saveState, Idle{});
     }
     return true;
 }
@@ -321,11 +313,11 @@ void SettingsModel::save(std::function<void(const SaveOutcome&)> completion) {
         return;
     }
     const Change change(*this);
-    assign<SaveState>(m_saveState, Saving{});
-    assign(m_generalErrors, {});
-    assign(m_fileChangedOnDisk, false);
+    assign<SaveState>(m_state.saveState, Saving{});
+    assign(m_state.generalErrors, {});
+    assign(m_state.fileChangedOnDisk, false);
     m_follower.forgetLooks();
-    m_saver.save({.command = *m_command, .form = *m_form, .path = m_configPath, .loaded = m_follower.content()},
+    m_saver.save({.command = *m_command, .form = *m_form, .path = m_state.configPath, .loaded = m_follower.content()},
                  [weak = weak_from_this(), generation = m_generation,
                   completion = std::move(completion)](const SaveRequest& request, const SaveReport& report) {
                      if (const auto self = weak.lock()) {
@@ -343,7 +335,7 @@ void SettingsModel::finishSave(const SaveRequest& request, std::uint64_t generat
     const bool isOfThisForm = generation == m_generation && m_form;
     const bool isSaved = report.outcome.isSaved();
     if (isOfThisForm) {
-        m_fileChangedOnDisk = report.foundChange;
+        m_state.fileChangedOnDisk = report.foundChange;
         if (report.placed) {
             m_follower.remember(report.placed);
         }
@@ -351,13 +343,13 @@ void SettingsModel::finishSave(const SaveRequest& request, std::uint64_t generat
             m_form->markSaved(request.form);
         } else if (const auto* rejected = report.outcome.rejected()) {
             m_form->applyErrors(stillTrue(rejected->fields, request.form, *m_form));
-            m_generalErrors = rejected->general;
+            m_state.generalErrors = rejected->general;
         }
     } else if (report.placed && !(m_form && m_form->isEdited())) {
         startLoading(); // what was loaded while the save ran may be the file as it was before
     }
-    m_configFileExists = m_configFileExists || isSaved;
-    m_saveState =
+    m_state.configFileExists = m_state.configFileExists || isSaved;
+    m_state.saveState =
         isSaved ? SaveState(Saved{m_ports.clock.now()}) : SaveFailed{failureMessage(report.outcome, request.path)};
     m_ports.log(logLine(report.outcome, request.path));
 }

@@ -40,13 +40,9 @@ class MainLoop;
 /// that never ends therefore stops nothing but the saving that waits for it: see `waitingFor`.
 class SettingsModel final : public std::enable_shared_from_this<SettingsModel> {
 public:
-    struct Loading {
-        bool operator==(const Loading&) const = default;
-    };
+    struct Loading : std::monostate {};
 
-    struct Loaded {
-        bool operator==(const Loaded&) const = default;
-    };
+    struct Loaded : std::monostate {};
 
     using Phase = std::variant<SettingsLoadFailure, Loading, Loaded>;
 
@@ -60,19 +56,29 @@ public:
         bool operator==(const SaveFailed&) const = default;
     };
 
-    struct Idle {
-        bool operator==(const Idle&) const = default;
-    };
+    struct Idle : std::monostate {};
 
-    struct Saving {
-        bool operator==(const Saving&) const = default;
-    };
+    struct Saving : std::monostate {};
 
-    struct Restarting {
-        bool operator==(const Restarting&) const = default;
-    };
+    struct Restarting : std::monostate {};
 
     using SaveState = std::variant<Saved, SaveFailed, Idle, Saving, Restarting>;
+
+    /// What is known besides the form.
+    struct State {
+        Phase phase = Loading{};
+        std::string configPath{};
+        bool configFileExists = false; ///< at the last load or save
+        SaveState saveState = Idle{};
+        std::vector<std::string> generalErrors{}; ///< about the rejected file, those that belong to no field
+        bool restartNeeded = false;               ///< the daemon runs on an older reading of the file
+        std::optional<ConfigNotice::Error> configErrorNotice{};
+        bool isDaemonInstalled = false; ///< whether the launch agent's property list exists
+        /// Another program has changed the file since it was loaded: `checkFile` saw it, or the last save was refused
+        /// for it. Nothing is lost: the file and the edits are both as they were. `load` takes the file,
+        /// `reloadKeepingEdits` brings both together.
+        bool fileChangedOnDisk = false;
+    };
 
     /// What the model reaches the world through. The references outlive the model and every command it starts.
     struct Ports {
@@ -135,36 +141,13 @@ public:
 
     // State for the shell
 
-    [[nodiscard]] const Phase& phase() const { return m_phase; }
+    [[nodiscard]] const State& state() const { return m_state; }
 
     /// Null until a load has succeeded. Valid until the next event.
     [[nodiscard]] const SettingsForm* form() const { return m_form ? &*m_form : nullptr; }
 
-    [[nodiscard]] const std::string& configPath() const { return m_configPath; }
-
-    /// At the last load or save.
-    [[nodiscard]] bool configFileExists() const { return m_configFileExists; }
-
     /// The command line that prints the schema; empty while none is known.
     [[nodiscard]] std::string commandDescription() const;
-
-    [[nodiscard]] const SaveState& saveState() const { return m_saveState; }
-
-    /// The daemon's messages about the rejected file that belong to no field.
-    [[nodiscard]] const std::vector<std::string>& generalErrors() const { return m_generalErrors; }
-
-    /// The daemon runs on an older reading of the file.
-    [[nodiscard]] bool restartNeeded() const { return m_restartNeeded; }
-
-    [[nodiscard]] const std::optional<ConfigNotice::Error>& configErrorNotice() const { return m_configErrorNotice; }
-
-    /// Whether the launch agent's property list exists.
-    [[nodiscard]] bool isDaemonInstalled() const { return m_isDaemonInstalled; }
-
-    /// Another program has changed the file since it was loaded: `checkFile` saw it, or the last save was refused for
-    /// it. Nothing is lost: the file and the edits are both as they were. `load` takes the file, `reloadKeepingEdits`
-    /// brings both together.
-    [[nodiscard]] bool fileChangedOnDisk() const { return m_fileChangedOnDisk; }
 
     /// A save has been started and is not over, whatever `saveState` says since.
     [[nodiscard]] bool isSaving() const { return m_saver.waitingFor().has_value(); }
@@ -180,12 +163,6 @@ public:
     // Calls to the shell: see Ports.
 
 private:
-    /// One field's unsaved state, to be made again in another form.
-    struct Edit {
-        std::string name;
-        std::optional<SettingValue> value; ///< nothing: the key is left out
-    };
-
     /// Notifies at its end, the outermost one of several, when anything was changed within.
     class Change;
 
@@ -196,8 +173,7 @@ private:
     [[nodiscard]] std::optional<LaunchAgentCommand> resolveCommand() const;
     void startLoading();
     void finishLoad(std::uint64_t generation, LoadReport report);
-    [[nodiscard]] std::vector<Edit> unsavedEdits() const;
-    void makeAgain(const std::vector<Edit>& edits);
+    void makeEditsAgain(const SettingsForm& edited);
     void applyLocks(const StatusFile* status);
     [[nodiscard]] bool takeOver(const ConfigFileFollower::Content& content);
     void finishSave(const SaveRequest& request, std::uint64_t generation, const SaveReport& report);
@@ -210,23 +186,14 @@ private:
     SettingsSaver m_saver;
     ConfigFileFollower m_follower;
 
-    Phase m_phase = Loading{};
+    State m_state;
     std::optional<SettingsForm> m_form;
-    std::string m_configPath;
-    bool m_configFileExists = false;
-    SaveState m_saveState = Idle{};
-    std::vector<std::string> m_generalErrors;
-    bool m_restartNeeded = false;
-    std::optional<ConfigNotice::Error> m_configErrorNotice;
     std::optional<JSONValue::Object> m_liveSettings; ///< what the running daemon reports, by key
-    bool m_isDaemonInstalled = false;
-    bool m_fileChangedOnDisk = false;
-
-    std::optional<StatusFile> m_status; ///< of the last poll, what it says about the configuration
+    std::optional<StatusFile> m_status;              ///< of the last poll, what it says about the configuration
     std::function<void()> m_afterLoad;
     std::optional<LaunchAgentCommand> m_command;
-    std::vector<Edit> m_editsToMakeAgain;
-    std::uint64_t m_generation = 0; ///< of the form: each load begins a new one
+    std::optional<SettingsForm> m_edited; ///< its unsaved edits are to be made again in the form to come
+    std::uint64_t m_generation = 0;       ///< of the form: each load begins a new one
 
     int m_changeDepth = 0;
     bool m_hasChanged = false;

@@ -16,10 +16,6 @@ constexpr double mostErrorsHeight = 96.0;
 constexpr Insets screenPadding = Insets::all(20.0);
 constexpr Insets footerPadding = Insets::symmetric(12.0, 20.0);
 
-View caption(std::string text, TextColor color = TextColor::secondary) {
-    return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
-}
-
 View selectableCaption(std::string text) {
     return view(
         Text{.text = std::move(text), .font = Font::caption, .color = TextColor::secondary, .selectable = true});
@@ -67,123 +63,181 @@ View loading(const std::vector<std::string>& waitingFor) {
         .withPadding(screenPadding);
 }
 
+/// What the window is made of.
+struct Screen : SettingsView {
+    View whole() const { return view(VStack{.spacing = 0.0}, content(), view(Divider{}), footer()); }
+
+    View content() const {
+        if (const auto* reason = std::get_if<SettingsLoadFailure>(&state.phase)) {
+            return failure(*reason);
+        }
+        if (std::holds_alternative<SettingsModel::Loaded>(state.phase) && state.form != nullptr) {
+            return settings();
+        }
+        return loading(state.waitingFor);
+    }
+
+    View failure(const SettingsLoadFailure& reason) const {
+        return view(ScrollView{.spacing = 12.0}, view(Spacer{}),
+                    view(VStack{.spacing = 12.0, .alignment = HorizontalAlignment::center},
+                         headline("exclamationmark.triangle", "Error", TextColor::orange, reason.title),
+                         view(Text{.text = reason.detail, .selectable = true}),
+                         view(Button{.title = "Try again", .onPress = actions.tryAgain}))
+                        .fillingWidth(),
+                    view(Spacer{}))
+            .withId("failed")
+            .withPadding(screenPadding);
+    }
+
+    View settings() const {
+        std::vector<View> sections;
+        if (auto rows = banners(); !rows.empty()) {
+            sections.push_back(section({}, std::move(rows)).withId("banners"));
+        }
+        std::map<std::string, std::size_t> seen; // names that the schema lists twice
+        for (const SettingsGroup& group : state.form->schema().groups) {
+            std::vector<View> rows;
+            for (const SettingField* field : state.form->fields(group)) {
+                rows.push_back(SettingRow{.field = *field,
+                                          .liveValue = state.liveValue ? state.liveValue(*field) : std::nullopt,
+                                          .actions = actions.row,
+                                          .listIds = listIds,
+                                          .ordinal = seen[field->name()]++}
+                                   .body());
+            }
+            sections.push_back(section(group.title, std::move(rows)).withId("group " + group.id));
+        }
+        return form(std::move(sections)).withId("form");
+    }
+
+    // Banners
+
+    std::vector<View> banners() const {
+        std::vector<View> rows;
+        if (state.fileChangedOnDisk) {
+            rows.push_back(changedFileBanner());
+        }
+        if (state.configErrorNotice) {
+            rows.push_back(errorBanner(*state.configErrorNotice));
+        }
+        if (state.restartNeeded) {
+            rows.push_back(restartBanner());
+        }
+        if (const auto keys = state.form->unknownKeys(); !keys.empty()) {
+            rows.push_back(unknownKeysBanner(keys));
+        }
+        return rows;
+    }
+
+    View restartBanner() const {
+        return view(HStack{},
+                    headline(
+                        "arrow.clockwise", "Restart needed", TextColor::orange,
+                        "The config file changed after the daemon read it. Restart the daemon to apply the change."),
+                    view(Spacer{}),
+                    view(Button{.title = "Restart daemon", .enabled = !isRestarting(), .onPress = actions.restart}))
+            .withId("restart needed");
+    }
+
+    View changedFileBanner() const {
+        const bool isEdited = state.form->isEdited();
+        View choice =
+            view(HStack{},
+                 caption(isEdited ? "Reload drops your edits. Keep my edits loads the file and makes them again."
+                                  : "Reload shows what it holds now.")
+                     .fillingWidth(),
+                 view(Button{.title = "Reload", .onPress = actions.load}));
+        if (isEdited) {
+            choice.children.push_back(view(Button{.title = "Keep my edits", .onPress = actions.keepEdits}));
+        }
+        return view(VStack{.spacing = bannerSpacing},
+                    headline("arrow.triangle.2.circlepath", "Changed", TextColor::orange,
+                             "Another program has changed the config file since it was loaded."),
+                    std::move(choice))
+            .withId("file changed");
+    }
+
+    // Footer
+
+    bool isRestarting() const { return std::holds_alternative<SettingsModel::Restarting>(state.saveState); }
+
+    View footer() const {
+        std::vector<View> lines;
+        const std::string status = statusLine();
+        std::string tooltip; // what two lines may not hold
+        if (!state.waitingFor.empty()) {
+            tooltip = "Waiting for: " + joined(state.waitingFor, "\n");
+        } else if (std::holds_alternative<SettingsModel::SaveFailed>(state.saveState)) {
+            tooltip = status;
+        }
+        lines.push_back(view(Text{.text = status,
+                                  .font = Font::caption,
+                                  .color = TextColor::secondary,
+                                  .selectable = true,
+                                  .lineLimit = 2})
+                            .withId("status")
+                            .withTooltip(tooltip));
+        const bool isLoading = std::holds_alternative<SettingsModel::Loading>(state.phase);
+        const bool isLoaded = std::holds_alternative<SettingsModel::Loaded>(state.phase);
+        if (isLoaded || (!isLoading && state.configFileExists)) { // else nobody knows yet
+            lines.push_back(
+                selectableCaption(state.configFileExists
+                                      ? "Editing " + state.configPath
+                                      : "No config file yet; defaults shown. It will be written to " + state.configPath)
+                    .withId("file"));
+        }
+        if (!state.generalErrors.empty()) {
+            std::vector<View> errors;
+            errors.reserve(state.generalErrors.size());
+            for (const std::string& error : state.generalErrors) {
+                errors.push_back(
+                    view(Text{.text = error, .font = Font::caption, .color = TextColor::red, .selectable = true}));
+            }
+            // However many there are, the buttons stay within the window.
+            lines.push_back(
+                viewOf(ScrollView{.spacing = 2.0}, std::move(errors)).withId("errors").withMaxHeight(mostErrorsHeight));
+        }
+        lines.push_back(buttons());
+        return viewOf(VStack{.spacing = footerSpacing}, std::move(lines))
+            .withId("footer")
+            .fillingWidth()
+            .withPadding(footerPadding);
+    }
+
+    View buttons() const {
+        const bool isBusy = isRestarting() || std::holds_alternative<SettingsModel::Saving>(state.saveState);
+        return view(HStack{}, view(Spacer{}),
+                    view(Button{.title = "Cancel", .shortcut = KeyShortcut::cancelAction, .onPress = actions.close}),
+                    view(Button{.title = "Restart daemon",
+                                .enabled = state.isDaemonInstalled && !isBusy,
+                                .onPress = actions.restart})
+                        .withTooltip(state.isDaemonInstalled
+                                         ? "Run launchctl kickstart on the daemon so it reads the config file again"
+                                         : "Daemon not installed (run: ostrel install)"),
+                    view(Button{.title = "Save",
+                                .shortcut = KeyShortcut::commandS,
+                                .enabled = state.canSave,
+                                .onPress = actions.save})
+                        .withTooltip("Validate through the daemon and write the config file (Cmd-S)"))
+            .withId("buttons")
+            .withPadding({.top = 8.0, .leading = 0.0, .bottom = 0.0, .trailing = 0.0});
+    }
+};
+
 } // namespace
 
 SettingsViewState SettingsViewState::of(const SettingsModel& model, TimeZone timeZone) {
-    return {
-        .phase = model.phase(),
-        .form = model.form(),
-        .configPath = model.configPath(),
-        .configFileExists = model.configFileExists(),
-        .saveState = model.saveState(),
-        .generalErrors = model.generalErrors(),
-        .restartNeeded = model.restartNeeded(),
-        .configErrorNotice = model.configErrorNotice(),
-        .isDaemonInstalled = model.isDaemonInstalled(),
-        .canSave = model.canSave(),
-        .fileChangedOnDisk = model.fileChangedOnDisk(),
-        .waitingFor = model.waitingFor(),
-        .liveValue = [&model](const SettingField& field) { return model.liveValue(field); },
-        .timeZone = std::move(timeZone),
-    };
+    SettingsViewState result{model.state()};
+    result.form = model.form();
+    result.canSave = model.canSave();
+    result.waitingFor = model.waitingFor();
+    result.liveValue = [&model](const SettingField& field) { return model.liveValue(field); };
+    result.timeZone = std::move(timeZone);
+    return result;
 }
 
 View SettingsView::body() const {
-    return view(VStack{.spacing = 0.0}, content(), view(Divider{}), footer());
-}
-
-View SettingsView::content() const {
-    if (const auto* reason = std::get_if<SettingsLoadFailure>(&state.phase)) {
-        return failure(*reason);
-    }
-    if (std::holds_alternative<SettingsModel::Loaded>(state.phase) && state.form != nullptr) {
-        return settings();
-    }
-    return loading(state.waitingFor);
-}
-
-View SettingsView::failure(const SettingsLoadFailure& reason) const {
-    return view(ScrollView{.spacing = 12.0}, view(Spacer{}),
-                view(VStack{.spacing = 12.0, .alignment = HorizontalAlignment::center},
-                     headline("exclamationmark.triangle", "Error", TextColor::orange, reason.title),
-                     view(Text{.text = reason.detail, .selectable = true}),
-                     view(Button{.title = "Try again", .onPress = actions.tryAgain}))
-                    .fillingWidth(),
-                view(Spacer{}))
-        .withId("failed")
-        .withPadding(screenPadding);
-}
-
-View SettingsView::settings() const {
-    std::vector<View> sections;
-    if (auto rows = banners(); !rows.empty()) {
-        sections.push_back(section({}, std::move(rows)).withId("banners"));
-    }
-    std::map<std::string, std::size_t> seen; // names that the schema lists twice
-    for (const SettingsGroup& group : state.form->schema().groups) {
-        std::vector<View> rows;
-        for (const SettingField* field : state.form->fields(group)) {
-            rows.push_back(SettingRow{.field = *field,
-                                      .liveValue = state.liveValue ? state.liveValue(*field) : std::nullopt,
-                                      .actions = actions.row,
-                                      .listIds = listIds,
-                                      .ordinal = seen[field->name()]++}
-                               .body());
-        }
-        sections.push_back(section(group.title, std::move(rows)).withId("group " + group.id));
-    }
-    return form(std::move(sections)).withId("form");
-}
-
-// Banners
-
-std::vector<View> SettingsView::banners() const {
-    std::vector<View> rows;
-    if (state.fileChangedOnDisk) {
-        rows.push_back(changedFileBanner());
-    }
-    if (state.configErrorNotice) {
-        rows.push_back(errorBanner(*state.configErrorNotice));
-    }
-    if (state.restartNeeded) {
-        rows.push_back(restartBanner());
-    }
-    if (const auto keys = state.form->unknownKeys(); !keys.empty()) {
-        rows.push_back(unknownKeysBanner(keys));
-    }
-    return rows;
-}
-
-View SettingsView::restartBanner() const {
-    return view(HStack{},
-                headline("arrow.clockwise", "Restart needed", TextColor::orange,
-                         "The config file changed after the daemon read it. Restart the daemon to apply the change."),
-                view(Spacer{}),
-                view(Button{.title = "Restart daemon", .enabled = !isRestarting(), .onPress = actions.restart}))
-        .withId("restart needed");
-}
-
-View SettingsView::changedFileBanner() const {
-    const bool isEdited = state.form->isEdited();
-    View choice = view(HStack{},
-                       caption(isEdited ? "Reload drops your edits. Keep my edits loads the file and makes them again."
-                                        : "Reload shows what it holds now.")
-                           .fillingWidth(),
-                       view(Button{.title = "Reload", .onPress = actions.load}));
-    if (isEdited) {
-        choice.children.push_back(view(Button{.title = "Keep my edits", .onPress = actions.keepEdits}));
-    }
-    return view(VStack{.spacing = bannerSpacing},
-                headline("arrow.triangle.2.circlepath", "Changed", TextColor::orange,
-                         "Another program has changed the config file since it was loaded."),
-                std::move(choice))
-        .withId("file changed");
-}
-
-// Footer
-
-bool SettingsView::isRestarting() const {
-    return std::holds_alternative<SettingsModel::Restarting>(state.saveState);
+    return Screen{*this}.whole();
 }
 
 std::string SettingsView::statusLine() const {
@@ -212,68 +266,6 @@ std::string SettingsView::statusLine() const {
     };
 
     return std::visit(Line{state}, state.saveState);
-}
-
-View SettingsView::footer() const {
-    std::vector<View> lines;
-    const std::string status = statusLine();
-    std::string tooltip; // what two lines may not hold
-    if (!state.waitingFor.empty()) {
-        tooltip = "Waiting for: " + joined(state.waitingFor, "\n");
-    } else if (std::holds_alternative<SettingsModel::SaveFailed>(state.saveState)) {
-        tooltip = status;
-    }
-    lines.push_back(view(Text{.text = status,
-                              .font = Font::caption,
-                              .color = TextColor::secondary,
-                              .selectable = true,
-                              .lineLimit = 2})
-                        .withId("status")
-                        .withTooltip(tooltip));
-    const bool isLoading = std::holds_alternative<SettingsModel::Loading>(state.phase);
-    const bool isLoaded = std::holds_alternative<SettingsModel::Loaded>(state.phase);
-    if (isLoaded || (!isLoading && state.configFileExists)) { // else nobody knows yet
-        lines.push_back(
-            selectableCaption(state.configFileExists
-                                  ? "Editing " + state.configPath
-                                  : "No config file yet; defaults shown. It will be written to " + state.configPath)
-                .withId("file"));
-    }
-    if (!state.generalErrors.empty()) {
-        std::vector<View> errors;
-        errors.reserve(state.generalErrors.size());
-        for (const std::string& error : state.generalErrors) {
-            errors.push_back(
-                view(Text{.text = error, .font = Font::caption, .color = TextColor::red, .selectable = true}));
-        }
-        // However many there are, the buttons stay within the window.
-        lines.push_back(
-            viewOf(ScrollView{.spacing = 2.0}, std::move(errors)).withId("errors").withMaxHeight(mostErrorsHeight));
-    }
-    lines.push_back(buttons());
-    return viewOf(VStack{.spacing = footerSpacing}, std::move(lines))
-        .withId("footer")
-        .fillingWidth()
-        .withPadding(footerPadding);
-}
-
-View SettingsView::buttons() const {
-    const bool isBusy = isRestarting() || std::holds_alternative<SettingsModel::Saving>(state.saveState);
-    return view(HStack{}, view(Spacer{}),
-                view(Button{.title = "Cancel", .shortcut = KeyShortcut::cancelAction, .onPress = actions.close}),
-                view(Button{.title = "Restart daemon",
-                            .enabled = state.isDaemonInstalled && !isBusy,
-                            .onPress = actions.restart})
-                    .withTooltip(state.isDaemonInstalled
-                                     ? "Run launchctl kickstart on the daemon so it reads the config file again"
-                                     : "Daemon not installed (run: ostrel install)"),
-                view(Button{.title = "Save",
-                            .shortcut = KeyShortcut::commandS,
-                            .enabled = state.canSave,
-                            .onPress = actions.save})
-                    .withTooltip("Validate through the daemon and write the config file (Cmd-S)"))
-        .withId("buttons")
-        .withPadding({.top = 8.0, .leading = 0.0, .bottom = 0.0, .trailing = 0.0});
 }
 
 } // namespace menubar

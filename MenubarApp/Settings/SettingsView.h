@@ -18,18 +18,9 @@ namespace menubar {
 class ListItemIds;
 
 /// All that the settings window shows, at one moment.
-struct SettingsViewState {
-    SettingsModel::Phase phase = SettingsModel::Loading{};
+struct SettingsViewState : SettingsModel::State {
     const SettingsForm* form = nullptr; ///< not null once loaded
-    std::string configPath{};
-    bool configFileExists = false;
-    SettingsModel::SaveState saveState = SettingsModel::Idle{};
-    std::vector<std::string> generalErrors{};
-    bool restartNeeded = false;
-    std::optional<ConfigNotice::Error> configErrorNotice{};
-    bool isDaemonInstalled = false;
     bool canSave = false;
-    bool fileChangedOnDisk = false;
     std::vector<std::string> waitingFor{}; ///< command lines
     /// A field's value in the running daemon; may be empty.
     std::function<std::optional<std::string>(const SettingField&)> liveValue{};
@@ -61,17 +52,6 @@ struct SettingsView {
 
     /// What the window says about saving and restarting.
     [[nodiscard]] std::string statusLine() const;
-
-private:
-    [[nodiscard]] View content() const;
-    [[nodiscard]] View failure(const SettingsLoadFailure& reason) const;
-    [[nodiscard]] View settings() const;
-    [[nodiscard]] std::vector<View> banners() const;
-    [[nodiscard]] View restartBanner() const;
-    [[nodiscard]] View changedFileBanner() const;
-    [[nodiscard]] View footer() const;
-    [[nodiscard]] View buttons() const;
-    [[nodiscard]] bool isRestarting() const;
 };
 
 } // namespace menubar

@@ -3,7 +3,7 @@
 #include "MenubarApp/Platform/Clock.h"
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
-#include "MenubarApp/Settings/ListItemIds.h"
+#include "MenubarApp/Settings/ListControl.h"
 #include "MenubarApp/Settings/SettingsModel.h"
 #include "MenubarApp/View/ViewPresenter.h"
 #include "MenubarCore/Text/Tilde.h"
@@ -71,11 +71,11 @@ View SettingsWindowController::body() const {
 }
 
 SettingsViewActions SettingsWindowController::makeActions() {
-    const std::weak_ptr weak = weak_from_this();
-    const auto promoted = [weak](void (*act)(SettingsWindowController&)) {
-        return [weak, act] {
+    /// Calls `act` with this object, if it is still there.
+    const auto promoted = [weak = weak_from_this()](auto act) {
+        return [weak, act](const auto&... arguments) {
             if (const auto self = weak.lock()) {
-                act(*self);
+                act(*self, arguments...);
             }
         };
     };
@@ -91,30 +91,14 @@ SettingsViewActions SettingsWindowController::makeActions() {
         .tryAgain = promoted([](Self& self) { self.m_model->tryAgain(); }),
         .load = promoted([](Self& self) { self.m_model->load(); }),
         .keepEdits = promoted([](Self& self) { self.m_model->reloadKeepingEdits(); }),
-        .row = {.edit =
-                    [model = std::weak_ptr(m_model)](const std::function<void(SettingsForm&)>& change) {
-                        if (const auto strong = model.lock()) {
-                            strong->edit(change);
-                        }
-                    },
-                .endTyping =
-                    [model = std::weak_ptr(m_model)](const std::string& name) {
-                        if (const auto strong = model.lock()) {
-                            strong->endTyping(name);
-                        }
-                    },
-                .choosePath =
-                    [weak](const SettingSpec& spec) {
-                        if (const auto self = weak.lock()) {
-                            self->choosePath(spec);
-                        }
-                    },
-                .focus =
-                    [weak](const std::string& viewId) {
-                        if (const auto self = weak.lock(); self && self->m_presenter) {
-                            self->m_presenter->focus(viewId);
-                        }
-                    }},
+        .row = {.edit = promoted([](Self& self, const auto& change) { self.m_model->edit(change); }),
+                .endTyping = promoted([](Self& self, const std::string& name) { self.m_model->endTyping(name); }),
+                .choosePath = promoted([](Self& self, const SettingSpec& spec) { self.choosePath(spec); }),
+                .focus = promoted([](Self& self, const std::string& viewId) {
+                    if (self.m_presenter) {
+                        self.m_presenter->focus(viewId);
+                    }
+                })},
     };
 }
 
@@ -169,7 +153,7 @@ void SettingsWindowController::scrollToFirstError() {
 }
 
 void SettingsWindowController::offerRestart() {
-    if (!m_window || !m_model->isDaemonInstalled()) {
+    if (!m_window || !m_model->state().isDaemonInstalled) {
         return;
     }
     m_window->showAlert(
@@ -220,7 +204,7 @@ void SettingsWindowController::installSaveOnOpenHook() {
 
 void SettingsWindowController::saveOnOpen() {
     m_ports.log("save-on-open: setting warn-context to " + std::to_string(savedOnOpenValue) + " and saving to " +
-                m_model->configPath());
+                m_model->state().configPath);
     m_model->edit([](SettingsForm& form) { form.set(savedOnOpenSetting, savedOnOpenValue); });
     save(AfterSave::nothing);
 }

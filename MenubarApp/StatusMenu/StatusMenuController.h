@@ -2,7 +2,7 @@
 
 #include "MenubarApp/Platform/MainLoop.h"
 #include "MenubarApp/Platform/Observers.h"
-#include "MenubarApp/StatusMenu/StatusMenuEvents.h"
+#include "MenubarApp/Platform/StatusItem.h"
 #include "MenubarApp/StatusMenu/StatusPoll.h"
 
 #include <chrono>

@@ -67,9 +67,7 @@ struct Symbol {
 };
 
 /// A hairline across the width of what holds it.
-struct Divider {
-    bool operator==(const Divider&) const = default;
-};
+struct Divider : std::monostate {};
 
 enum class ButtonStyle { bordered, borderless, small };
 
@@ -157,9 +155,7 @@ struct Picker {
 };
 
 /// A spinning wheel.
-struct Spinner {
-    bool operator==(const Spinner&) const = default;
-};
+struct Spinner : std::monostate {};
 
 /// Scrolls its content vertically.
 struct ScrollView {

@@ -262,15 +262,13 @@ void Reconciler::arrange(View& container, ControlId id) {
     collectControls(container, wanted);
     // The host has the old ones that are left, then the new ones in the order in which they were created.
     const std::unordered_set<ControlId> alive(wanted.begin(), wanted.end());
-    const std::unordered_set<ControlId> old(container.shown.order.begin(), container.shown.order.end());
-    std::vector<ControlId> present;
-    std::ranges::copy_if(container.shown.order, std::back_inserter(present),
-                         [&](ControlId c) { return alive.contains(c); });
+    std::vector<ControlId> present = std::exchange(container.shown.order, wanted);
+    std::erase_if(present, [&](ControlId c) { return !alive.contains(c); });
+    const std::unordered_set<ControlId> old(present.begin(), present.end());
     std::ranges::copy_if(wanted, std::back_inserter(present), [&](ControlId c) { return !old.contains(c); });
     if (present != wanted) {
         m_host.arrange(id, wanted);
     }
-    container.shown.order = std::move(wanted);
 
     const auto arrangeInside = [this](auto& self, View& node) -> void {
         for (View& child : node.children) {
@@ -357,21 +355,20 @@ void Reconciler::endEditing(ControlId id) {
     if (m_editing == id) {
         m_editing.reset();
     }
-    if (View* node = find(id)) {
-        reapply(*node);
-    }
+    reapply(id);
 }
 
 void Reconciler::reapplyEditedText() {
-    if (View* node = m_editing ? find(*m_editing) : nullptr) {
-        reapply(*node);
+    if (m_editing) {
+        reapply(*m_editing);
     }
 }
 
-void Reconciler::reapply(View& node) {
-    const std::string* shown = editedText(node.content);
-    if (shown != nullptr && *shown != node.shown.viewText) {
-        showText(node, node.shown.viewText);
+void Reconciler::reapply(ControlId id) {
+    View* node = find(id);
+    const std::string* shown = node == nullptr ? nullptr : editedText(node->content);
+    if (shown != nullptr && *shown != node->shown.viewText) {
+        showText(*node, node->shown.viewText);
     }
 }
 

@@ -88,7 +88,7 @@ private:
     void arrange(View& container, ControlId id);
     void updateTabOrder();
     void place(View& node);
-    void reapply(View& node);
+    void reapply(ControlId id);
     void showText(View& node, const std::string& text);
     [[nodiscard]] View* find(ControlId id);
 

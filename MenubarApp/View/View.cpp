@@ -25,6 +25,10 @@ View label(Symbol symbol, Text text) {
                 view(std::move(text)));
 }
 
+View caption(std::string text, TextColor color) {
+    return view(Text{.text = std::move(text), .font = Font::caption, .color = color});
+}
+
 View progressView(const std::string& title) {
     return view(VStack{.spacing = titleSpacing, .alignment = HorizontalAlignment::center},
                 view(Spinner{}).withAccessibility(title), view(Text{.text = title}));

@@ -99,6 +99,9 @@ template <class... Views>
 /// A symbol and a text beside it, aligned at the first line.
 [[nodiscard]] View label(Symbol symbol, Text text);
 
+/// A small text beside or below what it is about.
+[[nodiscard]] View caption(std::string text, TextColor color = TextColor::secondary);
+
 /// A spinning wheel above a text.
 [[nodiscard]] View progressView(const std::string& title);
 

@@ -1,7 +1,5 @@
 #include "MenubarApp/Settings/ListControl.h"
 
-#include "MenubarApp/Settings/ListItemIds.h"
-
 #include "tests/support/RecordingViewHost.h"
 
 #include <memory>

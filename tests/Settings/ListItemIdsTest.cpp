@@ -1,4 +1,4 @@
-#include "MenubarApp/Settings/ListItemIds.h"
+#include "MenubarApp/Settings/ListControl.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "MenubarApp/Settings/SettingRow.h"
 
-#include "MenubarApp/Settings/ListItemIds.h"
+#include "MenubarApp/Settings/ListControl.h"
 
 #include "tests/Settings/SampleSettings.h"
 #include "tests/support/RecordingViewHost.h"

@@ -37,7 +37,7 @@ TEST(SettingsFileCheck, aFileThatIsAsItWasLoadedChangesNothing) {
     harness.set("number", 5);
     check(harness);
     EXPECT_EQ(harness.changes, changes + 1);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
 }
 
 TEST(SettingsFileCheck, aFormWithoutEditsQuietlyBecomesWhatTheFileSays) {
@@ -51,7 +51,7 @@ TEST(SettingsFileCheck, aFormWithoutEditsQuietlyBecomesWhatTheFileSays) {
     EXPECT_EQ(harness.field("number").value, SettingValue(7));
     EXPECT_FALSE(harness.model->form()->isDirty());
     EXPECT_EQ(harness.model->form()->unknownKeys(), std::vector<std::string>{"other"});
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     harness.set("number", 8);
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{}) << "it is the baseline now";
     EXPECT_EQ(harness.config(), "{\n  \"number\" : 8,\n  \"other\" : 1\n}\n");
@@ -63,14 +63,14 @@ TEST(SettingsFileCheck, aFormWithEditsIsLeftAloneAndTheChangeIsTold) {
     harness.set("number", 5);
     harness.writeConfig(R"({"number":7})");
     check(harness);
-    EXPECT_TRUE(harness.model->fileChangedOnDisk());
+    EXPECT_TRUE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
     const int changes = harness.changes;
     check(harness);
     EXPECT_EQ(harness.changes, changes) << "told once";
     harness.set("number", 3);
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(7)) << "with the edits taken back the file counts";
 }
 
@@ -82,7 +82,7 @@ TEST(SettingsFileCheck, aFormWithHalfANumberIsLeftAloneToo) {
     harness.writeConfig(R"({"number":6})");
     harness.model->checkFile();
     harness.mainLoop.drain();
-    EXPECT_TRUE(harness.model->fileChangedOnDisk());
+    EXPECT_TRUE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
 }
 
@@ -94,7 +94,7 @@ TEST(SettingsFileCheck, aChangeThatWasTakenBackIsNoLongerTold) {
     check(harness);
     harness.writeConfig(R"({"number":3})");
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{});
 }
 
@@ -103,25 +103,25 @@ TEST(SettingsFileCheck, aFileThatIsNoConfigIsToldAndTakenOnceItIsOne) {
     loadNumber(harness);
     harness.writeConfig(R"({"number":)");
     check(harness);
-    EXPECT_TRUE(harness.model->fileChangedOnDisk());
+    EXPECT_TRUE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(3));
     harness.writeConfig(R"({"number":9})");
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(9));
 }
 
 TEST(SettingsFileCheck, aFileThatAppearsOrGoesIsFollowed) {
     SettingsHarness harness;
     harness.load();
-    EXPECT_FALSE(harness.model->configFileExists());
+    EXPECT_FALSE(harness.model->state().configFileExists);
     harness.writeConfig(R"({"number":7})");
     check(harness);
-    EXPECT_TRUE(harness.model->configFileExists());
+    EXPECT_TRUE(harness.model->state().configFileExists);
     EXPECT_EQ(harness.field("number").value, SettingValue(7));
     std::filesystem::remove(harness.configPath());
     check(harness);
-    EXPECT_FALSE(harness.model->configFileExists());
+    EXPECT_FALSE(harness.model->state().configFileExists);
     EXPECT_FALSE(harness.field("number").isSet);
 }
 
@@ -131,7 +131,7 @@ TEST(SettingsFileCheck, aFileThatCannotBeReadJustNowIsLookedAtAgain) {
     std::filesystem::remove(harness.configPath());
     std::filesystem::create_directory(harness.configPath());
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(3));
     std::filesystem::remove(harness.configPath());
     harness.writeConfig(R"({"number":7})");
@@ -146,7 +146,7 @@ TEST(SettingsFileCheck, whatASaveWritesIsNoChange) {
     harness.model->checkFile(); // reads before the save, is heard after it
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{});
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
 }
 
@@ -154,12 +154,12 @@ TEST(SettingsFileCheck, nothingIsLookedAtWithoutAFormOrDuringASave) {
     SettingsHarness harness;
     harness.create();
     check(harness);
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     loadNumber(harness);
     harness.set("number", 5);
     harness.duringValidation = [&](const std::string&) { harness.model->checkFile(); };
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{});
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
 }
 
 TEST(SettingsFileCheck, aLoadThatBeganSinceIsNotDisturbed) {
@@ -187,7 +187,7 @@ TEST(SettingsFileCheck, complaintsAboutTheFormBeforeGoWithIt) {
     harness.writeConfig(R"({"number":7})");
     check(harness);
     EXPECT_EQ(harness.field("number").error, std::nullopt);
-    EXPECT_THAT(harness.model->generalErrors(), IsEmpty());
+    EXPECT_THAT(harness.model->state().generalErrors, IsEmpty());
     EXPECT_EQ(harness.saveFailure(), "");
 }
 

@@ -28,11 +28,11 @@ StatusFile statusWithConfigPath(std::string path) {
 }
 
 bool isIdle(const SettingsHarness& harness) {
-    return std::holds_alternative<SettingsModel::Idle>(harness.model->saveState());
+    return std::holds_alternative<SettingsModel::Idle>(harness.model->state().saveState);
 }
 
 bool isSaving(const SettingsHarness& harness) {
-    return std::holds_alternative<SettingsModel::Saving>(harness.model->saveState());
+    return std::holds_alternative<SettingsModel::Saving>(harness.model->state().saveState);
 }
 
 } // namespace
@@ -69,14 +69,14 @@ TEST(SettingsModel, elseTheDaemonsOwnFileElseTheUsualOne) {
 TEST(SettingsModel, beginsAsLoadingWithNothingInIt) {
     SettingsHarness harness;
     harness.create();
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Loading>(harness.model->phase()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Loading>(harness.model->state().phase));
     EXPECT_EQ(harness.model->form(), nullptr);
-    EXPECT_EQ(harness.model->configPath(), harness.configPath());
-    EXPECT_FALSE(harness.model->configFileExists());
+    EXPECT_EQ(harness.model->state().configPath, harness.configPath());
+    EXPECT_FALSE(harness.model->state().configFileExists);
     EXPECT_EQ(harness.model->commandDescription(), "");
     EXPECT_TRUE(isIdle(harness));
     EXPECT_FALSE(harness.model->canSave());
-    EXPECT_FALSE(harness.model->isDaemonInstalled());
+    EXPECT_FALSE(harness.model->state().isDaemonInstalled);
     EXPECT_THAT(harness.model->waitingFor(), IsEmpty());
     EXPECT_THAT(harness.runs, IsEmpty());
 }
@@ -88,7 +88,7 @@ TEST(SettingsModel, aFileThatIsReadIsShownThroughTheSchema) {
     EXPECT_TRUE(harness.isLoaded()) << harness.loadFailure();
     EXPECT_THAT(harness.runs, ElementsAre("/opt/ostrel config schema"));
     EXPECT_EQ(harness.model->commandDescription(), "/opt/ostrel config schema");
-    EXPECT_TRUE(harness.model->configFileExists());
+    EXPECT_TRUE(harness.model->state().configFileExists);
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
     EXPECT_EQ(harness.field("text").value, SettingValue("d"));
     EXPECT_THAT(harness.model->form()->unknownKeys(), ElementsAre("extra"));
@@ -99,11 +99,11 @@ TEST(SettingsModel, withoutAFileTheDefaultsAreShownAndASaveCreatesIt) {
     SettingsHarness harness;
     harness.load();
     EXPECT_TRUE(harness.isLoaded());
-    EXPECT_FALSE(harness.model->configFileExists());
+    EXPECT_FALSE(harness.model->state().configFileExists);
     EXPECT_EQ(harness.field("text").value, SettingValue("d"));
     harness.set("number", 5);
     EXPECT_EQ(harness.save(), SaveOutcome::Saved{});
-    EXPECT_TRUE(harness.model->configFileExists());
+    EXPECT_TRUE(harness.model->state().configFileExists);
     EXPECT_EQ(harness.config(), "{\n  \"number\" : 5\n}\n");
 }
 
@@ -131,7 +131,7 @@ TEST(SettingsModel, theLaunchAgentsFlagsPrecedeTheSubcommand) {
     harness.load();
     EXPECT_TRUE(harness.isLoaded()) << harness.loadFailure();
     EXPECT_EQ(harness.model->commandDescription(), "/opt/ostrel --state /s config schema");
-    EXPECT_TRUE(harness.model->isDaemonInstalled());
+    EXPECT_TRUE(harness.model->state().isDaemonInstalled);
     harness.set("number", 5);
     harness.save();
     EXPECT_THAT(harness.runs, ElementsAre("/opt/ostrel --state /s config schema",
@@ -148,7 +148,7 @@ TEST(SettingsModel, aSchemaCommandThatFailsIsShownWithWhatItSaid) {
     harness.reload();
     EXPECT_EQ(harness.loadFailure(), "Could not load the settings schema\n/opt/ostrel config schema\nexit status 2");
     EXPECT_EQ(harness.model->form(), nullptr);
-    EXPECT_FALSE(harness.model->configFileExists()) << "nobody has looked";
+    EXPECT_FALSE(harness.model->state().configFileExists) << "nobody has looked";
 }
 
 TEST(SettingsModel, aSchemaThatCannotBeReadIsShownWithTheReason) {
@@ -173,7 +173,7 @@ TEST(SettingsModel, aConfigFileThatCannotBeReadIsShownWithItsPath) {
         harness.load();
         EXPECT_THAT(harness.loadFailure(),
                     StartsWith("The config file could not be read\n" + harness.configPath() + "\n" + each.reason));
-        EXPECT_TRUE(harness.model->configFileExists());
+        EXPECT_TRUE(harness.model->state().configFileExists);
         EXPECT_EQ(harness.config(), each.bytes);
     }
 }
@@ -207,11 +207,11 @@ TEST(SettingsModel, loadingForgetsEditsMessagesAndTheSavedMark) {
     harness.validation.stdout_ = R"({"ok":false,"errors":[{"message":"m"}]})";
     harness.set("number", 5);
     harness.save();
-    EXPECT_THAT(harness.model->generalErrors(), ElementsAre("m"));
+    EXPECT_THAT(harness.model->state().generalErrors, ElementsAre("m"));
     harness.model->load();
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Loading>(harness.model->phase()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Loading>(harness.model->state().phase));
     EXPECT_EQ(harness.model->form(), nullptr);
-    EXPECT_THAT(harness.model->generalErrors(), IsEmpty());
+    EXPECT_THAT(harness.model->state().generalErrors, IsEmpty());
     EXPECT_TRUE(isIdle(harness));
     harness.mainLoop.drain();
     EXPECT_FALSE(harness.field("number").isSet);
@@ -223,9 +223,9 @@ TEST(SettingsModel, theFileThatTheDaemonHasLoadedIsEditedFromTheNextLoadOn) {
     harness.load();
     const StatusFile status = statusWithConfigPath(other);
     harness.model->update(&status, running);
-    EXPECT_EQ(harness.model->configPath(), harness.configPath()) << "not under the hands of who edits";
+    EXPECT_EQ(harness.model->state().configPath, harness.configPath()) << "not under the hands of who edits";
     harness.reload();
-    EXPECT_EQ(harness.model->configPath(), other);
+    EXPECT_EQ(harness.model->state().configPath, other);
     EXPECT_EQ(harness.field("number").value, SettingValue(7));
 }
 
@@ -277,12 +277,12 @@ TEST(SettingsModel, theDaemonsNoticesAreTakenOver) {
     StatusFile status{.configFile = ConfigFileStatus{.changedSinceLoad = true},
                       .configError = ConfigError{.message = "bad", .path = "/c"}};
     harness.model->update(&status, running);
-    EXPECT_TRUE(harness.model->restartNeeded());
-    EXPECT_EQ(harness.model->configErrorNotice(), (ConfigNotice::Error{.message = "bad", .path = "/c"}));
+    EXPECT_TRUE(harness.model->state().restartNeeded);
+    EXPECT_EQ(harness.model->state().configErrorNotice, (ConfigNotice::Error{.message = "bad", .path = "/c"}));
     harness.model->update(&status, DaemonState::Stale{});
-    EXPECT_FALSE(harness.model->restartNeeded()) << "only a running daemon can be told to restart";
+    EXPECT_FALSE(harness.model->state().restartNeeded) << "only a running daemon can be told to restart";
     harness.model->update(nullptr, DaemonState::Missing{});
-    EXPECT_EQ(harness.model->configErrorNotice(), std::nullopt);
+    EXPECT_EQ(harness.model->state().configErrorNotice, std::nullopt);
 }
 
 TEST(SettingsModel, anUpdateThatChangesNothingIsNotAnnounced) {
@@ -302,14 +302,14 @@ TEST(SettingsModel, anUpdateThatChangesNothingIsNotAnnounced) {
 TEST(SettingsModel, theLaunchAgentIsLookedForWithEveryUpdate) {
     SettingsHarness harness;
     harness.load();
-    EXPECT_FALSE(harness.model->isDaemonInstalled());
+    EXPECT_FALSE(harness.model->state().isDaemonInstalled);
     fs::create_directories(harness.home / "Library/LaunchAgents");
     harness.home.write("Library/LaunchAgents/dev.ostrel.daemon.plist", "");
     harness.model->update(nullptr, DaemonState::Missing{});
-    EXPECT_TRUE(harness.model->isDaemonInstalled());
+    EXPECT_TRUE(harness.model->state().isDaemonInstalled);
     fs::remove_all(harness.home / "Library");
     harness.model->update(nullptr, DaemonState::Missing{});
-    EXPECT_FALSE(harness.model->isDaemonInstalled());
+    EXPECT_FALSE(harness.model->state().isDaemonInstalled);
 }
 
 TEST(SettingsModel, locksFollowTheDaemonsFlagsAndEditsStay) {
@@ -374,7 +374,8 @@ TEST(SettingsModel, aSaveValidatesThroughTheDaemonAndMarksTheForm) {
     harness.changes = 0;
     harness.model->save([&](const SaveOutcome& outcome) {
         EXPECT_EQ(outcome, SaveOutcome::Saved{});
-        EXPECT_EQ(harness.model->saveState(), SettingsModel::SaveState(SettingsModel::Saved{.at = harness.clock.time}))
+        EXPECT_EQ(harness.model->state().saveState,
+                  SettingsModel::SaveState(SettingsModel::Saved{.at = harness.clock.time}))
             << "the model knows before the caller does";
     });
     EXPECT_TRUE(isSaving(harness));
@@ -393,9 +394,9 @@ TEST(SettingsModel, theSavedMarkStaysUntilTheNextEdit) {
     harness.load();
     harness.set("number", 5);
     harness.save();
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->saveState()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->state().saveState));
     harness.model->update(nullptr, DaemonState::Missing{});
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->saveState()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->state().saveState));
     harness.set("number", 6);
     EXPECT_TRUE(isIdle(harness));
 }
@@ -435,7 +436,7 @@ TEST(SettingsModel, aRejectionIsShownAtItsFields) {
     EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number, words.");
     EXPECT_EQ(harness.field("number").error, "m2");
     EXPECT_EQ(harness.field("words").error, "m1");
-    EXPECT_THAT(harness.model->generalErrors(), ElementsAre("g"));
+    EXPECT_THAT(harness.model->state().generalErrors, ElementsAre("g"));
     EXPECT_THAT(harness.log, ElementsAre("settings rejected by config validate: "
                                          "fields=[\"number\": \"m2\", \"words\": \"m1\"] general=[\"g\"]"));
     EXPECT_EQ(harness.config(), "{}");
@@ -452,7 +453,7 @@ TEST(SettingsModel, aRejectionThatNamesNoFieldSaysOnlyThat) {
     EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file.");
     harness.validation.stdout_ = R"({"ok":true})";
     harness.model->save({});
-    EXPECT_THAT(harness.model->generalErrors(), IsEmpty()) << "a new save forgets what the last one was told";
+    EXPECT_THAT(harness.model->state().generalErrors, IsEmpty()) << "a new save forgets what the last one was told";
     harness.mainLoop.drain();
 }
 
@@ -474,7 +475,7 @@ TEST(SettingsModel, aFileThatCannotBeWrittenIsNamed) {
     harness.home.write("file", "");
     harness.environment["OSTREL_CONFIG_FILE"] = harness.home / "file/config.json";
     harness.load();
-    EXPECT_FALSE(harness.model->configFileExists());
+    EXPECT_FALSE(harness.model->state().configFileExists);
     harness.set("number", 5);
     harness.save();
     const std::string reason = "could not create the directory " + (harness.home / "file") + ": Not a directory";
@@ -580,7 +581,7 @@ TEST(SettingsModel, aSaveThatEndsAfterAReloadLeavesTheNewFormAsItIs) {
     harness.model->save({});
     harness.reload();
     EXPECT_TRUE(harness.isLoaded());
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->saveState()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Saved>(harness.model->state().saveState));
     EXPECT_EQ(harness.field("number").value, SettingValue(5)) << "what was saved is what is shown";
     EXPECT_FALSE(harness.model->form()->isDirty());
     EXPECT_THAT(harness.model->waitingFor(), IsEmpty());
@@ -600,7 +601,7 @@ TEST(SettingsModel, whatTheDaemonSaysOfALockedFieldKeepsNoSaveOff) {
     ASSERT_NE(outcome.rejected(), nullptr);
     EXPECT_THAT(outcome.rejected()->general, ElementsAre("both"));
     EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number.");
-    EXPECT_THAT(harness.model->generalErrors(), ElementsAre("both"));
+    EXPECT_THAT(harness.model->state().generalErrors, ElementsAre("both"));
     EXPECT_EQ(harness.field("words").error, std::nullopt);
     harness.set("number", 6);
     EXPECT_TRUE(harness.model->canSave());
@@ -616,7 +617,7 @@ TEST(SettingsModel, aRejectionThatComesAfterAReloadIsNotAboutTheNewForm) {
     EXPECT_TRUE(harness.isLoaded());
     EXPECT_EQ(harness.saveFailure(), "The daemon rejected the file; see number.");
     EXPECT_EQ(harness.field("number").error, std::nullopt);
-    EXPECT_THAT(harness.model->generalErrors(), IsEmpty());
+    EXPECT_THAT(harness.model->state().generalErrors, IsEmpty());
 }
 
 // Changes by others
@@ -631,7 +632,7 @@ TEST(SettingsModel, aFileThatWasChangedSinceItWasLoadedIsNotOverwritten) {
     EXPECT_EQ(harness.saveFailure(),
               "Could not write " + harness.configPath() +
                   ": the file was changed by another program after it was loaded, so it was left as it is");
-    EXPECT_TRUE(harness.model->fileChangedOnDisk());
+    EXPECT_TRUE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.config(), R"({"text":"theirs"})");
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
     EXPECT_TRUE(harness.model->canSave());
@@ -647,7 +648,7 @@ TEST(SettingsModel, aReloadThatKeepsEditsBringsBothTogether) {
     harness.writeConfig(R"({"text":"theirs","words":["b"],"more":1})");
     harness.save();
     harness.model->reloadKeepingEdits();
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     harness.mainLoop.drain();
     EXPECT_EQ(harness.field("text").value, SettingValue("theirs"));
     EXPECT_EQ(harness.field("number").value, SettingValue(5));
@@ -696,7 +697,7 @@ TEST(SettingsModel, aPlainLoadTakesTheirFileAndDropsTheEdits) {
     harness.writeConfig(R"({"number":7})");
     harness.save();
     harness.reload();
-    EXPECT_FALSE(harness.model->fileChangedOnDisk());
+    EXPECT_FALSE(harness.model->state().fileChangedOnDisk);
     EXPECT_EQ(harness.field("number").value, SettingValue(7));
 }
 
@@ -725,7 +726,7 @@ TEST(SettingsModel, aRestartGoesThroughTheLaunchAgentAndEndsIdle) {
     harness.set("number", 5);
     harness.save();
     harness.model->restartDaemon();
-    EXPECT_TRUE(std::holds_alternative<SettingsModel::Restarting>(harness.model->saveState()));
+    EXPECT_TRUE(std::holds_alternative<SettingsModel::Restarting>(harness.model->state().saveState));
     EXPECT_THAT(harness.commands.log, ElementsAre("start"));
     harness.commands.complete();
     EXPECT_TRUE(isIdle(harness));

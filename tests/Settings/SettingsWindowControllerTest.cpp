@@ -118,7 +118,7 @@ TEST_F(SettingsWindowControllerTest, pollsReachTheModelWhetherOrNotTheWindowIsOp
     m_desk.createController();
     m_desk.installDaemon();
     m_desk.poll();
-    EXPECT_TRUE(m_desk.model->isDaemonInstalled());
+    EXPECT_TRUE(m_desk.model->state().isDaemonInstalled);
 }
 
 TEST_F(SettingsWindowControllerTest, aPollThatChangesNothingTouchesNothing) {

@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "MenubarApp/AppKit/AppKitStatusItem.h"
-#include "MenubarApp/StatusMenu/StatusMenuEvents.h"
+#include "MenubarApp/Platform/StatusItem.h"
 
 #include <functional>
 #include <memory>

@@ -1,5 +1,4 @@
 #import "MenubarApp/AppKit/AppDelegate.h"
-#import "MenubarApp/AppKit/StatusMenuTarget.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarApp/AppKit/MenuRenderer.h"

@@ -148,7 +148,7 @@ void SettingsScreen::open() {
     }
     ASSERT_NE(window(), nil);
     ASSERT_TRUE(pumpUntil([this] {
-        return [window() isKeyWindow] && !std::holds_alternative<SettingsModel::Loading>(m_model->phase());
+        return [window() isKeyWindow] && !std::holds_alternative<SettingsModel::Loading>(m_model->state().phase);
     }));
     settle();
 }

@@ -99,17 +99,17 @@ struct SettingsHarness {
         return found == nullptr ? SettingField{} : *found;
     }
 
-    [[nodiscard]] bool isLoaded() const { return std::holds_alternative<SettingsModel::Loaded>(model->phase()); }
+    [[nodiscard]] bool isLoaded() const { return std::holds_alternative<SettingsModel::Loaded>(model->state().phase); }
 
     /// The failure's title, a line feed and its detail; empty when loading has not failed.
     [[nodiscard]] std::string loadFailure() const {
-        const auto* failure = std::get_if<SettingsLoadFailure>(&model->phase());
+        const auto* failure = std::get_if<SettingsLoadFailure>(&model->state().phase);
         return failure == nullptr ? "" : failure->title + "\n" + failure->detail;
     }
 
     /// The message of a failed save; empty in every other state.
     [[nodiscard]] std::string saveFailure() const {
-        const auto* failure = std::get_if<SettingsModel::SaveFailed>(&model->saveState());
+        const auto* failure = std::get_if<SettingsModel::SaveFailed>(&model->state().saveState);
         return failure == nullptr ? "" : failure->message;
     }
 

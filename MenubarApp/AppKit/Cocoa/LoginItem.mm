@@ -28,26 +28,17 @@ public:
 
     std::expected<LoginItemState, LoginItemError> turnOn() override {
         // Registering what awaits approval is an error, and no news.
-        if (state() != LoginItemState::off) {
-            return state();
-        }
         NSError* error = nil;
-        const bool isDone = [[SMAppService mainAppService] registerAndReturnError:&error];
-        return outcome(isDone || state() == LoginItemState::awaitsApproval, error);
+        if (state() == LoginItemState::off && ![[SMAppService mainAppService] registerAndReturnError:&error] &&
+            state() != LoginItemState::awaitsApproval) {
+            return std::unexpected(errorFrom(error));
+        }
+        return state();
     }
 
     std::expected<LoginItemState, LoginItemError> turnOff() override {
-        if (state() == LoginItemState::off) {
-            return LoginItemState::off;
-        }
         NSError* error = nil;
-        const bool isDone = [[SMAppService mainAppService] unregisterAndReturnError:&error];
-        return outcome(isDone, error);
-    }
-
-private:
-    std::expected<LoginItemState, LoginItemError> outcome(bool isDone, NSError* error) const {
-        if (!isDone) {
+        if (state() != LoginItemState::off && ![[SMAppService mainAppService] unregisterAndReturnError:&error]) {
             return std::unexpected(errorFrom(error));
         }
         return state();

@@ -5,7 +5,6 @@
 #include "MenubarApp/AppKit/Callback.h"
 #include "MenubarApp/AppKit/Controls/ControlAdapter.h"
 
-#include <functional>
 #include <utility>
 
 namespace menubar {
@@ -22,16 +21,18 @@ public:
     ~ActionAdapter() override { [this->native() setTarget:nil]; }
 
 protected:
-    ActionAdapter(NativeView* owned, Reporter reporter, std::function<void(const Reporter&, NativeView*)> report)
-        : AdapterFor<Content, NativeView>(owned),
-          m_target(makeCallback([reporter = std::move(reporter), report = std::move(report), view = this->native()] {
-              report(reporter, view); // not the sender: GNUstep names none before the control has been drawn
-          })) {
+    ActionAdapter(NativeView* owned, Reporter reporter)
+        : AdapterFor<Content, NativeView>(owned), m_reporter(std::move(reporter)),
+          m_target(makeCallback([this] { report(m_reporter); })) {
         [this->native() setTarget:m_target.get()];
         [this->native() setAction:@selector(call:)];
     }
 
+    /// Tells what a person has done. This object may be gone when that returns.
+    virtual void report(const Reporter& to) = 0;
+
 private:
+    const Reporter m_reporter;
     ObjCPointer<MenubarCallback> m_target;
 };
 

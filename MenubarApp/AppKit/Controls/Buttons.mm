@@ -11,8 +11,7 @@ namespace {
 class ButtonAdapter final : public ActionAdapter<Button, NSButton> {
 public:
     explicit ButtonAdapter(const Reporter& reporter)
-        : ActionAdapter([[MenubarButton alloc] initWithFrame:NSZeroRect], reporter,
-                        [](const Reporter& to, NSButton*) { to.tell(&ViewEvents::pressed); }) {
+        : ActionAdapter([[MenubarButton alloc] initWithFrame:NSZeroRect], reporter) {
         [native() setButtonType:NSButtonTypeMomentaryPushIn];
     }
 
@@ -33,6 +32,8 @@ protected:
             showShortcut(now.shortcut);
         }
     }
+
+    void report(const Reporter& to) override { to.tell(&ViewEvents::pressed); }
 
 private:
     void showSymbol(const Button& now) {
@@ -63,10 +64,7 @@ private:
 template <class Content, class NativeView>
 class StateAdapter final : public ActionAdapter<Content, NativeView> {
 public:
-    StateAdapter(NativeView* owned, const Reporter& reporter)
-        : ActionAdapter<Content, NativeView>(owned, reporter, [](const Reporter& to, NativeView* sender) {
-              to.tell(&ViewEvents::toggled, [sender state] == NSControlStateValueOn);
-          }) {}
+    StateAdapter(NativeView* owned, const Reporter& reporter) : ActionAdapter<Content, NativeView>(owned, reporter) {}
 
 protected:
     void apply(const Change<Content>& change) override {
@@ -78,6 +76,10 @@ protected:
         if (change.in(&Content::isOn)) {
             [this->native() setState:change.now.isOn ? NSControlStateValueOn : NSControlStateValueOff];
         }
+    }
+
+    void report(const Reporter& to) override {
+        to.tell(&ViewEvents::toggled, [this->native() state] == NSControlStateValueOn);
     }
 };
 

@@ -4,6 +4,8 @@
 #include "MenubarApp/AppKit/Controls/Look.h"
 #include "MenubarApp/AppKit/Conversions.h"
 
+#include <utility>
+
 namespace menubar {
 
 namespace {
@@ -13,56 +15,47 @@ namespace {
 /// arrow that leads nowhere.
 class StepperAdapter final : public ActionAdapter<Stepper, NSStepper> {
 public:
-    explicit StepperAdapter(const Reporter& reporter) : StepperAdapter(reporter, std::make_shared<State>()) {}
+    explicit StepperAdapter(const Reporter& reporter)
+        : ActionAdapter([[MenubarStepper alloc] initWithFrame:NSZeroRect], reporter) {
+        [native() setIncrement:1.0];
+        [native() setValueWraps:NO];
+        [native() setAutorepeat:YES];
+    }
 
 protected:
     void apply(const Change<Stepper>& change) override {
         const Stepper& now = change.now;
         if (change.in(&Stepper::value, &Stepper::min, &Stepper::max)) {
-            m_state->mayGoDown = !now.min || now.value > *now.min;
-            m_state->mayGoUp = !now.max || now.value < *now.max;
+            m_mayGoDown = !now.min || now.value > *now.min;
+            m_mayGoUp = !now.max || now.value < *now.max;
             const double count = [native() doubleValue];
-            [native() setMinValue:m_state->mayGoDown ? -farAway : count];
-            [native() setMaxValue:m_state->mayGoUp ? farAway : count];
+            [native() setMinValue:m_mayGoDown ? -farAway : count];
+            [native() setMaxValue:m_mayGoUp ? farAway : count];
             [native() setNeedsDisplay:YES];
             NativeLook::describeValue(native(), now.value);
+        }
+    }
+
+    void report(const Reporter& to) override {
+        const double steps = [native() doubleValue] - std::exchange(m_count, [native() doubleValue]);
+        if (steps > 0.0 && m_mayGoUp) {
+            to.tell(&ViewEvents::stepped, StepDirection::up);
+        } else if (steps < 0.0 && m_mayGoDown) {
+            to.tell(&ViewEvents::stepped, StepDirection::down);
         }
     }
 
 private:
     static constexpr double farAway = 1e9; // steps
 
-    struct State {
-        double count = 0.0; ///< when it was last looked at
-        bool mayGoUp = true;
-        bool mayGoDown = true;
-    };
-
-    StepperAdapter(const Reporter& reporter, const std::shared_ptr<State>& state)
-        : ActionAdapter([[MenubarStepper alloc] initWithFrame:NSZeroRect], reporter,
-                        [state](const Reporter& to, NSStepper* sender) { report(to, sender, *state); }),
-          m_state(state) {
-        [native() setIncrement:1.0];
-        [native() setValueWraps:NO];
-        [native() setAutorepeat:YES];
-    }
-
-    static void report(const Reporter& to, NSStepper* sender, State& state) {
-        const double steps = [sender doubleValue] - state.count;
-        state.count = [sender doubleValue];
-        if (steps > 0.0 && state.mayGoUp) {
-            to.tell(&ViewEvents::stepped, StepDirection::up);
-        } else if (steps < 0.0 && state.mayGoDown) {
-            to.tell(&ViewEvents::stepped, StepDirection::down);
-        }
-    }
-
-    const std::shared_ptr<State> m_state;
+    double m_count = 0.0; ///< when it was last looked at
+    bool m_mayGoUp = true;
+    bool m_mayGoDown = true;
 };
 
 class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
 public:
-    explicit PickerAdapter(const Reporter& reporter) : ActionAdapter(newPicker(), reporter, report) {}
+    explicit PickerAdapter(const Reporter& reporter) : ActionAdapter(newPicker(), reporter) {}
 
 protected:
     void apply(const Change<Picker>& change) override {
@@ -72,6 +65,13 @@ protected:
         if (change.in(&Picker::options, &Picker::selection)) {
             const auto& selection = change.now.selection;
             [native() selectItemAtIndex:selection ? static_cast<NSInteger>(*selection) : -1];
+        }
+    }
+
+    void report(const Reporter& to) override {
+        const NSInteger index = [native() indexOfSelectedItem];
+        if (index >= 0) {
+            to.tell(&ViewEvents::picked, static_cast<std::size_t>(index));
         }
     }
 
@@ -94,13 +94,6 @@ private:
             [menu addItem:item];
         }
         [native() setMenu:menu];
-    }
-
-    static void report(const Reporter& to, NSPopUpButton* sender) {
-        const NSInteger index = [sender indexOfSelectedItem];
-        if (index >= 0) {
-            to.tell(&ViewEvents::picked, static_cast<std::size_t>(index));
-        }
     }
 };
 
