@@ -35,6 +35,7 @@ TEST(OnATerminal, tonesAreColouredAndDisabledItemsDim) {
     const std::string menu = onTerminal(home, {"menu"});
     EXPECT_THAT(menu, HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
     EXPECT_THAT(menu, HasSubstr("\r\n  Refresh\r\n"));
+    EXPECT_THAT(onTerminal(home, {"status"}), HasSubstr("\x1b[1;31m▲ 93%\x1b[0m"));
 }
 
 TEST(OnATerminal, sessionsFitItsWidth) {
