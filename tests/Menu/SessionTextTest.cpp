@@ -92,13 +92,13 @@ TEST(SessionDetail, everyLineStandsInItsPlace) {
     api.shortId = "0123";
     api.handoff = handoff("/repo/HANDOFF.md", secondsAgo(720));
     EXPECT_EQ(detailOf(api), "45,210 of 200,000 tokens\n"
-                           "context estimate\n"
-                           "/work tree/api\n"
-                           "model provider: acme\n"
-                           "parent session: parent-1\n"
-                           "messaging: no terminal\n"
-                           "0123456789\n"
-                           "Handoff written 12m ago: /repo/HANDOFF.md");
+                             "context estimate\n"
+                             "/work tree/api\n"
+                             "model provider: acme\n"
+                             "parent session: parent-1\n"
+                             "messaging: no terminal\n"
+                             "0123456789\n"
+                             "Handoff written 12m ago: /repo/HANDOFF.md");
 }
 
 TEST(SessionDetail, aSessionWithoutAnythingToTellIsEmpty) {

@@ -1,6 +1,5 @@
-#include "MenubarCtl/OpenPlan.h"
-
 #include "MenubarApp/Platform/PosixFileManager.h"
+#include "MenubarCtl/OpenPlan.h"
 #include "MenubarCtl/ThisSystem.h"
 
 #include "tests/support/TemporaryDirectory.h"
