@@ -2,7 +2,6 @@
 
 #include "MenubarApp/Commands/log.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
-#include "MenubarApp/Platform/StandardDescriptors.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"
