@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarApp/Platform/LoginItem.h"
 #include "MenubarCore/JSON/JSONValue.h"
 #include "MenubarCtl/Context.h"

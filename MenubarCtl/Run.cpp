@@ -1,7 +1,7 @@
 #include "MenubarCtl/Run.h"
 
 #include "MenubarApp/Commands/log.h"
-#include "MenubarApp/Platform/StandardDescriptors.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarCtl/CommandLine.h"
 #include "MenubarCtl/Commands.h"

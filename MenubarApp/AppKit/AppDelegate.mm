@@ -14,7 +14,6 @@
 #include "MenubarApp/Platform/LoginRequest.h"
 #include "MenubarApp/Platform/PosixFileManager.h"
 #include "MenubarApp/Platform/ProcessEnvironment.h"
-#include "MenubarApp/Platform/StandardDescriptors.h"
 #include "MenubarApp/Platform/SystemClock.h"
 #include "MenubarApp/Settings/SaveBeforeQuit.h"
 #include "MenubarApp/Settings/SettingsModel.h"

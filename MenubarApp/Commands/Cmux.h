@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarCore/System/Environment.h"
 
 #include <functional>

@@ -17,11 +17,11 @@ void SystemCommands::focus(const std::string& workspaceId, const std::optional<s
 }
 
 void SystemCommands::notify(const std::string& title, const std::string& body, Completion completion) {
-    CommandCompletion withResult;
-    if (completion) {
-        withResult = [completion = std::move(completion)](const CommandResult&) { completion(); };
-    }
-    Notifier::notify(m_mainLoop, m_context, title, body, std::move(withResult));
+    Notifier::notify(m_mainLoop, m_context, title, body, [completion = std::move(completion)](const CommandResult&) {
+        if (completion) {
+            completion();
+        }
+    });
 }
 
 void SystemCommands::startDaemon(Completion completion) {

@@ -1,5 +1,6 @@
 #include "MenubarApp/Platform/LoginRequest.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -8,6 +9,10 @@ namespace menubar {
 namespace {
 
 using State = LoginItemState;
+using KindText = std::pair<LoginRequest::Kind, std::string_view>;
+
+constexpr std::array<KindText, 3> kinds{
+    {{LoginRequest::Kind::status, "status"}, {LoginRequest::Kind::on, "on"}, {LoginRequest::Kind::off, "off"}}};
 
 constexpr std::array<std::pair<State, std::string_view>, 3> words{
     {{State::off, "off"}, {State::on, "on"}, {State::awaitsApproval, "waiting for approval"}}};
@@ -28,22 +33,12 @@ std::string_view withoutLineFeed(std::string_view text) {
 } // namespace
 
 std::string_view LoginRequest::rawText(Kind kind) {
-    switch (kind) {
-    case Kind::status: return "status";
-    case Kind::on: return "on";
-    case Kind::off: return "off";
-    }
-    return "";
+    return std::ranges::find(kinds, kind, &KindText::first)->second;
 }
 
 std::optional<LoginRequest::Kind> LoginRequest::from(const Environment& environment) {
-    const auto found = environment.find(variable);
-    for (const Kind kind : {Kind::status, Kind::on, Kind::off}) {
-        if (found != environment.end() && found->second == rawText(kind)) {
-            return kind;
-        }
-    }
-    return std::nullopt;
+    const auto* const found = std::ranges::find(kinds, menubar::variable(environment, variable), &KindText::second);
+    return found == kinds.end() ? std::nullopt : std::optional(found->first);
 }
 
 LoginRequest::Reply LoginRequest::answer(Kind kind, LoginItem* item) {

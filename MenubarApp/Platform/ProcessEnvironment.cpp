@@ -1,8 +1,10 @@
 #include "MenubarApp/Platform/ProcessEnvironment.h"
 
+#include <csignal>
 #include <string_view>
 #include <vector>
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -41,6 +43,19 @@ Environment processEnvironment() {
 std::string homeDirectory(const Environment& environment) {
     const std::string_view home = variable(environment, "HOME");
     return home.empty() ? accountHome() : std::string(home);
+}
+
+void secureStandardDescriptors() {
+    std::signal(SIGPIPE, SIG_IGN);
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        if (::fcntl(descriptor, F_GETFD) >= 0) {
+            continue;
+        }
+        // The lowest free number is this one. It is inherited like any standard descriptor.
+        if (::open("/dev/null", O_RDONLY) < 0) { // NOLINT(android-cloexec-open)
+            return;
+        }
+    }
 }
 
 } // namespace menubar

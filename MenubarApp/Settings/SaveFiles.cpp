@@ -10,6 +10,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -119,11 +120,6 @@ private:
     FileDescriptor m_descriptor;
     int m_openError;
 };
-
-bool isLink(const std::string& path) {
-    struct stat info{};
-    return ::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
-}
 
 bool isDirectory(const std::string& path) {
     struct stat info{};
@@ -329,7 +325,8 @@ SaveFiles::Result SaveFiles::checkUnchanged() {
         }
         now = *std::move(contents);
     }
-    const bool isReplaced = m_loaded && isLink(m_path);
+    std::error_code none; // what cannot be looked at is no link
+    const bool isReplaced = m_loaded && std::filesystem::is_symlink(m_path, none);
     if (now == m_loaded && !isReplaced) {
         return {};
     }

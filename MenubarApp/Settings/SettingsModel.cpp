@@ -253,18 +253,14 @@ void SettingsModel::edit(const std::function<void(SettingsForm&)>& change) {
     const Change notice(*this);
     change(*m_form);
     m_hasChanged = true;
-    clearSavedMark();
+    if (std::holds_alternative<Saved>(m_state.saveState)) {
+        assign<SaveState>(m_state.saveState, Idle{});
+    }
 }
 
 void SettingsModel::endTyping(std::string_view name) {
     const Change change(*this);
     m_hasChanged = (m_form && m_form->endTyping(name)) || m_hasChanged;
-}
-
-void SettingsModel::clearSavedMark() {
-    if (std::holds_alternative<Saved>(m_state.saveState)) {
-        assign<SaveState>(m_state.saveState, Idle{});
-    }
 }
 
 bool SettingsModel::canSave() const {

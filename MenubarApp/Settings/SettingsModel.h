@@ -177,7 +177,6 @@ private:
     void applyLocks(const StatusFile* status);
     [[nodiscard]] bool takeOver(const ConfigFileFollower::Content& content);
     void finishSave(const SaveRequest& request, std::uint64_t generation, const SaveReport& report);
-    void clearSavedMark();
 
     const Environment m_environment;
     const std::string m_home;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MenubarApp/Commands/CommandResult.h"
+#include "MenubarApp/Commands/CommandRunner.h"
 #include "MenubarApp/Commands/log.h"
 #include "MenubarCore/Daemon/LaunchAgentCommand.h"
 #include "MenubarCore/Settings/SavePipeline.h"

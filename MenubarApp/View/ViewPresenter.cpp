@@ -71,6 +71,7 @@ const Content* ViewPresenter::enabled(ControlId id) const {
 
 /// The handler is a copy: the view that holds it is written again in the course of the call.
 template <class... Arguments>
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void ViewPresenter::act(Handler<Arguments...> handler, std::type_identity_t<Arguments>... arguments) {
     const auto self = shared_from_this();
     handler(arguments...);

@@ -1,4 +1,4 @@
-#include "MenubarApp/Platform/StandardDescriptors.h"
+#include "MenubarApp/Platform/ProcessEnvironment.h"
 
 #include <array>
 #include <cerrno>

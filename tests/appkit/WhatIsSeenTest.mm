@@ -192,7 +192,7 @@ TEST_F(SettingsAreSeen, whatTheDaemonSaysIsSeen) {
     m_screen.poll(&status);
     ASSERT_TRUE(m_screen.waitToShow("Daemon is running with: 60"));
     expectNews();
-    status.config->settings->insert_or_assign("warn-context", JSONValue(61.0));
+    (*status.config->settings)["warn-context"] = JSONValue(61.0);
     m_screen.poll(&status);
     ASSERT_TRUE(m_screen.waitToShow("Daemon is running with: 61"));
     expectNews();

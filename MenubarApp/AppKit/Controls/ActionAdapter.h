@@ -20,7 +20,7 @@ public:
 
     ~ActionAdapter() override { [this->native() setTarget:nil]; }
 
-protected:
+    /// Takes over the caller's reference.
     ActionAdapter(NativeView* owned, Reporter reporter)
         : AdapterFor<Content, NativeView>(owned), m_reporter(std::move(reporter)),
           m_target(makeCallback([this] { report(m_reporter); })) {
@@ -28,6 +28,7 @@ protected:
         [this->native() setAction:@selector(call:)];
     }
 
+protected:
     /// Tells what a person has done. This object may be gone when that returns.
     virtual void report(const Reporter& to) = 0;
 

@@ -64,7 +64,7 @@ private:
 template <class Content, class NativeView>
 class StateAdapter final : public ActionAdapter<Content, NativeView> {
 public:
-    StateAdapter(NativeView* owned, const Reporter& reporter) : ActionAdapter<Content, NativeView>(owned, reporter) {}
+    using ActionAdapter<Content, NativeView>::ActionAdapter;
 
 protected:
     void apply(const Change<Content>& change) override {

@@ -55,7 +55,7 @@ private:
 
 class PickerAdapter final : public ActionAdapter<Picker, NSPopUpButton> {
 public:
-    explicit PickerAdapter(const Reporter& reporter) : ActionAdapter(newPicker(), reporter) {}
+    using ActionAdapter::ActionAdapter;
 
 protected:
     void apply(const Change<Picker>& change) override {
@@ -76,14 +76,6 @@ protected:
     }
 
 private:
-    /// Dressed before it gets its target, which goes with the cell.
-    [[nodiscard]] static NSPopUpButton* newPicker() NS_RETURNS_RETAINED {
-        NSPopUpButton* picker = [[MenubarPicker alloc] initWithFrame:NSZeroRect pullsDown:NO];
-        NativeLook::dressPicker(picker);
-        [picker setAutoenablesItems:NO];
-        return picker;
-    }
-
     /// Items, not titles: the button would drop a title that it has already.
     void showOptions(const Picker& now) {
         NSMenu* menu = [[[NSMenu alloc] initWithTitle:@""] autorelease];
@@ -104,7 +96,11 @@ AdapterPointer makeAdapter(const Stepper&, const Reporter& reporter) {
 }
 
 AdapterPointer makeAdapter(const Picker&, const Reporter& reporter) {
-    return std::make_unique<PickerAdapter>(reporter);
+    // Dressed before it gets its target, which goes with the cell.
+    NSPopUpButton* picker = [[MenubarPicker alloc] initWithFrame:NSZeroRect pullsDown:NO];
+    NativeLook::dressPicker(picker);
+    [picker setAutoenablesItems:NO];
+    return std::make_unique<PickerAdapter>(picker, reporter);
 }
 
 } // namespace menubar

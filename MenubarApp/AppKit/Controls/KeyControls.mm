@@ -14,9 +14,8 @@ void menubar::revealFocused(NSView* view) {
 @implementation MenubarButton
 
 - (BOOL)becomeFirstResponder {
-    const BOOL becomes = [super becomeFirstResponder];
     menubar::revealFocused(self);
-    return becomes;
+    return [super becomeFirstResponder];
 }
 
 @end
@@ -24,9 +23,8 @@ void menubar::revealFocused(NSView* view) {
 @implementation MenubarSwitch
 
 - (BOOL)becomeFirstResponder {
-    const BOOL becomes = [super becomeFirstResponder];
     menubar::revealFocused(self);
-    return becomes;
+    return [super becomeFirstResponder];
 }
 
 @end
@@ -34,9 +32,8 @@ void menubar::revealFocused(NSView* view) {
 @implementation MenubarStepper
 
 - (BOOL)becomeFirstResponder {
-    const BOOL becomes = [super becomeFirstResponder];
     menubar::revealFocused(self);
-    return becomes;
+    return [super becomeFirstResponder];
 }
 
 @end
@@ -44,9 +41,8 @@ void menubar::revealFocused(NSView* view) {
 @implementation MenubarPicker
 
 - (BOOL)becomeFirstResponder {
-    const BOOL becomes = [super becomeFirstResponder];
     menubar::revealFocused(self);
-    return becomes;
+    return [super becomeFirstResponder];
 }
 
 @end

@@ -77,8 +77,17 @@ constexpr CGFloat unlimited = 1e7;
 
 class TextEditorAdapter final : public AdapterFor<TextEditor, NSScrollView> {
 public:
-    explicit TextEditorAdapter(const Reporter& reporter)
-        : TextEditorAdapter(reporter, [[MenubarTextEditor alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)]) {}
+    /// Takes over the caller's reference to `text`.
+    TextEditorAdapter(MenubarTextEditor* text, const Reporter& reporter)
+        : AdapterFor(NativeLook::newEditorScrollView(text)), m_text(ObjCPointer<MenubarTextEditor>::adopt(text)),
+          m_session(std::make_shared<TextSession>(reporter)) {
+        setUpText();
+        [native() setHasVerticalScroller:YES];
+        [native() setHasHorizontalScroller:NO];
+        [native() setAutohidesScrollers:YES];
+        [native() setDocumentView:text];
+        [text setSession:m_session];
+    }
 
     [[nodiscard]] NSView* keyView() const override { return m_text.get(); }
 
@@ -113,18 +122,6 @@ protected:
     }
 
 private:
-    /// Takes over the caller's reference to `text`.
-    TextEditorAdapter(const Reporter& reporter, MenubarTextEditor* text)
-        : AdapterFor(NativeLook::newEditorScrollView(text)), m_text(ObjCPointer<MenubarTextEditor>::adopt(text)),
-          m_session(std::make_shared<TextSession>(reporter)) {
-        setUpText();
-        [native() setHasVerticalScroller:YES];
-        [native() setHasHorizontalScroller:NO];
-        [native() setAutohidesScrollers:YES];
-        [native() setDocumentView:text];
-        [text setSession:m_session];
-    }
-
     void setUpText() {
         MenubarTextEditor* text = m_text.get();
         [text setRichText:NO];
@@ -161,7 +158,8 @@ private:
 } // namespace
 
 AdapterPointer makeAdapter(const TextEditor&, const Reporter& reporter) {
-    return std::make_unique<TextEditorAdapter>(reporter);
+    return std::make_unique<TextEditorAdapter>([[MenubarTextEditor alloc] initWithFrame:NSMakeRect(0, 0, 100, 60)],
+                                               reporter);
 }
 
 } // namespace menubar
