@@ -1,9 +1,11 @@
-# What scripts/run and scripts/accept both do, sourced by them: a scratch folder, the stand-in daemon, a display, the app
-# on it, and pictures of it. Expects $root. Whoever sources it sets its own traps; `clean_up` is what they end with.
+# What scripts/run, accept and soak do, sourced by them: a scratch folder, the stand-in daemon, a display, the app
+# on it, and pictures of it. Expects $root, and $preset where it is not the release. Whoever sources it sets its own
+# traps; `clean_up` is what they end with.
 
+preset=${preset:-release}
 # Where the app and the command line are; with a stand-in daemon those that know the other stand-ins.
-programs=$root/build/release/bin
-tools=$root/build/release/demo/bin
+programs=$root/build/$preset/bin
+tools=$root/build/$preset/demo/bin
 
 say() { printf '%s: %s\n' "$(basename "$0")" "$*"; }
 fail() { say "$*" >&2; exit 1; }
@@ -30,15 +32,16 @@ end_child() {
   kill -KILL "$1" 2>/dev/null || true
   wait "$1" 2>/dev/null || true
 }
+# build [TARGET...]: the programs, and these.
 build() {
   local log=$scratch/build.log
   say 'building'
-  (cd "$root" && cmake --preset release) >"$log" 2>&1 || { cat "$log" >&2; fail 'configuring failed'; }
-  local targets=(--target ostrel-menubar ostrel-menubarctl ostrel-demo ostrel-menubar-demo ostrel-menubarctl-demo)
+  (cd "$root" && cmake --preset "$preset") >"$log" 2>&1 || { cat "$log" >&2; fail 'configuring failed'; }
+  local targets=(--target ostrel-menubar ostrel-menubarctl ostrel-demo ostrel-menubar-demo ostrel-menubarctl-demo "$@")
   if [ -t 1 ]; then
-    (cd "$root" && cmake --build --preset release "${targets[@]}") || fail 'the build failed'
+    (cd "$root" && cmake --build --preset "$preset" "${targets[@]}") || fail 'the build failed'
   else
-    (cd "$root" && cmake --build --preset release "${targets[@]}") 2>&1 | tee "$log" | say_progress ||
+    (cd "$root" && cmake --build --preset "$preset" "${targets[@]}") 2>&1 | tee "$log" | say_progress ||
       { tail -n 50 "$log" >&2; fail 'the build failed'; }
   fi
 }
@@ -71,7 +74,7 @@ start_stand_in() {
   export HOME=$scratch/home OSTREL_DEMO_LAUNCHD=$scratch/launchd OSTREL_DEMO_RECORD=$scratch/calls
   export PATH=$tools:$PATH
   unset OSTREL_STATUS_FILE OSTREL_CONFIG_FILE
-  programs=$root/build/release/demo
+  programs=$root/build/$preset/demo
   local label=dev.ostrel.daemon
   local plist=$HOME/Library/LaunchAgents/$label.plist
   local daemon
@@ -165,10 +168,11 @@ take_settings_picture() {
 
 # Where it is: "WIDTHxHEIGHT+X+Y". Fails while there is none.
 settings_window() {
-  local id X Y WIDTH HEIGHT SCREEN WINDOW
+  local id X Y WIDTH= HEIGHT SCREEN WINDOW
   id=$(xdotool search --onlyvisible --name '^ostrel Settings$' 2>/dev/null | head -n 1)
   [ -n "$id" ] || return 1
-  eval "$(xdotool getwindowgeometry --shell "$id")"
+  eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null)"
+  [ -n "$WIDTH" ] || return 1 # it has just been closed
   printf '%sx%s+%s+%s\n' "$WIDTH" "$HEIGHT" "$X" "$Y"
 }
 
