@@ -28,7 +28,7 @@ const char* __lsan_default_suppressions() {
            "leak:libfontconfig\n" // the fonts that it lists for GNUstep
            "leak:GNUstepConfig\n" // GNUstep's configuration, which it keeps to itself
            // What GNUstep's reader leaves behind of a defaults file that it cannot read.
-           "leak:anUnreadableFileHasNoValues\n";
+           "leak:hasNoValuesWhenItCannotBeRead\n";
 }
 
 const char* __ubsan_default_options() {
