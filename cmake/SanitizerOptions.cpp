@@ -10,6 +10,7 @@ const char* __lsan_default_options();
 const char* __lsan_default_suppressions();
 const char* __ubsan_default_options();
 const char* __tsan_default_options();
+const char* __tsan_default_suppressions();
 
 const char* __asan_default_options() {
     return "fast_unwind_on_malloc=0" // or no stack would lead through libraries without frame pointers
@@ -20,19 +21,14 @@ const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
 
-/// Objects that the Debian desktop libraries allocate once and keep for the life of the process.
+/// What libraries allocate once and keep for the life of the process. Not GNUstep's libraries themselves: everything
+/// that the event loop calls has them in its stack.
 const char* __lsan_default_suppressions() {
-    return "leak:libobjc.so\n"
-           "leak:libfontconfig\n"
-           "leak:libgnustep-gui\n"
-           "leak:libgnustep-cairo\n"
-           "leak:sharedApplication\n"
-           "leak:objc_\n"
-           "leak:load_selector\n"
-           "leak:_dl_init\n"
-           "leak:GNUstepConfig\n"
+    return "leak:libobjc.so\n"    // the runtime's tables of classes and selectors
+           "leak:libfontconfig\n" // the fonts that it lists for GNUstep
+           "leak:GNUstepConfig\n" // GNUstep's configuration, which it keeps to itself
            // What GNUstep's reader leaves behind of a defaults file that it cannot read.
-           "leak:anUnreadableFileHasNoValues\n";
+           "leak:hasNoValuesWhenItCannotBeRead\n";
 }
 
 const char* __ubsan_default_options() {
@@ -40,8 +36,14 @@ const char* __ubsan_default_options() {
 }
 
 const char* __tsan_default_options() {
-    return "detect_deadlocks=0"    // GNUstep takes its locks in either order
-           ":atexit_sleep_ms=100"; // of each of the thousands of programs that the tests run; a second by default
+    return "atexit_sleep_ms=100"; // of each of the thousands of programs that the tests run; a second by default
+}
+
+/// Locks that libraries take in either order, on the main thread alone.
+const char* __tsan_default_suppressions() {
+    return "deadlock:libobjc.so\n" // the runtime's and GNUstep's, while classes are set up
+           "deadlock:libgnustep-base.so\n"
+           "deadlock:libcairo.so\n"; // a font's and the display's, at the end
 }
 
 // NOLINTEND
