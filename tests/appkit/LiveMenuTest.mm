@@ -109,16 +109,16 @@ TEST_F(LiveMenu, aCommandThatEndsWhileTheMenuIsOpenLeavesTheRowThatMayBeHighligh
     NSMenuItem* later = nil;
     std::string state;
     EXPECT_FALSE(driver::openMenu(m_item, {[&] {
-                                                    quit = driver::itemTitled(m_item.nativeMenu(), "Quit");
-                                                    m_files.files.clear();
-                                                    m_commands.complete();
-                                                },
-                                                driver::wait(), driver::wait(),
-                                                [&] {
-                                                    state = driver::openTitles().front();
-                                                    later = driver::itemTitled(m_item.nativeMenu(), "Quit");
-                                                },
-                                                driver::click("Quit")}));
+                                               quit = driver::itemTitled(m_item.nativeMenu(), "Quit");
+                                               m_files.files.clear();
+                                               m_commands.complete();
+                                           },
+                                           driver::wait(), driver::wait(),
+                                           [&] {
+                                               state = driver::openTitles().front();
+                                               later = driver::itemTitled(m_item.nativeMenu(), "Quit");
+                                           },
+                                           driver::click("Quit")}));
     EXPECT_EQ(state, "Daemon not running");
     EXPECT_NE(quit, nil);
     EXPECT_EQ(later, quit);
