@@ -19,6 +19,7 @@
 using namespace menubar;
 using menubar::e2e::Desktop;
 using menubar::e2e::eventually;
+using menubar::e2e::ScratchHome;
 using menubar::testing_support::bytesOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -34,6 +35,17 @@ protected:
     void installDaemon() const {
         desktop.home.write("Library/LaunchAgents/" + std::string(LaunchAgentLabel) + ".plist",
                            testing_support::launchAgentPlist({DEMO_PROGRAM, "watch", "--interval-ms", "600000"}));
+    }
+
+    /// Ends the daemon that the app has started, once it runs: it would outlive the test.
+    void endDaemon() const {
+        ASSERT_TRUE(eventually([&] { return std::filesystem::exists(desktop.home.statusFile()); }));
+        const std::string service = "gui/" + std::to_string(::getuid()) + "/" + std::string(LaunchAgentLabel);
+        EXPECT_EQ(ScratchHome::run({.program = DEMO_TOOLS "/launchctl",
+                                    .arguments = {"bootout", service},
+                                    .environment = desktop.home.environment})
+                      .status,
+                  0);
     }
 
     /// Validation waits until `letValidate`, and tells that it has begun.
@@ -95,6 +107,7 @@ TEST_F(SettingsDesktop, aSettingIsTypedAndSavedAndTheDaemonRestarted) {
     const std::string lines = desktop.stop();
     EXPECT_THAT(lines, HasSubstr("\nostrel-menubar: settings saved to " + desktop.home.path() +
                                  "/.config/ostrel/config.json\nostrel-menubar: save outcome: saved\n"));
+    endDaemon();
 }
 
 TEST_F(SettingsDesktop, theCloseBoxClosesAndTheMenuOpensItAnew) {
