@@ -28,7 +28,10 @@ __attribute__((constructor)) void prepare() {
 
 } // namespace
 
-extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
+extern "C" int movedTime(clockid_t clock, timespec* now) noexcept __asm__("clock_gettime");
+extern "C" int movedTimeOfDay(timeval* now, void* timezone) noexcept __asm__("gettimeofday");
+
+int movedTime(clockid_t clock, timespec* now) noexcept {
     const long result = ::syscall(SYS_clock_gettime, clock, now);
     if (result == 0 && clock == CLOCK_REALTIME && told != nullptr) {
         now->tv_sec += std::atol(told);
@@ -36,9 +39,9 @@ extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
     return static_cast<int>(result);
 }
 
-extern "C" int gettimeofday(timeval* now, void* /*timezone*/) noexcept {
+int movedTimeOfDay(timeval* now, void* /*timezone*/) noexcept {
     timespec time{};
-    const int result = clock_gettime(CLOCK_REALTIME, &time);
+    const int result = movedTime(CLOCK_REALTIME, &time);
     now->tv_sec = time.tv_sec;
     now->tv_usec = time.tv_nsec / 1000;
     return result;

@@ -19,7 +19,9 @@ std::int64_t nanoseconds(clockid_t clock) {
 
 } // namespace
 
-extern "C" int gettimeofday(timeval* now, void* /*timezone*/) noexcept {
+extern "C" int steadyTimeOfDay(timeval* now, void* timezone) noexcept __asm__("gettimeofday");
+
+int steadyTimeOfDay(timeval* now, void* /*timezone*/) noexcept {
     static const std::int64_t start = nanoseconds(CLOCK_REALTIME) - nanoseconds(CLOCK_BOOTTIME);
     const std::int64_t time = start + nanoseconds(CLOCK_BOOTTIME);
     now->tv_sec = time / second;
