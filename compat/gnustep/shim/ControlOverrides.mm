@@ -1,4 +1,4 @@
-// What GNUstep's controls do wrong. Each category replaces methods of GNUstep's own class.
+// What GNUstep's controls do wrong or not at all. Each category replaces methods of GNUstep's own class.
 #import "compat/gnustep/desktop/MenuPanel.h"
 
 #import <GNUstepGUI/GSTheme.h>
@@ -63,6 +63,15 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's switch answers neither the mouse nor the keyboard.
 @implementation NSSwitch (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(38.0, 24.0);
+}
+
+/// The focus is drawn around it.
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+    return NSInsetRect(rect, -3.0, 0.0);
+}
+
 - (void)performClick:(id)sender {
     if ([self isEnabled]) {
         [self setState:[self state] == NSControlStateValueOn ? static_cast<NSControlStateValue>(NSControlStateValueOff)
@@ -100,21 +109,17 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's pop-up menu has no scrolling, and a quick click picks what is shown again.
 @implementation NSPopUpButton (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return [[self cell] cellSize];
+}
+
 - (void)popUpPressedBy:(NSEvent*)press {
     if (![self isEnabled] || [self numberOfItems] == 0) {
         return;
     }
     [[self retain] autorelease];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
-    NSWindow* window = [self window];
-    NSRect strip = [self convertRect:[self bounds] toView:nil];
-    strip.origin = [window convertBaseToScreen:strip.origin];
-    // High enough for the menu to find room below.
-    constexpr CGFloat rowHeight = 22.0;
-    const NSRect screen = [[window screen] frame];
-    const CGFloat wanted =
-        std::min(NSHeight(screen) - 2 * rowHeight, rowHeight * static_cast<CGFloat>([self numberOfItems] + 1));
-    strip.origin.y = std::max(NSMinY(strip), NSMinY(screen) + wanted);
+    const NSRect strip = [[self window] convertRectToScreen:[self convertRect:[self bounds] toView:nil]];
     NSMenuItem* chosen = [panel.get() trackBelow:strip from:[self indexOfSelectedItem] pressedBy:press];
     if (chosen != nil) {
         [self selectItem:chosen];
@@ -145,6 +150,10 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's stepper does not answer the keyboard.
 @implementation NSStepper (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(18.0, 24.0);
+}
+
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
 }
@@ -174,6 +183,14 @@ unichar keyOf(NSEvent* event) {
     } else {
         [self interpretKeyEvents:@[ event ]];
     }
+}
+
+/// Every change of a selection would go to the pasteboard server, which is started for it, for the middle mouse button
+/// to paste. Copying reaches it as before.
+- (void)copySelection {
+}
+
+- (void)breakUndoCoalescing {
 }
 
 @end
