@@ -1,7 +1,6 @@
 #import "compat/gnustep/desktop/MenuView.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>

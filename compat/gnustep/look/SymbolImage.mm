@@ -1,7 +1,7 @@
 #import "compat/gnustep/look/SymbolImage.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
 
 #include <algorithm>
 #include <ranges>

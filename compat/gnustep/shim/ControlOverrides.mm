@@ -1,10 +1,7 @@
 // What GNUstep's controls do wrong or not at all. Each category replaces methods of GNUstep's own class.
 #import "compat/gnustep/desktop/MenuPanel.h"
 
-#import <GNUstepGUI/GSTheme.h>
-
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 
@@ -98,9 +95,18 @@ unichar keyOf(NSEvent* event) {
 }
 
 - (void)drawRect:(NSRect)dirty {
-    [[GSTheme theme] drawSwitchInRect:[self bounds] forState:[self state] enabled:[self isEnabled]];
+    const bool isOn = [self state] == NSControlStateValueOn;
+    const NSRect track = NSInsetRect([self bounds], 3.0, 2.0);
+    const CGFloat radius = NSHeight(track) / 2;
+    NSColor* fill = isOn ? Palette::highlight() : Palette::offSwitch();
+    [([self isEnabled] ? fill : [fill colorWithAlphaComponent:0.45]) setFill];
+    [[NSBezierPath bezierPathWithRoundedRect:track xRadius:radius yRadius:radius] fill];
+    const CGFloat side = NSHeight(track) - 3.0;
+    const CGFloat x = isOn ? NSMaxX(track) - side - 1.5 : NSMinX(track) + 1.5;
+    [[NSColor whiteColor] setFill];
+    [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(x, NSMinY(track) + 1.5, side, side)] fill];
     if (Drawing::focusOf(self) == Drawing::Focus::present) {
-        Drawing::drawFocusRing([self bounds], NSHeight([self bounds]) / 2);
+        Drawing::drawBezel([self bounds], nil, nil, Drawing::Focus::present, NSHeight([self bounds]) / 2);
     }
 }
 

@@ -5,7 +5,7 @@
 #import <GNUstepGUI/GSServicesManager.h>
 #import <GNUstepGUI/GSTheme.h>
 
-#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
 
 /// Distributed notifications need the daemon gdnc, which AppKit starts at launch. Nobody here listens to other
 /// processes.

@@ -114,11 +114,3 @@ constexpr double labelMargin = 2.0;
 }
 
 @end
-
-@implementation NSCell (MenubarShim)
-
-/// Labels always do.
-- (void)setTruncatesLastVisibleLine:(BOOL)truncates {
-}
-
-@end

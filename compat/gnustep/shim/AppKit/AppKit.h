@@ -67,7 +67,7 @@ constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeS
 @end
 
 @interface NSCell (MenubarShim)
-- (void)setTruncatesLastVisibleLine:(BOOL)truncates;
+- (void)setTruncatesLastVisibleLine:(BOOL)truncates; // of labels, which always do
 @end
 
 @interface NSTextView (MenubarShim)
