@@ -18,10 +18,11 @@
     NSRect _panelFrame;
 }
 
-- (instancetype)initWithAlert:(const menubar::Alert&)alert;
+/// `pressed` is called with the index of the pressed button, once the window has let go of the view.
+- (instancetype)initWithAlert:(const menubar::Alert&)alert pressed:(std::function<void(std::size_t)>)pressed;
 
-/// Called with the index of the pressed button; the view may go during the call.
-- (void)setPressed:(std::function<void(std::size_t)>)pressed;
+/// Takes it off the window; nobody is told any more.
+- (void)end;
 
 /// The NSButtons, the first first.
 - (NSArray*)buttons;

@@ -1,9 +1,11 @@
 #import "compat/gnustep/desktop/AlertView.h"
 
+#import "compat/gnustep/shim/SheetWindow.h"
+
 #include "MenubarApp/AppKit/Controls/Look.h"
 #include "MenubarApp/AppKit/Conversions.h"
 #include "MenubarCore/Text/DisplayText.h"
-#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,9 +40,10 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
 
 @implementation AlertView
 
-- (instancetype)initWithAlert:(const menubar::Alert&)alert {
+- (instancetype)initWithAlert:(const menubar::Alert&)alert pressed:(std::function<void(std::size_t)>)pressed {
     self = [super initWithFrame:NSZeroRect];
     if (self != nil) {
+        _pressed = std::move(pressed);
         _message = makeLabel(menubar::displayTitle(alert.message), menubar::Font::headline);
         _information =
             makeLabel(menubar::displayText(alert.information, menubar::LineFeeds::keep), menubar::Font::body);
@@ -70,8 +73,12 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
     [self addSubview:button.get()];
 }
 
-- (void)setPressed:(std::function<void(std::size_t)>)pressed {
-    _pressed = std::move(pressed);
+- (void)end {
+    _pressed = nullptr;
+    auto* window = static_cast<SheetWindow*>([self window]);
+    if ([window sheetView] == self) {
+        [window endSheetView];
+    }
 }
 
 - (NSArray*)buttons {
@@ -114,15 +121,9 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
     NSFrameRect(_panelFrame);
 }
 
-// What the pointer does here is the alert's; so are the keys that no button takes.
-
-- (void)mouseDown:(NSEvent*)event {
-}
-
-- (void)rightMouseDown:(NSEvent*)event {
-}
-
-- (void)scrollWheel:(NSEvent*)event {
+/// Not the window's frame, which would move the window: what the pointer does here is the alert's.
+- (NSResponder*)nextResponder {
+    return [self window];
 }
 
 /// The other Return key, on the number pad.
@@ -137,6 +138,7 @@ CGFloat place(NSTextField* label, NSRect panel, CGFloat top) {
 - (void)press:(NSButton*)sender {
     const auto keepAlive = ObjCPointer<AlertView>::retain(self);
     if (const auto pressed = std::exchange(_pressed, nullptr)) {
+        [self end];
         pressed(static_cast<std::size_t>([sender tag]));
     }
 }

@@ -30,25 +30,15 @@ class OverlaySheet final : public AlertSheet {
 public:
     OverlaySheet(SheetWindow* window, const Alert& alert, std::function<void(std::size_t)> answer)
         : m_window(ObjCPointer<SheetWindow>::retain(window)),
-          m_view(ObjCPointer<AlertView>::adopt([[AlertView alloc] initWithAlert:alert])) {
-        [m_view.get() setPressed:[window, answer = std::move(answer)](std::size_t button) {
-            const auto tell = answer; // ending the sheet lets go of this function
-            [window endSheetView];
-            tell(button);
-        }];
+          m_view(ObjCPointer<AlertView>::adopt([[AlertView alloc] initWithAlert:alert pressed:std::move(answer)])) {
         [window beginSheetView:m_view.get()];
         [window makeFirstResponder:[[m_view.get() buttons] objectAtIndex:0]];
     }
 
-    ~OverlaySheet() override {
-        [m_view.get() setPressed:nullptr];
-        if ([m_window.get() sheetView] == m_view.get()) {
-            [m_window.get() endSheetView];
-        }
-    }
+    ~OverlaySheet() override { [m_view.get() end]; }
 
 private:
-    ObjCPointer<SheetWindow> m_window;
+    ObjCPointer<SheetWindow> m_window; // which the view does not own
     ObjCPointer<AlertView> m_view;
 };
 

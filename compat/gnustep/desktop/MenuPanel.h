@@ -30,8 +30,8 @@
 /// that was chosen, nil for none. `press` is the event that opened the menu, nil when no button is down.
 - (NSMenuItem*)trackBelow:(NSRect)strip from:(NSInteger)index pressedBy:(NSEvent*)press;
 
-/// Ends the tracking of `menu`, if it is open, without choosing.
-+ (void)cancelTracking:(NSMenu*)menu;
+/// Ends the tracking without choosing.
+- (void)cancel;
 
 /// The one that is open, for tests; nil when none is.
 + (MenuPanel*)current;

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr CGFloat screenMargin = 4.0;
+constexpr CGFloat aboveMenu = 26.0; // a menu bar
 constexpr CGFloat narrowest = 180.0;
 constexpr CGFloat wheelSpeed = 44.0; // points a notch
 constexpr NSTimeInterval turn = 0.05;
@@ -27,27 +28,10 @@ NSTimeInterval now() {
 
 } // namespace
 
-@interface MenuWindow : NSWindow
-@end
-
-@implementation MenuWindow
-
-- (BOOL)canBecomeKeyWindow {
-    return YES; // for the keyboard
-}
-
-@end
-
 @implementation MenuPanel
 
 + (MenuPanel*)current {
     return openPanel;
-}
-
-+ (void)cancelTracking:(NSMenu*)menu {
-    if (openPanel != nil && openPanel->_menu.get() == menu) {
-        openPanel->_isDone = YES; // seen within a turn
-    }
 }
 
 - (instancetype)initWithMenu:(NSMenu*)menu {
@@ -56,7 +40,7 @@ NSTimeInterval now() {
         _menu = menubar::ObjCPointer<NSMenu>::retain(menu);
         const NSRect frame = NSMakeRect(0, 0, narrowest, narrowest);
         _view = menubar::ObjCPointer<MenuView>::adopt([[MenuView alloc] initWithFrame:frame]);
-        _window = menubar::Drawing::makeOverlay([MenuWindow class], NSPopUpMenuWindowLevel, _view.get());
+        _window = menubar::Drawing::makeOverlay([NSPanel class], NSPopUpMenuWindowLevel, _view.get()); // takes keys
         NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
         for (NSString* name in
              @[ NSMenuDidAddItemNotification, NSMenuDidChangeItemNotification, NSMenuDidRemoveItemNotification ]) {
@@ -69,6 +53,10 @@ NSTimeInterval now() {
 - (void)dealloc {
     [[NSNotificationCenter defaultCenter] removeObserver:self];
     [super dealloc];
+}
+
+- (void)cancel {
+    _isDone = YES; // seen within a turn
 }
 
 - (NSMenu*)menu {
@@ -87,17 +75,18 @@ NSTimeInterval now() {
     _isStale = YES;
 }
 
-/// Below the strip and flush with its left edge, moved to the left as far as the screen asks for.
+/// Below the strip and flush with its left edge, moved to the left and up as far as the screen asks for.
 - (void)layout {
     _isStale = NO;
     [_view.get() setItems:[_menu.get() itemArray]];
     const NSRect screen = [[NSScreen mainScreen] frame];
     const NSSize natural = [_view.get() naturalSize];
     const CGFloat width = std::clamp(natural.width, narrowest, std::max(narrowest, NSWidth(screen) - 2 * screenMargin));
-    const CGFloat height = std::min(natural.height, NSMinY(_strip) - NSMinY(screen) - screenMargin);
+    const CGFloat lowest = NSMinY(screen) + screenMargin;
+    const CGFloat height = std::min(natural.height, NSHeight(screen) - aboveMenu - screenMargin);
     const CGFloat rightmost = NSMaxX(screen) - screenMargin - width;
     const CGFloat x = std::max(NSMinX(screen), std::min(NSMinX(_strip), rightmost));
-    const NSRect frame = NSMakeRect(x, NSMinY(_strip) - height, width, height);
+    const NSRect frame = NSMakeRect(x, std::max(NSMinY(_strip) - height, lowest), width, height);
     if (!NSEqualRects(frame, [_window.get() frame])) {
         [_window.get() setFrame:frame display:NO];
     }
@@ -151,13 +140,17 @@ NSTimeInterval now() {
 - (void)handle:(NSEvent*)event {
     constexpr NSUInteger moved =
         NSMouseMovedMask | NSLeftMouseDraggedMask | NSRightMouseDraggedMask | NSOtherMouseDraggedMask;
+    constexpr NSUInteger pressed = NSLeftMouseDownMask | NSRightMouseDownMask | NSOtherMouseDownMask;
+    constexpr NSUInteger released = NSLeftMouseUpMask | NSRightMouseUpMask | NSOtherMouseUpMask;
     const NSUInteger kind = NSEventMaskFromType([event type]);
-    if ((kind & moved) != 0) {
-        [self mouseMoved:event];
-    } else if ((kind & (NSLeftMouseDownMask | NSRightMouseDownMask | NSOtherMouseDownMask)) != 0) {
-        [self mouseDown:event];
-    } else if ((kind & (NSLeftMouseUpMask | NSRightMouseUpMask | NSOtherMouseUpMask)) != 0) {
-        [self mouseUp:event];
+    if ((kind & (moved | pressed | released)) != 0) {
+        [self noteMouse:event];
+        [self highlightUnderMouse];
+        if ((kind & pressed) != 0 && ![self isMouseInside]) {
+            _isDone = YES;
+        } else if ((kind & released) != 0) {
+            [self mouseUp];
+        }
     } else if (kind == NSScrollWheelMask) {
         [_view.get() scrollBy:-wheelSpeed * [event deltaY]];
         [self highlightUnderMouse];
@@ -192,22 +185,7 @@ NSTimeInterval now() {
                       text:[[_view.get() itemAtIndex:row] toolTip]];
 }
 
-- (void)mouseMoved:(NSEvent*)event {
-    [self noteMouse:event];
-    [self highlightUnderMouse];
-}
-
-- (void)mouseDown:(NSEvent*)event {
-    [self noteMouse:event];
-    [self highlightUnderMouse];
-    if (![self isMouseInside]) {
-        _isDone = YES;
-    }
-}
-
-- (void)mouseUp:(NSEvent*)event {
-    [self noteMouse:event];
-    [self highlightUnderMouse];
+- (void)mouseUp {
     const bool endsClick = _pressedAt != 0.0 && now() - _pressedAt < longestClick;
     const bool endsPress = _pressedAt != 0.0;
     _pressedAt = 0.0;
@@ -228,12 +206,6 @@ NSTimeInterval now() {
     }
 }
 
-- (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step {
-    const NSInteger next = [_view.get() selectableFrom:index step:step];
-    [_view.get() setHighlighted:next];
-    [_view.get() scrollToItem:[_view.get() highlighted]];
-}
-
 - (void)keyDown:(NSEvent*)event {
     NSString* characters = [event charactersIgnoringModifiers];
     if ([characters length] == 0) {
@@ -247,13 +219,13 @@ NSTimeInterval now() {
     const auto count = static_cast<NSInteger>([_view.get() numberOfItems]);
     const unichar key = [characters characterAtIndex:0];
     if (key == NSDownArrowFunctionKey) {
-        [self moveHighlightFrom:highlighted step:1];
+        [_view.get() moveHighlightFrom:highlighted step:1];
     } else if (key == NSUpArrowFunctionKey) {
-        [self moveHighlightFrom:highlighted == [MenuView none] ? count : highlighted step:-1];
+        [_view.get() moveHighlightFrom:highlighted == [MenuView none] ? count : highlighted step:-1];
     } else if (key == NSHomeFunctionKey) {
-        [self moveHighlightFrom:-1 step:1];
+        [_view.get() moveHighlightFrom:-1 step:1];
     } else if (key == NSEndFunctionKey) {
-        [self moveHighlightFrom:count step:-1];
+        [_view.get() moveHighlightFrom:count step:-1];
     } else if (key == '\r' || key == enter || key == ' ') {
         [self chooseHighlighted];
     } else if (key == escape) {
@@ -270,6 +242,16 @@ NSTimeInterval now() {
             [self chooseHighlighted];
             return;
         }
+    }
+}
+
+@end
+
+@implementation NSMenu (MenubarShim)
+
+- (void)cancelTracking {
+    if ([openPanel menu] == self) {
+        [openPanel cancel];
     }
 }
 

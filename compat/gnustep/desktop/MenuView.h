@@ -32,8 +32,9 @@
 - (NSInteger)highlighted;
 /// Anything that is not selectable counts as none.
 - (void)setHighlighted:(NSInteger)index;
-/// The next selectable item after `index` (before it for a step of -1); `index` itself where there is none.
-- (NSInteger)selectableFrom:(NSInteger)index step:(NSInteger)step;
+/// To the next selectable item after `index` (before it for a step of -1), which is brought into sight; to `index`
+/// itself where there is none.
+- (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step;
 
 /// The item at a point of this view, whether selectable or not.
 - (NSInteger)indexAtPoint:(NSPoint)point;
@@ -42,4 +43,5 @@
 
 - (void)scrollBy:(CGFloat)distance;
 - (void)scrollToItem:(NSInteger)index;
+
 @end

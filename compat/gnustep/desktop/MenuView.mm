@@ -1,7 +1,6 @@
 #import "compat/gnustep/desktop/MenuView.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,10 +32,7 @@ CGFloat widthOf(NSString* text) {
 
 NSString* keyText(NSMenuItem* item) {
     NSString* key = [item keyEquivalent];
-    if ([key length] == 0) {
-        return @"";
-    }
-    return [@"⌘" stringByAppendingString:[key uppercaseString]];
+    return [key length] == 0 ? @"" : [@"⌘" stringByAppendingString:[key uppercaseString]];
 }
 
 CGFloat leftOf(NSMenuItem* item) {
@@ -130,18 +126,13 @@ CGFloat widthOfRows(NSArray* items) {
     [self setNeedsDisplayInRect:[self rectOfItem:_highlighted]];
 }
 
-- (NSInteger)selectableFrom:(NSInteger)index step:(NSInteger)step {
-    const auto count = static_cast<NSInteger>([self numberOfItems]);
-    for (NSInteger candidate = index + step; candidate >= 0 && candidate < count; candidate += step) {
-        if ([self isSelectable:candidate]) {
-            return candidate;
-        }
+- (void)moveHighlightFrom:(NSInteger)index step:(NSInteger)step {
+    NSInteger next = index + step;
+    while ([self itemAtIndex:next] != nil && ![self isSelectable:next]) {
+        next += step;
     }
-    return index;
-}
-
-- (CGFloat)hiddenHeight {
-    return std::max(0.0, [self naturalSize].height - NSHeight([self bounds]));
+    [self setHighlighted:[self isSelectable:next] ? next : index];
+    [self scrollToItem:_highlighted];
 }
 
 - (NSInteger)indexAtPoint:(NSPoint)point {
@@ -162,7 +153,8 @@ CGFloat widthOfRows(NSArray* items) {
 }
 
 - (void)scrollBy:(CGFloat)distance {
-    const CGFloat wanted = std::clamp(_scroll + distance, 0.0, [self hiddenHeight]);
+    const CGFloat hidden = std::max(0.0, [self naturalSize].height - NSHeight([self bounds]));
+    const CGFloat wanted = std::clamp(_scroll + distance, 0.0, hidden);
     if (wanted != _scroll) {
         _scroll = wanted;
         [self setNeedsDisplay:YES];
@@ -171,15 +163,7 @@ CGFloat widthOfRows(NSArray* items) {
 
 - (void)scrollToItem:(NSInteger)index {
     const NSRect row = [self rectOfItem:index];
-    if (NSIsEmptyRect(row)) {
-        return;
-    }
-    const NSRect inside = [self bounds];
-    if (NSMinY(row) < NSMinY(inside)) {
-        [self scrollBy:NSMinY(row) - NSMinY(inside)];
-    } else if (NSMaxY(row) > NSMaxY(inside)) {
-        [self scrollBy:NSMaxY(row) - NSMaxY(inside)];
-    }
+    [self scrollBy:std::min(0.0, NSMinY(row)) + std::max(0.0, NSMaxY(row) - NSHeight([self bounds]))];
 }
 
 - (void)drawItem:(NSMenuItem*)item inRow:(NSRect)row isHighlighted:(BOOL)isHighlighted {
@@ -212,14 +196,12 @@ CGFloat widthOfRows(NSArray* items) {
     const NSRect bounds = [self bounds];
     [Palette::surface() set];
     NSRectFill(dirty);
-    const auto count = static_cast<NSInteger>([self numberOfItems]);
-    const auto first = std::ranges::upper_bound(_tops, NSMinY(dirty) + _scroll) - _tops.begin() - 1;
-    for (NSInteger index = std::max<NSInteger>(first, 0); index < count; ++index) {
-        const NSRect row = [self rectOfItem:index];
-        if (NSMinY(row) >= NSMaxY(dirty)) {
-            break;
+    NSInteger index = -1;
+    for (NSMenuItem* item in _items.get()) {
+        const NSRect row = [self rectOfItem:++index];
+        if (!NSIntersectsRect(row, dirty)) {
+            continue;
         }
-        NSMenuItem* item = [self itemAtIndex:index];
         if ([item isSeparatorItem]) {
             [Palette::separator() set];
             NSRectFill(NSMakeRect(2 * edge, std::floor(NSMidY(row)), NSWidth(row) - 4 * edge, 1));

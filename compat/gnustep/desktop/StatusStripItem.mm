@@ -5,7 +5,6 @@
 #import "compat/gnustep/look/SymbolImage.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>
@@ -202,12 +201,13 @@ constexpr CGFloat symbolSide = 18.0;
     const auto keepAlive = menubar::ObjCPointer<StatusStripItem>::retain(self);
     const auto menu = _stripMenu;
     id<NSMenuDelegate> delegate = [menu.get() delegate];
-    if ([delegate respondsToSelector:@selector(menuNeedsUpdate:)]) {
-        [delegate menuNeedsUpdate:menu.get()];
-    }
-    if ([delegate respondsToSelector:@selector(menuWillOpen:)]) {
-        [delegate menuWillOpen:menu.get()];
-    }
+    const auto tell = [delegate, &menu](SEL message) {
+        if ([delegate respondsToSelector:message]) {
+            [delegate performSelector:message withObject:menu.get()];
+        }
+    };
+    tell(@selector(menuNeedsUpdate:));
+    tell(@selector(menuWillOpen:));
     _isOpen = YES;
     [_button.get() display];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:menu.get()]);
@@ -216,9 +216,7 @@ constexpr CGFloat symbolSide = 18.0;
                                                                                pressedBy:event]);
     _isOpen = NO;
     [_button.get() display];
-    if ([delegate respondsToSelector:@selector(menuDidClose:)]) {
-        [delegate menuDidClose:menu.get()];
-    }
+    tell(@selector(menuDidClose:));
     if (chosen) {
         [NSApp sendAction:[chosen.get() action] to:[chosen.get() target] from:chosen.get()];
     }

@@ -1,7 +1,6 @@
 #import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,6 +37,9 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 
 - (void)setMaximumNumberOfLines:(NSInteger)lines {
     _maximumNumberOfLines = lines;
+}
+
+- (void)setTruncatesLastVisibleLine:(BOOL)truncates {
 }
 
 - (NSRect)titleRectForBounds:(NSRect)bounds {
@@ -98,8 +100,7 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
     _control_view = view; // which is told when what it shows changes
     const bool isField = [view isKindOfClass:[NSControl class]];
     NSText* editor = isField ? [static_cast<NSControl*>(view) currentEditor] : nil;
-    Drawing::drawBezel(frame, [self isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
-                       editor != nil ? Drawing::Focus::present : Drawing::Focus::absent, Palette::controlRadius);
+    Drawing::drawControl(frame, self, editor != nil ? Drawing::Focus::present : Drawing::Focus::absent);
     const NSRect room = [self titleRectForBounds:frame];
     NSString* text = editor != nil ? [editor string] : [self stringValue];
     if ([text length] == 0) {
@@ -133,10 +134,8 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
 }
 
 - (void)drawWithFrame:(NSRect)frame inView:(NSView*)view {
-    const bool isEnabled = [self isEnabled];
-    NSColor* color = isEnabled ? Palette::text() : Palette::disabledText();
-    Drawing::drawBezel(frame, isEnabled ? Palette::control() : Palette::disabledControl(), Palette::border(),
-                       Drawing::focusOf(view), Palette::controlRadius);
+    NSColor* color = [self isEnabled] ? Palette::text() : Palette::disabledText();
+    Drawing::drawControl(frame, self, Drawing::focusOf(view));
     if ([self indexOfSelectedItem] >= 0) {
         NSRect room = frame;
         room.origin.x += pickerLeading;
@@ -144,10 +143,8 @@ NSSize sizeOf(NSString* text, CGFloat width, NSDictionary* attributes) {
         Drawing::drawLine([self titleOfSelectedItem], room, [self font], color);
     }
     const CGFloat x = NSMaxX(frame) - pickerTrailing / 2;
-    const CGFloat y = NSMidY(frame);
     for (const CGFloat side : {-1.0, 1.0}) {
-        const NSPoint arrow[] = {{x - 3.0, y + side * 2.5}, {x, y + side * 5.5}, {x + 3.0, y + side * 2.5}};
-        Drawing::strokeLines(arrow, 3, 1.5, color);
+        Drawing::drawArrow(NSMakePoint(x, NSMidY(frame) + 4.0 * side), side, color);
     }
 }
 

@@ -1,7 +1,6 @@
 #import "compat/gnustep/look/Controls.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,7 +50,7 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 /// What has a bezel shows the focus there.
 - (void)drawFocusFrame:(NSRect)frame view:(NSView*)view {
     if (![view isKindOfClass:[NSButton class]] || ![static_cast<NSButton*>(view) isBordered]) {
-        Drawing::drawFocusRing([view bounds], Palette::controlRadius);
+        Drawing::drawBezel([view bounds], nil, nil, Drawing::Focus::present, Palette::controlRadius);
     }
 }
 
@@ -95,17 +94,14 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
             highlightUp:(BOOL)isUpPressed
           highlightDown:(BOOL)isDownPressed {
     auto* stepper = static_cast<NSStepperCell*>(cell);
-    Drawing::drawBezel(frame, [cell isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(),
-                       Drawing::focusOf(view), Palette::controlRadius);
-    const NSRect up = [self stepperUpButtonRectWithFrame:frame];
-    const NSRect down = [self stepperDownButtonRectWithFrame:frame];
-    const bool isFlipped = [view isFlipped];
-    [self drawArrowIn:up
-            direction:isFlipped ? -1.0 : 1.0
+    Drawing::drawControl(frame, cell, Drawing::focusOf(view));
+    const CGFloat upwards = [view isFlipped] ? -1.0 : 1.0;
+    [self drawArrowIn:[self stepperUpButtonRectWithFrame:frame]
+            direction:upwards
             isPressed:isUpPressed
             isEnabled:[cell isEnabled] && [stepper doubleValue] < [stepper maxValue]];
-    [self drawArrowIn:down
-            direction:isFlipped ? 1.0 : -1.0
+    [self drawArrowIn:[self stepperDownButtonRectWithFrame:frame]
+            direction:-upwards
             isPressed:isDownPressed
             isEnabled:[cell isEnabled] && [stepper doubleValue] > [stepper minValue]];
 }
@@ -115,10 +111,8 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
         [Palette::pressed() setFill];
         [[NSBezierPath bezierPathWithRoundedRect:NSInsetRect(half, 2.0, 2.0) xRadius:3.0 yRadius:3.0] fill];
     }
-    const CGFloat x = NSMidX(half);
-    const CGFloat y = NSMidY(half);
-    const NSPoint arrow[] = {{x - 3.0, y - 1.5 * direction}, {x, y + 1.5 * direction}, {x + 3.0, y - 1.5 * direction}};
-    Drawing::strokeLines(arrow, 3, 1.5, isEnabled ? Palette::text() : Palette::border());
+    Drawing::drawArrow(NSMakePoint(NSMidX(half), NSMidY(half)), direction,
+                       isEnabled ? Palette::text() : Palette::border());
 }
 
 - (NSRect)stepperUpButtonRectWithFrame:(NSRect)frame {
@@ -127,21 +121,6 @@ constexpr CGFloat titleMargin = 40.0; // for the buttons, on each side
 
 - (NSRect)stepperDownButtonRectWithFrame:(NSRect)frame {
     return NSMakeRect(NSMinX(frame), NSMinY(frame), NSWidth(frame), NSHeight(frame) / 2);
-}
-
-// Switches
-
-- (void)drawSwitchInRect:(NSRect)rect forState:(NSControlStateValue)state enabled:(BOOL)isEnabled {
-    const bool isOn = state == NSControlStateValueOn;
-    const NSRect track = NSInsetRect(rect, 3.0, 2.0);
-    const CGFloat radius = NSHeight(track) / 2;
-    NSColor* fill = isOn ? Palette::highlight() : Palette::offSwitch();
-    [(isEnabled ? fill : [fill colorWithAlphaComponent:0.45]) setFill];
-    [[NSBezierPath bezierPathWithRoundedRect:track xRadius:radius yRadius:radius] fill];
-    const CGFloat side = NSHeight(track) - 3.0;
-    const CGFloat x = isOn ? NSMaxX(track) - side - 1.5 : NSMinX(track) + 1.5;
-    [[NSColor whiteColor] setFill];
-    [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(x, NSMinY(track) + 1.5, side, side)] fill];
 }
 
 /// A part of a circle, which turns.

@@ -1,18 +1,8 @@
 #include "compat/gnustep/look/Drawing.h"
 
-#include "compat/gnustep/look/Palette.h"
-
 #include <cmath>
 
 namespace menubar {
-
-namespace {
-
-NSDictionary* attributes(NSFont* font) {
-    return @{NSFontAttributeName : font};
-}
-
-} // namespace
 
 void Drawing::drawBezel(NSRect frame, NSColor* fill, NSColor* line, Focus focus, CGFloat radius) {
     const CGFloat width = focus == Focus::present ? 2.0 : 1.0;
@@ -41,6 +31,17 @@ void Drawing::strokeLines(const NSPoint* points, int count, CGFloat width, NSCol
     [path stroke];
 }
 
+void Drawing::drawControl(NSRect frame, NSCell* cell, Focus focus) {
+    drawBezel(frame, [cell isEnabled] ? Palette::control() : Palette::disabledControl(), Palette::border(), focus,
+              Palette::controlRadius);
+}
+
+void Drawing::drawArrow(NSPoint middle, CGFloat direction, NSColor* color) {
+    const CGFloat end = middle.y - 1.5 * direction;
+    const NSPoint points[] = {{middle.x - 3.0, end}, {middle.x, middle.y + 1.5 * direction}, {middle.x + 3.0, end}};
+    strokeLines(points, 3, 1.5, color);
+}
+
 void Drawing::drawLine(NSString* text, NSRect frame, NSFont* font, NSColor* color) {
     NSString* shown = shortened(text, [&](NSString* part) { return lineWidth(part, font) <= NSWidth(frame) + 0.5; });
     const CGFloat top = NSMinY(frame) + std::floor((NSHeight(frame) - lineHeight(font)) / 2);
@@ -49,11 +50,11 @@ void Drawing::drawLine(NSString* text, NSRect frame, NSFont* font, NSColor* colo
 }
 
 double Drawing::lineHeight(NSFont* font) {
-    return std::ceil([@"Xg" sizeWithAttributes:attributes(font)].height);
+    return std::ceil([@"Xg" sizeWithAttributes:@{NSFontAttributeName : font}].height);
 }
 
 double Drawing::lineWidth(NSString* text, NSFont* font) {
-    return [text sizeWithAttributes:attributes(font)].width;
+    return [text sizeWithAttributes:@{NSFontAttributeName : font}].width;
 }
 
 Drawing::Focus Drawing::focusOf(NSView* view) {

@@ -4,7 +4,6 @@
 #import "compat/gnustep/shim/SheetWindow.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 

@@ -12,7 +12,6 @@
     menubar::ObjCPointer<NSString> _accessibilityDescription;
     menubar::ObjCPointer<NSColor> _ownColor;
     std::string_view _drawing;
-    BOOL _isTemplate;
 }
 
 /// Nil for a name that has no drawing.

@@ -1,7 +1,7 @@
 #import "compat/gnustep/look/SymbolImage.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
-#include "compat/gnustep/look/Palette.h"
+#include "compat/gnustep/look/Drawing.h"
 
 #include <algorithm>
 #include <ranges>
@@ -18,19 +18,18 @@ struct Drawing {
     std::string_view steps;
 };
 
-#define EYE "M 1.2 9 C 16.8 9 5.2 15.6 12.8 15.6 C 1.2 9 12.8 2.4 5.2 2.4 Z S O 9 9 2.8 F "
-#define MINUS "O 9 9 7.6 S M 5.4 9 L 12.6 9 S "
+#define EYE "M 1.2 9 A 9 5.4 8.6 155 25 A 9 12.6 8.6 -25 -155 Z S M 11.8 9 A 9 9 2.8 360 0 F "
+#define MINUS "M 16.6 9 A 9 9 7.6 360 0 S M 5.4 9 L 12.6 9 S "
 
-/// M: begin at a point; L, C: a line or a curve to a point (with two control points); O: a circle, by its middle and
-/// radius; A: a clockwise part of one, from an angle to another; Z: back to the beginning. S strokes what was built, F
-/// fills it, K keeps what comes later out of it.
+/// M: begin at a point; L: a line to a point; A: a part of a circle, by its middle and radius, clockwise from an angle
+/// to another; Z: back to the beginning. S strokes what was built, F fills it, K keeps what comes later out of it.
 constexpr Drawing drawings[] = {
     {"eye", EYE},
-    {"eye.trianglebadge.exclamationmark",
-     "M 12.9 7.4 L 16.9 0.6 L 8.9 0.6 Z M 12.3 2.9 L 13.5 2.9 L 13.5 5.5 L 12.3 5.5 Z O 12.9 1.6 0.6 F "
-     "M 12.9 9.6 L 19 -1.2 L 6.8 -1.2 Z K " EYE},
+    {"eye.trianglebadge.exclamationmark", "M 12.9 7.4 L 16.9 0.6 L 8.9 0.6 Z M 12.3 2.9 L 13.5 2.9 L 13.5 5.5 L 12.3 "
+                                          "5.5 Z M 13.5 1.6 A 12.9 1.6 0.6 360 0 F "
+                                          "M 12.9 9.6 L 19 -1.2 L 6.8 -1.2 Z K " EYE},
     {"eye.slash", "M 3 15.4 L 15.4 3 S M 1.6 15.6 L 3.6 17.6 L 16.9 4.3 L 14.9 2.3 Z K " EYE},
-    {"exclamationmark.triangle", "M 9 16.2 L 17 2.2 L 1 2.2 Z S M 9 11.6 L 9 7.2 S O 9 4.6 1 F"},
+    {"exclamationmark.triangle", "M 9 16.2 L 17 2.2 L 1 2.2 Z S M 9 11.6 L 9 7.2 S M 10 4.6 A 9 4.6 1 360 0 F"},
     {"xmark.octagon", "M 5.6 17.2 L 12.4 17.2 L 17.2 12.4 L 17.2 5.6 L 12.4 0.8 L 5.6 0.8 L 0.8 5.6 L 0.8 12.4 Z S "
                       "M 6 12 L 12 6 S M 6 6 L 12 12 S"},
     {"arrow.clockwise", "M 15.4 11.3 A 9 9 6.8 20 -280 S M 6.7 13.4 L 10.2 15.7 L 7.7 19 S"},
@@ -80,15 +79,6 @@ void draw(std::string_view drawing) {
             [path moveToPoint:point()];
         } else if (step == 'L') {
             [path lineToPoint:point()];
-        } else if (step == 'C') {
-            const NSPoint end = point();
-            const NSPoint first = point();
-            [path curveToPoint:end controlPoint1:first controlPoint2:point()];
-        } else if (step == 'O') {
-            const NSPoint middle = point();
-            const CGFloat radius = number();
-            [path appendBezierPathWithOvalInRect:NSMakeRect(middle.x - radius, middle.y - radius, 2 * radius,
-                                                            2 * radius)];
         } else if (step == 'A') {
             const NSPoint middle = point();
             const CGFloat radius = number();
@@ -144,11 +134,7 @@ void draw(std::string_view drawing) {
 }
 
 - (BOOL)isTemplate {
-    return _isTemplate;
-}
-
-- (void)setTemplate:(BOOL)isTemplate {
-    _isTemplate = isTemplate;
+    return NO;
 }
 
 - (void)drawInRect:(NSRect)rect tint:(NSColor*)tint flipped:(BOOL)isFlipped {

@@ -1,10 +1,7 @@
-// What GNUstep's controls do wrong. Each category replaces methods of GNUstep's own class.
+// What GNUstep's controls do wrong or not at all. Each category replaces methods of GNUstep's own class.
 #import "compat/gnustep/desktop/MenuPanel.h"
 
-#import <GNUstepGUI/GSTheme.h>
-
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <algorithm>
 
@@ -63,6 +60,15 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's switch answers neither the mouse nor the keyboard.
 @implementation NSSwitch (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(38.0, 24.0);
+}
+
+/// The focus is drawn around it.
+- (NSRect)frameForAlignmentRect:(NSRect)rect {
+    return NSInsetRect(rect, -3.0, 0.0);
+}
+
 - (void)performClick:(id)sender {
     if ([self isEnabled]) {
         [self setState:[self state] == NSControlStateValueOn ? static_cast<NSControlStateValue>(NSControlStateValueOff)
@@ -89,9 +95,18 @@ unichar keyOf(NSEvent* event) {
 }
 
 - (void)drawRect:(NSRect)dirty {
-    [[GSTheme theme] drawSwitchInRect:[self bounds] forState:[self state] enabled:[self isEnabled]];
+    const bool isOn = [self state] == NSControlStateValueOn;
+    const NSRect track = NSInsetRect([self bounds], 3.0, 2.0);
+    const CGFloat radius = NSHeight(track) / 2;
+    NSColor* fill = isOn ? Palette::highlight() : Palette::offSwitch();
+    [([self isEnabled] ? fill : [fill colorWithAlphaComponent:0.45]) setFill];
+    [[NSBezierPath bezierPathWithRoundedRect:track xRadius:radius yRadius:radius] fill];
+    const CGFloat side = NSHeight(track) - 3.0;
+    const CGFloat x = isOn ? NSMaxX(track) - side - 1.5 : NSMinX(track) + 1.5;
+    [[NSColor whiteColor] setFill];
+    [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(x, NSMinY(track) + 1.5, side, side)] fill];
     if (Drawing::focusOf(self) == Drawing::Focus::present) {
-        Drawing::drawFocusRing([self bounds], NSHeight([self bounds]) / 2);
+        Drawing::drawBezel([self bounds], nil, nil, Drawing::Focus::present, NSHeight([self bounds]) / 2);
     }
 }
 
@@ -100,21 +115,17 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's pop-up menu has no scrolling, and a quick click picks what is shown again.
 @implementation NSPopUpButton (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return [[self cell] cellSize];
+}
+
 - (void)popUpPressedBy:(NSEvent*)press {
     if (![self isEnabled] || [self numberOfItems] == 0) {
         return;
     }
     [[self retain] autorelease];
     const auto panel = menubar::ObjCPointer<MenuPanel>::adopt([[MenuPanel alloc] initWithMenu:[self menu]]);
-    NSWindow* window = [self window];
-    NSRect strip = [self convertRect:[self bounds] toView:nil];
-    strip.origin = [window convertBaseToScreen:strip.origin];
-    // High enough for the menu to find room below.
-    constexpr CGFloat rowHeight = 22.0;
-    const NSRect screen = [[window screen] frame];
-    const CGFloat wanted =
-        std::min(NSHeight(screen) - 2 * rowHeight, rowHeight * static_cast<CGFloat>([self numberOfItems] + 1));
-    strip.origin.y = std::max(NSMinY(strip), NSMinY(screen) + wanted);
+    const NSRect strip = [[self window] convertRectToScreen:[self convertRect:[self bounds] toView:nil]];
     NSMenuItem* chosen = [panel.get() trackBelow:strip from:[self indexOfSelectedItem] pressedBy:press];
     if (chosen != nil) {
         [self selectItem:chosen];
@@ -145,6 +156,10 @@ unichar keyOf(NSEvent* event) {
 /// GNUstep's stepper does not answer the keyboard.
 @implementation NSStepper (MenubarOverride)
 
+- (NSSize)intrinsicContentSize {
+    return NSMakeSize(18.0, 24.0);
+}
+
 - (BOOL)acceptsFirstResponder {
     return [self isEnabled];
 }
@@ -174,6 +189,14 @@ unichar keyOf(NSEvent* event) {
     } else {
         [self interpretKeyEvents:@[ event ]];
     }
+}
+
+/// Every change of a selection would go to the pasteboard server, which is started for it, for the middle mouse button
+/// to paste. Copying reaches it as before.
+- (void)copySelection {
+}
+
+- (void)breakUndoCoalescing {
 }
 
 @end

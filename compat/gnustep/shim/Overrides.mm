@@ -5,6 +5,8 @@
 #import <GNUstepGUI/GSServicesManager.h>
 #import <GNUstepGUI/GSTheme.h>
 
+#include "compat/gnustep/look/Drawing.h"
+
 /// Distributed notifications need the daemon gdnc, which AppKit starts at launch. Nobody here listens to other
 /// processes.
 @implementation NSDistributedNotificationCenter (MenubarOverride)
@@ -31,15 +33,6 @@
 @implementation GSServicesManager (MenubarOverride)
 
 - (void)registerAsServiceProvider {
-}
-
-@end
-
-/// Every change of a selection would go to the pasteboard server, which is started for it, for the middle mouse button
-/// to paste. Copying reaches it as before.
-@implementation NSTextView (MenubarSelectionOverride)
-
-- (void)copySelection {
 }
 
 @end
@@ -84,7 +77,7 @@
 
 @end
 
-/// The system colours as they are legible on a light surface; GNUstep's are pure primaries.
+/// The system's colours as they are legible on a light surface; GNUstep's are pure primaries.
 @implementation NSColor (MenubarOverride)
 
 + (NSColor*)systemGreenColor {
@@ -101,6 +94,10 @@
 
 + (NSColor*)secondaryLabelColor {
     return [NSColor colorWithCalibratedRed:0.43 green:0.43 blue:0.45 alpha:1.0];
+}
+
++ (NSColor*)separatorColor {
+    return menubar::Palette::separator();
 }
 
 @end

@@ -87,24 +87,6 @@
     return [super undoManager];
 }
 
-- (void)undo:(id)sender {
-    [[self undoManager] undo];
-}
-
-- (void)redo:(id)sender {
-    [[self undoManager] redo];
-}
-
-- (BOOL)validateMenuItem:(id<NSMenuItem>)item {
-    if (sel_isEqual([item action], @selector(undo:))) {
-        return [[self undoManager] canUndo];
-    }
-    if (sel_isEqual([item action], @selector(redo:))) {
-        return [[self undoManager] canRedo];
-    }
-    return [super validateMenuItem:item];
-}
-
 - (BOOL)performKeyEquivalent:(NSEvent*)event {
     if (_sheet) {
         return [_sheet.get() performKeyEquivalent:event];

@@ -1,18 +1,13 @@
 // Implements what shim/AppKit/AppKit.h declares, apart from what belongs to one class of ours.
 #import <AppKit/AppKit.h>
 
-#import "compat/gnustep/desktop/MenuPanel.h"
 #import "compat/gnustep/look/Controls.h"
-#import "compat/gnustep/look/SymbolImage.h"
 
 #include "compat/gnustep/look/Drawing.h"
-#include "compat/gnustep/look/Palette.h"
 
 #include <cmath>
 
 namespace {
-
-NSApplicationActivationPolicy activationPolicy = NSApplicationActivationPolicyRegular;
 
 constexpr double buttonHeight = 24.0;
 constexpr double buttonMargin = 14.0; // on each side of its title
@@ -28,12 +23,7 @@ constexpr double labelMargin = 2.0;
 @implementation NSApplication (MenubarShim)
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
-    activationPolicy = policy;
     return YES;
-}
-
-- (NSApplicationActivationPolicy)activationPolicy {
-    return activationPolicy;
 }
 
 @end
@@ -51,33 +41,9 @@ constexpr double labelMargin = 2.0;
 
 @end
 
-@implementation NSImage (MenubarShim)
-
-+ (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description {
-    return [SymbolImage symbolNamed:name accessibilityDescription:description];
-}
-
-@end
-
-@implementation NSMenu (MenubarShim)
-
-- (void)cancelTracking {
-    [MenuPanel cancelTracking:self];
-}
-
-@end
-
 @implementation NSTimer (MenubarShim)
 
 - (void)setTolerance:(NSTimeInterval)tolerance {
-}
-
-@end
-
-@implementation NSColor (MenubarShim)
-
-+ (NSColor*)separatorColor {
-    return menubar::Palette::separator();
 }
 
 @end
@@ -123,35 +89,6 @@ constexpr double labelMargin = 2.0;
 
 @end
 
-@implementation NSPopUpButton (MenubarShim)
-
-- (NSSize)intrinsicContentSize {
-    return [[self cell] cellSize];
-}
-
-@end
-
-@implementation NSStepper (MenubarShim)
-
-- (NSSize)intrinsicContentSize {
-    return NSMakeSize(18.0, buttonHeight);
-}
-
-@end
-
-@implementation NSSwitch (MenubarShim)
-
-- (NSSize)intrinsicContentSize {
-    return NSMakeSize(38.0, buttonHeight);
-}
-
-/// The focus is drawn around it.
-- (NSRect)frameForAlignmentRect:(NSRect)rect {
-    return NSInsetRect(rect, -3.0, 0.0);
-}
-
-@end
-
 @implementation NSTextField (MenubarShim)
 
 - (NSSize)intrinsicContentSize {
@@ -174,21 +111,6 @@ constexpr double labelMargin = 2.0;
 
 - (void)setMaximumNumberOfLines:(NSInteger)lines {
     [static_cast<LabelCell*>([self cell]) setMaximumNumberOfLines:lines];
-}
-
-@end
-
-@implementation NSCell (MenubarShim)
-
-/// Labels always do.
-- (void)setTruncatesLastVisibleLine:(BOOL)truncates {
-}
-
-@end
-
-@implementation NSTextView (MenubarShim)
-
-- (void)breakUndoCoalescing {
 }
 
 @end

@@ -43,7 +43,7 @@
         _steps[_next++]();
     } else if (_next++ > _steps.size() + 1) {
         _hadToClose = YES;
-        [MenuPanel cancelTracking:[[MenuPanel current] menu]];
+        [[MenuPanel current] cancel];
     }
 }
 

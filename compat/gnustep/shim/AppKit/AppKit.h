@@ -16,8 +16,6 @@ constexpr NSEventMask NSEventMaskAny = NSAnyEventMask;
 constexpr NSEventModifierFlags NSEventModifierFlagOption = NSAlternateKeyMask;
 constexpr NSEventModifierFlags NSEventModifierFlagCommand = NSCommandKeyMask;
 constexpr NSEventModifierFlags NSEventModifierFlagShift = NSShiftKeyMask;
-constexpr NSEventMask NSEventMaskLeftMouseDragged = NSLeftMouseDraggedMask;
-constexpr NSEventMask NSEventMaskLeftMouseUp = NSLeftMouseUpMask;
 constexpr NSEventMask NSEventMaskKeyUp = NSKeyUpMask;
 constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
 constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
@@ -26,9 +24,8 @@ constexpr NSBitmapImageFileType NSBitmapImageFileTypePNG = NSPNGFileType;
 constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeSourceOver;
 
 @interface NSApplication (MenubarShim)
-/// There is no Dock: recorded, and nothing else.
+/// There is no Dock: ignored.
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
-- (NSApplicationActivationPolicy)activationPolicy;
 @end
 
 @interface NSColor (MenubarShim)
@@ -41,16 +38,10 @@ constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeS
 + (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight;
 @end
 
+// Implemented for the app's own drawings of the system's symbols.
 @interface NSImage (MenubarShim)
-/// The app's own drawings for "eye", "eye.trianglebadge.exclamationmark" and "eye.slash"; nil for any other name.
-+ (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description;
-@end
-
-// Implemented for those drawings.
-@interface NSImage (MenubarSymbol)
 - (NSString*)accessibilityDescription;
 - (BOOL)isTemplate;
-- (void)setTemplate:(BOOL)isTemplate;
 @end
 
 // Implemented for the views that NativeLook::newSymbolView() gives.
@@ -76,7 +67,7 @@ constexpr NSCompositingOperation NSCompositingOperationSourceOver = NSCompositeS
 @end
 
 @interface NSCell (MenubarShim)
-- (void)setTruncatesLastVisibleLine:(BOOL)truncates;
+- (void)setTruncatesLastVisibleLine:(BOOL)truncates; // of labels, which always do
 @end
 
 @interface NSTextView (MenubarShim)
