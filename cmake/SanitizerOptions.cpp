@@ -24,9 +24,11 @@ const char* __lsan_default_options() {
 /// What libraries allocate once and keep for the life of the process. Not GNUstep's libraries themselves: everything
 /// that the event loop calls has them in its stack.
 const char* __lsan_default_suppressions() {
-    return "leak:libobjc.so\n"    // the runtime's tables of classes and selectors
-           "leak:libfontconfig\n" // the fonts that it lists for GNUstep
-           "leak:GNUstepConfig\n" // GNUstep's configuration, which it keeps to itself
+    return "leak:libobjc.so\n"      // the runtime's tables of classes and selectors
+           "leak:libfontconfig\n"   // the fonts that it lists for GNUstep
+           "leak:libcairo.so\n"     // what it still has to do on the display when the app ends
+           "leak:GNUstepConfig\n"   // GNUstep's configuration, which it keeps to itself
+           "leak:makeApplication\n" // the app's name for the root window, in a server object that is let go at the end
            // What GNUstep's reader leaves behind of a defaults file that it cannot read.
            "leak:hasNoValuesWhenItCannotBeRead\n";
 }

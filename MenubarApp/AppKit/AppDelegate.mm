@@ -173,6 +173,15 @@ int answer(LoginRequest::Kind request) {
     }
 }
 
+void makeApplication(const SystemTools& tools, std::chrono::milliseconds pollInterval) {
+    Desktop::prepareProcess();
+    application = [NSApplication sharedApplication];
+    delegate = [[AppDelegate alloc] initWithTools:tools pollInterval:pollInterval];
+    [application setDelegate:delegate];
+    [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
+    Desktop::prepareApplication();
+}
+
 } // namespace
 
 int runApplication(const SystemTools& tools, std::chrono::milliseconds pollInterval) {
@@ -181,12 +190,7 @@ int runApplication(const SystemTools& tools, std::chrono::milliseconds pollInter
         return answer(*request);
     }
     @autoreleasepool {
-        Desktop::prepareProcess();
-        application = [NSApplication sharedApplication];
-        delegate = [[AppDelegate alloc] initWithTools:tools pollInterval:pollInterval];
-        [application setDelegate:delegate];
-        [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
-        Desktop::prepareApplication();
+        makeApplication(tools, pollInterval);
         [application run];
     }
     return 0;
