@@ -22,8 +22,14 @@ using namespace std::chrono_literals;
 
 constexpr int stripHeight = 26;
 
-std::string outputOf(const std::string& program, std::vector<std::string> arguments) {
-    return CommandRunner::runSync(program, std::move(arguments), {}, [](std::string_view) {}).stdout_;
+CommandResult run(const std::string& program, std::vector<std::string> arguments) {
+    return CommandRunner::runSync(program, std::move(arguments), {}, [](std::string_view) {});
+}
+
+/// Nothing when it failed for more than that there is no such window.
+std::optional<std::string> xdotool(std::vector<std::string> arguments) {
+    const auto result = run("/usr/bin/xdotool", std::move(arguments));
+    return result.stderr_.empty() ? std::optional(result.stdout_) : std::nullopt;
 }
 
 } // namespace
@@ -49,7 +55,7 @@ void Desktop::start(const std::string& redirections, ChildProcess::Output output
 
 std::string Desktop::stop() {
     m_app->send(SIGTERM);
-    EXPECT_EQ(m_app->wait(), 0);
+    waitForEnd();
     return m_app->errors();
 }
 
@@ -57,31 +63,35 @@ bool Desktop::says(const std::string& text) {
     return m_app->readErrorsUntil([&](const std::string& all) { return all.find(text) != std::string::npos; });
 }
 
-bool Desktop::ends() {
-    return m_app->wait() == 0;
+void Desktop::waitForEnd() {
+    EXPECT_EQ(m_app->wait(), 0) << m_app->errors();
 }
 
 void Desktop::requestEnd() const {
     m_app->send(SIGTERM);
 }
 
-std::string Desktop::xdotool(std::vector<std::string> arguments) {
-    return outputOf("/usr/bin/xdotool", std::move(arguments));
-}
-
 bool Desktop::isWhite(int x, int y) {
     const std::string place = "1x1+" + std::to_string(x) + "+" + std::to_string(y);
-    return outputOf("/usr/bin/import", {"-window", "root", "-crop", place, "-depth", "8", "txt:-"}).find("#FFFFFF") !=
-           std::string::npos;
+    const auto picture = run("/usr/bin/import", {"-window", "root", "-crop", place, "-depth", "8", "txt:-"});
+    return picture.stdout_.find("#FFFFFF") != std::string::npos;
 }
 
-/// Those that show anything; the app names none of them but the settings window.
-std::vector<Desktop::Window> Desktop::windows(const std::string& name) {
+/// Nothing when one of them went while it was looked at.
+std::optional<std::vector<Desktop::Window>> Desktop::tryToList(const std::string& name) {
+    const auto ids = xdotool({"search", "--onlyvisible", "--name", name});
+    if (!ids) {
+        return std::nullopt;
+    }
     std::vector<Window> result;
-    std::istringstream ids(xdotool({"search", "--onlyvisible", "--name", name}));
-    for (std::string id; ids >> id;) {
+    std::istringstream each(*ids);
+    for (std::string id; each >> id;) {
+        const auto geometry = xdotool({"getwindowgeometry", "--shell", id});
+        if (!geometry) {
+            return std::nullopt;
+        }
         std::map<std::string, int> values;
-        std::istringstream lines(xdotool({"getwindowgeometry", "--shell", id}));
+        std::istringstream lines(*geometry);
         for (std::string line; lines >> line;) {
             const auto equals = std::min(line.find('='), line.size() - 1);
             values[line.substr(0, equals)] = std::atoi(line.c_str() + equals + 1);
@@ -90,6 +100,16 @@ std::vector<Desktop::Window> Desktop::windows(const std::string& name) {
             {.id = id, .x = values["X"], .y = values["Y"], .width = values["WIDTH"], .height = values["HEIGHT"]});
     }
     return result;
+}
+
+/// Those that show anything; the app names none of them but the settings window.
+std::vector<Desktop::Window> Desktop::windows(const std::string& name) {
+    std::optional<std::vector<Window>> result;
+    EXPECT_TRUE(eventually([&] {
+        result = tryToList(name);
+        return result.has_value();
+    }));
+    return result.value_or(std::vector<Window>());
 }
 
 std::optional<Desktop::Window> Desktop::strip() const {

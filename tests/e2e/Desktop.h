@@ -32,8 +32,8 @@ public:
     /// Sends SIGTERM and gives what the app wrote to standard error.
     [[nodiscard]] std::string stop();
 
-    /// Whether the app ended by itself, with status 0.
-    [[nodiscard]] bool ends();
+    /// Waits until the app has ended by itself; fails the test unless its status is 0.
+    void waitForEnd();
 
     /// Asks the app to end, and does not wait for it.
     void requestEnd() const;
@@ -74,7 +74,7 @@ public:
     ScratchHome home;
 
 private:
-    [[nodiscard]] static std::string xdotool(std::vector<std::string> arguments);
+    [[nodiscard]] static std::optional<std::vector<Window>> tryToList(const std::string& name);
     [[nodiscard]] static std::vector<Window> windows(const std::string& name = ".*");
 
     std::unique_ptr<ChildProcess> m_app;

@@ -103,7 +103,7 @@ TEST(DesktopApp, aCommandThatNeverEndsHoldsNeitherTheMenuNorTheEnd) {
     std::ifstream(desktop.home / "id") >> command;
     ASSERT_GT(command, 1);
     desktop.choose("Up", 1); // "Quit"
-    EXPECT_TRUE(desktop.ends());
+    desktop.waitForEnd();
     EXPECT_EQ(::kill(command, SIGKILL), 0) << "it is the person's, and is left alone";
 }
 
@@ -214,6 +214,6 @@ TEST(DesktopApp, quitEndsIt) {
     Desktop desktop;
     desktop.start();
     desktop.choose("Up", 1);
-    EXPECT_TRUE(desktop.ends());
+    desktop.waitForEnd();
     EXPECT_THAT(desktop.calls(), IsEmpty());
 }

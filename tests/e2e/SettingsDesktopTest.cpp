@@ -150,7 +150,7 @@ TEST_F(SettingsDesktop, aSaveThatRunsEndsWholeBeforeTheAppDoes) {
     ASSERT_TRUE(eventually([this] { return std::filesystem::exists(desktop.home / "validating"); }));
     desktop.requestEnd();
     letValidate();
-    EXPECT_TRUE(desktop.ends());
+    desktop.waitForEnd();
     EXPECT_EQ(config(), savedConfig);
     EXPECT_THAT(desktop.errors(), HasSubstr("ostrel-menubar: save outcome: saved\n"));
 }
