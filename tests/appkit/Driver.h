@@ -31,11 +31,21 @@ inline constexpr bool isMemoryMeasurable = false; // freed memory is held back f
 inline constexpr bool isMemoryMeasurable = true;
 #endif
 
+/// Before the application object is made: buttons and pop-up buttons get the focus as fields do, also where the person
+/// has not switched that on.
+void giveFocusToEveryControl();
+
+/// Brings a window of this program to the front and waits until it gets the keys.
+void bringForward(NSWindow* window);
+
+/// What the keyboard sends for the character, without modifiers; 0 where the platform does not look at it.
+[[nodiscard]] unsigned short keyCode(unichar character);
+
 /// How many objects of exactly that class there are, counted from the first call on. Always 0 where the platform does
 /// not count: what is compared to it is then held by `residentBytes` alone.
 [[nodiscard]] int liveObjects(Class type);
 
-/// This process's resident memory.
+/// What this process holds of the machine's memory.
 [[nodiscard]] std::size_t residentBytes();
 
 /// GNUstep catches exceptions of timers and notifications and only logs them. From now on every line that it logs

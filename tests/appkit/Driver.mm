@@ -1,5 +1,7 @@
 #import "tests/appkit/Driver.h"
 
+#include <gtest/gtest.h>
+
 namespace menubar::driver {
 
 namespace {
@@ -44,6 +46,12 @@ bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
         (void)runOnce(0.01);
     }
     return true;
+}
+
+void bringForward(NSWindow* window) {
+    [NSApp activateIgnoringOtherApps:YES];
+    [window makeKeyAndOrderFront:nil];
+    ASSERT_TRUE(pumpUntil([window] { return [window isKeyWindow] != NO; })) << "another program keeps the keys";
 }
 
 std::string bytesOf(NSBitmapImageRep* picture) {

@@ -27,9 +27,13 @@ struct Picture {
     [[nodiscard]] std::size_t colors() const;
 };
 
-/// The window with its frame, as it is on the screen at this moment. The one function here that each platform has its
-/// own of: it must ask the window server, for the view's own drawing methods draw before they answer.
+/// The window with its frame, as it is on the screen at this moment. Each platform has its own: it must ask the window
+/// server, for the view's own drawing methods draw before they answer.
 [[nodiscard]] Picture look(NSWindow* window);
+
+/// After how many looks that are all the same nothing moves any more. More than it takes until what was drawn is on the
+/// screen.
+extern const int looksAtRest;
 
 /// The same once the main loop has drawn what was marked, and nothing moves any more.
 [[nodiscard]] Picture lookAtRest(NSWindow* window);

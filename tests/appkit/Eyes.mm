@@ -16,8 +16,6 @@ namespace menubar::driver {
 
 namespace {
 
-constexpr int looksAtRest = 3;
-
 NSBitmapImageRep* newBitmap(std::size_t width, std::size_t height) NS_RETURNS_RETAINED {
     return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                    pixelsWide:static_cast<NSInteger>(width)

@@ -4,6 +4,7 @@
 #include "tests/appkit/MenuDriver.h"
 
 #include <atomic>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <numeric>
@@ -95,24 +96,23 @@ TEST(AppKitMainLoop, servesWhatIsPostedWhileAMenuIsTracked) {
 TEST(AppKitMainLoop, runsBackgroundActionsSideBySideAndOffTheMainThread) {
     AppKitMainLoop loop;
     std::atomic<int> started = 0;
-    std::atomic<bool> go = false;
+    std::promise<void> go;
     std::atomic<int> offMain = 0;
     int done = 0;
     const auto mainThread = std::this_thread::get_id();
     constexpr int count = 8;
+    const std::shared_future<void> released = go.get_future().share();
     for (int i = 0; i < count; ++i) {
-        loop.runInBackground([&] {
+        loop.runInBackground([&, released] {
             ++started;
-            while (!go) {
-                std::this_thread::yield();
-            }
+            released.wait(); // at rest: a pool has no more threads at work than there are cores
             offMain += std::this_thread::get_id() != mainThread ? 1 : 0;
             loop.post([&] { ++done; });
         });
     }
     // None ends before all have begun: the pool is not narrower than that.
     EXPECT_TRUE(pumpUntil([&] { return started == count; }));
-    go = true;
+    go.set_value();
     EXPECT_TRUE(pumpUntil([&] { return done == count; }));
     EXPECT_EQ(offMain, count);
 }

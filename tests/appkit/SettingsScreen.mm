@@ -197,7 +197,7 @@ bool SettingsScreen::waitToShow(const std::string& beginning) const {
 
 bool SettingsScreen::isInSight(const std::string& beginning) const {
     NSTextField* found = label(beginning);
-    return found != nil && NSEqualRects([found visibleRect], [found bounds]);
+    return found != nil && NSContainsRect([found visibleRect], [found bounds]);
 }
 
 NSButton* SettingsScreen::button(const std::string& title) const {

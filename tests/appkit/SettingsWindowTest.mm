@@ -280,15 +280,6 @@ TEST_F(MainMenuKeysTest, selectAllCutCopyAndPasteWorkInAField) {
     EXPECT_EQ(m_screen.config(), "{\n  \"text\" : \"wordswords\"\n}\n");
 }
 
-TEST_F(MainMenuKeysTest, theMenuTakesNoRoomInTheWindow) {
-    open();
-    [window() resignKeyWindow];
-    [window() makeKeyAndOrderFront:nil];
-    m_screen.settle();
-    EXPECT_EQ(NSHeight([[window() contentView] frame]), 760.0);
-    EXPECT_EQ(NSWidth([[window() contentView] frame]), 680.0);
-}
-
 TEST_F(MainMenuKeysTest, commandWClosesAndCommandCommaShows) {
     open();
     m_screen.focus(m_screen.field("Text"));

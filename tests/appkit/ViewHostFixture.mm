@@ -3,6 +3,7 @@
 #include "MenubarApp/AppKit/Conversions.h"
 
 #include "tests/appkit/Driver.h"
+#include "tests/appkit/WindowDriver.h"
 
 namespace menubar::driver {
 
@@ -17,7 +18,7 @@ ControlsInAWindow::ControlsInAWindow() {
     m_window = ObjCPointer<NSWindow>::adopt(window);
     m_host = std::make_unique<AppKitViewHost>(m_content.get());
     m_host->setEvents(m_events);
-    [window makeKeyAndOrderFront:nil];
+    bringForward(window);
 }
 
 ControlsInAWindow::~ControlsInAWindow() {
@@ -52,18 +53,8 @@ ControlId ControlsInAWindow::focused() const {
 void ControlsInAWindow::key(unichar character, NSUInteger modifiers) {
     NSString* characters = [NSString stringWithCharacters:&character length:1];
     for (const NSEventType type : {NSEventTypeKeyDown, NSEventTypeKeyUp}) {
-        NSEvent* event = [NSEvent keyEventWithType:type
-                                          location:NSZeroPoint
-                                     modifierFlags:modifiers
-                                         timestamp:0
-                                      windowNumber:[m_window.get() windowNumber]
-                                           context:nil
-                                        characters:characters
-                       charactersIgnoringModifiers:characters
-                                         isARepeat:NO
-                                           keyCode:0];
         // currentEvent is what the loop dequeued last.
-        [NSApp postEvent:event atStart:NO];
+        [NSApp postEvent:keyEvent(m_window.get(), type, characters, modifiers) atStart:NO];
     }
     handleWaitingEvents();
 }
@@ -79,15 +70,16 @@ void ControlsInAWindow::click(NSView* view, NSPoint offset) {
     const NSPoint middle = NSMakePoint(NSMidX([view bounds]) + offset.x, NSMidY([view bounds]) + offset.y);
     const NSPoint place = [view convertPoint:middle toView:nil];
     for (const NSEventType type : {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp}) {
-        [NSApp postEvent:[NSEvent mouseEventWithType:type
-                                            location:place
-                                       modifierFlags:0
-                                           timestamp:0
-                                        windowNumber:[m_window.get() windowNumber]
-                                             context:nil
-                                         eventNumber:0
-                                          clickCount:1
-                                            pressure:1.0F]
+        [NSApp postEvent:[NSEvent
+                             mouseEventWithType:type
+                                       location:place
+                                  modifierFlags:0
+                                      timestamp:static_cast<NSTimeInterval>([[NSProcessInfo processInfo] systemUptime])
+                                   windowNumber:[m_window.get() windowNumber]
+                                        context:nil
+                                    eventNumber:0
+                                     clickCount:1
+                                       pressure:1.0F]
                  atStart:NO];
     }
     handleWaitingEvents();

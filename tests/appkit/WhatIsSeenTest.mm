@@ -88,7 +88,6 @@ TEST_F(WhatIsSeen, linesOfText) {
 }
 
 TEST_F(WhatIsSeen, aStepper) {
-    change(Stepper{.value = 5, .min = 0, .max = 10}, Stepper{.value = 10, .min = 0, .max = 10});
     change(Stepper{}, Stepper{.enabled = false});
 }
 
@@ -107,24 +106,6 @@ TEST_F(WhatIsSeen, theWheelTurns) {
     const Picture first = driver::look(m_window.get());
     EXPECT_GT(first.inside(place).colors(), 3U);
     EXPECT_TRUE(driver::pumpUntil([&] { return driver::look(m_window.get()).inside(place) != first.inside(place); }));
-}
-
-TEST_F(WhatIsSeen, aTitleThatDoesNotFitEndsInAnEllipsis) {
-    const std::string title = "a title that is far too long for the two hundred points that it has here";
-    const ControlId shown = add(Checkbox{.title = title});
-    const Picture cut = lookAtRest(m_window.get());
-    std::string looksLike;
-    for (std::size_t length = title.size(); length > 10 && looksLike.empty(); --length) {
-        const std::string part = title.substr(0, length - 1) + "…";
-        update(shown, Checkbox{.title = part}, Checkbox{.title = title});
-        if (lookAtRest(m_window.get()) == cut) {
-            looksLike = part;
-        }
-    }
-    EXPECT_TRUE(looksLike.starts_with("a title that is")) << looksLike;
-    // A shorter one that fits looks otherwise.
-    update(shown, Checkbox{.title = "a title…"}, Checkbox{.title = title});
-    EXPECT_FALSE(lookAtRest(m_window.get()) == cut);
 }
 
 // The settings window

@@ -18,7 +18,10 @@ struct RecordedEvents final : WindowEvents {
     int closed = 0;
 };
 
-/// Sends one key press through the application. `characters` as the event has them: "\r", "a", NSTabCharacter.
+/// What the keyboard sends to the window. `characters` as the event has them: "\r", "a", NSTabCharacter.
+[[nodiscard]] NSEvent* keyEvent(NSWindow* window, NSEventType type, NSString* characters, NSUInteger modifiers);
+
+/// Sends one key press through the application, to the window or to its sheet.
 void pressKey(NSWindow* window, NSString* characters, NSUInteger modifiers = 0);
 
 /// Types a text, one key press a character.

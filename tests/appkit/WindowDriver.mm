@@ -2,21 +2,27 @@
 
 #include "MenubarApp/AppKit/Conversions.h"
 
+#include "tests/appkit/Driver.h"
+
 namespace menubar::driver {
+
+NSEvent* keyEvent(NSWindow* window, NSEventType type, NSString* characters, NSUInteger modifiers) {
+    return [NSEvent keyEventWithType:type
+                            location:NSZeroPoint
+                       modifierFlags:modifiers
+                           timestamp:static_cast<NSTimeInterval>([[NSProcessInfo processInfo] systemUptime])
+                        windowNumber:[window windowNumber]
+                             context:nil
+                          characters:characters
+         charactersIgnoringModifiers:characters
+                           isARepeat:NO
+                             keyCode:keyCode([characters characterAtIndex:0])];
+}
 
 void pressKey(NSWindow* window, NSString* characters, NSUInteger modifiers) {
     @autoreleasepool {
-        NSEvent* event = [NSEvent keyEventWithType:NSEventTypeKeyDown
-                                          location:NSZeroPoint
-                                     modifierFlags:modifiers
-                                         timestamp:0
-                                      windowNumber:[window windowNumber]
-                                           context:nil
-                                        characters:characters
-                       charactersIgnoringModifiers:characters
-                                         isARepeat:NO
-                                           keyCode:0];
-        [NSApp sendEvent:event];
+        NSWindow* sheet = [window attachedSheet];
+        [NSApp sendEvent:keyEvent(sheet != nil ? sheet : window, NSEventTypeKeyDown, characters, modifiers)];
     }
 }
 

@@ -46,6 +46,9 @@ TEST_F(WindowTest, hasTheSizeTheStyleAndTheTitleThatWereAskedFor) {
 TEST_F(WindowTest, liesInTheMiddleOfTheScreen) {
     const NSRect frame = [native() frame];
     const NSRect screen = [[NSScreen mainScreen] visibleFrame];
+    if (NSHeight(screen) < NSHeight(frame)) {
+        GTEST_SKIP() << "this screen is smaller than the window";
+    }
     EXPECT_NEAR(NSMidX(frame), NSMidX(screen), 1.0);
     EXPECT_TRUE(NSContainsRect(screen, frame)) << toString(NSStringFromRect(frame));
 }
@@ -63,7 +66,7 @@ TEST_F(WindowTest, comesForwardAsTheKeyWindowHoweverOftenItIsAsked) {
 TEST_F(WindowTest, comesForwardAgainAfterItWasMinimised) {
     m_window->bringForward();
     [native() miniaturize:nil];
-    pump(std::chrono::milliseconds(50));
+    ASSERT_TRUE(pumpUntil([&] { return [native() isMiniaturized] != NO; }));
     m_window->bringForward();
     ASSERT_TRUE(pumpUntil([&] { return [native() isVisible] && ![native() isMiniaturized]; }));
 }
@@ -127,12 +130,12 @@ TEST_F(WindowTest, anAlertReturnsAtOnceAndTellsLaterWhichButtonWasPressed) {
 TEST_F(WindowTest, returnPressesTheFirstButtonAndEscapeTheLast) {
     m_window->bringForward();
     ASSERT_TRUE(pumpUntil([&] { return [native() isKeyWindow] != NO; }));
-    ask();
-    pressKey(native(), @"\r");
-    ask();
-    pressKey(native(), @"\033");
+    for (NSString* key in @[ @"\r", @"\033" ]) {
+        ask();
+        pressKey(native(), key);
+        ASSERT_TRUE(pumpUntil([&] { return alertButtons(native()).empty(); }));
+    }
     EXPECT_THAT(m_answers, ElementsAre(0U, 1U));
-    EXPECT_THAT(alertButtons(native()), IsEmpty());
 }
 
 TEST_F(WindowTest, anAlertKeepsOtherKeysFromWhatIsBeneath) {
@@ -147,6 +150,7 @@ TEST_F(WindowTest, anAlertKeepsOtherKeysFromWhatIsBeneath) {
     EXPECT_THAT(alertButtons(native()), ElementsAre("Restart", "Later"));
     EXPECT_EQ(toString([field.get() stringValue]), "ab");
     pressKey(native(), @"\033");
+    ASSERT_TRUE(pumpUntil([&] { return alertButtons(native()).empty() && [native() isKeyWindow]; }));
     driver::typeKeys(native(), "e"); // the insertion point is back where it was
     [native() makeFirstResponder:nil];
     EXPECT_EQ(toString([field.get() stringValue]), "abe");
@@ -156,7 +160,7 @@ TEST_F(WindowTest, anAlertKeepsOtherKeysFromWhatIsBeneath) {
 TEST_F(WindowTest, nobodyIsToldWhenTheWindowClosesUnderItsAlert) {
     m_window->bringForward();
     ask();
-    m_window->performClose();
+    [native() close]; // the close box may be without effect meanwhile
     EXPECT_EQ(m_events->closed, 1);
     EXPECT_THAT(alertButtons(native()), IsEmpty());
     EXPECT_THAT(m_answers, IsEmpty());
@@ -249,7 +253,7 @@ TEST(WindowGrowth, openingAndClosingItAgainAndAgainLeavesNothingBehind) {
             window.bringForward();
             window.showAlert(question, [](std::size_t) {});
             driver::pump(std::chrono::milliseconds(1));
-            window.performClose();
+            [window.window() close];
             EXPECT_EQ(events->closed, 1);
         }
         driver::pump(std::chrono::milliseconds(1));

@@ -5,6 +5,7 @@
 #import "compat/gnustep/look/Hint.h"
 
 #include "MenubarApp/AppKit/Conversions.h"
+#include "MenubarApp/AppKit/MenuRenderer.h"
 
 #include "tests/appkit/Driver.h"
 #include "tests/appkit/WindowDriver.h"
@@ -165,6 +166,17 @@ TEST_F(SettingsOnTheDesktop, aSheetShadesTheWindowToItsLowerEdge) {
     EXPECT_NE(driver::lookAtRest(window()).inside(strip), before.inside(strip));
     driver::clickAlertButton(window(), 1);
     EXPECT_EQ(driver::lookAtRest(window()).inside(strip), before.inside(strip));
+}
+
+TEST_F(SettingsOnTheDesktop, theMainMenuTakesNoRoomInTheWindow) {
+    installMainMenu(nil);
+    open();
+    [window() resignKeyWindow];
+    [window() makeKeyAndOrderFront:nil];
+    m_screen.settle();
+    EXPECT_EQ(NSHeight([[window() contentView] frame]), 760.0);
+    EXPECT_EQ(NSWidth([[window() contentView] frame]), 680.0);
+    [NSApp setMainMenu:nil];
 }
 
 } // namespace

@@ -3,22 +3,47 @@
 #include "tests/support/TemporaryDirectory.h"
 
 #include <cstdlib>
+#include <string_view>
 
 #include <gtest/gtest.h>
 #include <mach/mach.h>
 
 namespace menubar::driver {
 
+void giveFocusToEveryControl() {
+    NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
+    NSMutableDictionary* arguments =
+        [NSMutableDictionary dictionaryWithDictionary:[defaults volatileDomainForName:NSArgumentDomain]];
+    [arguments setObject:@3 forKey:@"AppleKeyboardUIMode"]; // what the switch for keyboard navigation writes
+    [defaults removeVolatileDomainForName:NSArgumentDomain]; // one that is there is never replaced
+    [defaults setVolatileDomain:arguments forName:NSArgumentDomain];
+}
+
+/// AppKit looks at it where it looks for a key equivalent. As HIToolbox/Events.h lists them for an ANSI keyboard.
+unsigned short keyCode(unichar character) {
+    constexpr std::u16string_view inTheirOrder =
+        u"asdfhgzxcv\u00A7bqweryt123465=97-80]ou[ip\rlj'k;\\,/nm.\t `\x7F\3\x1B";
+    static_assert(inTheirOrder.size() == 0x36);
+    switch (character) {
+    case NSBackTabCharacter: return keyCode('\t');
+    case NSDownArrowFunctionKey: return 0x7D;
+    case NSUpArrowFunctionKey: return 0x7E;
+    default: break;
+    }
+    const auto code = inTheirOrder.find(static_cast<char16_t>(character));
+    return code == std::u16string_view::npos ? 0 : static_cast<unsigned short>(code);
+}
+
 int liveObjects(Class) {
     return 0;
 }
 
 std::size_t residentBytes() {
-    mach_task_basic_info info{};
-    mach_msg_type_number_t count = MACH_TASK_BASIC_INFO_COUNT;
-    const auto result =
-        ::task_info(mach_task_self(), MACH_TASK_BASIC_INFO, reinterpret_cast<task_info_t>(&info), &count);
-    return result == KERN_SUCCESS ? info.resident_size : 0;
+    // Not the resident size, which counts what is read of the system's libraries too.
+    task_vm_info info{};
+    mach_msg_type_number_t count = TASK_VM_INFO_COUNT;
+    const auto result = ::task_info(mach_task_self(), TASK_VM_INFO, reinterpret_cast<task_info_t>(&info), &count);
+    return result == KERN_SUCCESS ? info.phys_footprint : 0;
 }
 
 void failOnLoggedLines() {}

@@ -16,6 +16,8 @@ constexpr std::uint32_t onePixelAPoint = 1U << 4;  // kCGWindowImageNominalResol
 
 } // namespace
 
+const int looksAtRest = 12; // a look takes about as long as a frame; animations begin slowly
+
 /// What the window server has of the window. Its successor asks the person for leave to record the screen, so that the
 /// declarations of newer systems withhold this function, which the systems still have.
 Picture look(NSWindow* window) {

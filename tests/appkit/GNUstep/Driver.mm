@@ -33,6 +33,12 @@ class LoggedLinesListener final : public ::testing::EmptyTestEventListener {
 
 } // namespace
 
+void giveFocusToEveryControl() {}
+
+unsigned short keyCode(unichar) {
+    return 0;
+}
+
 int liveObjects(Class type) {
     GSDebugAllocationActive(YES);
     return GSDebugAllocationCount(type);

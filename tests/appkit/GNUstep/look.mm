@@ -4,6 +4,8 @@
 
 namespace menubar::driver {
 
+const int looksAtRest = 3;
+
 /// The X server's pixels, where nothing but other windows can come between.
 Picture look(NSWindow* window) {
     @autoreleasepool {
