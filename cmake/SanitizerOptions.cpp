@@ -41,11 +41,9 @@ const char* __tsan_default_options() {
     return "atexit_sleep_ms=100"; // of each of the thousands of programs that the tests run; a second by default
 }
 
-/// What libraries do that are not built for the sanitizer.
+/// Locks that libraries take in either order, on the main thread alone.
 const char* __tsan_default_suppressions() {
-    return "race:NSAllocateObject\n" // GNUstep hands new objects to other threads in ways that are not seen
-                                     // Locks that are taken in either order, on the main thread alone.
-           "deadlock:libobjc.so\n" // the runtime's and GNUstep's, while classes are set up
+    return "deadlock:libobjc.so\n" // the runtime's and GNUstep's, while classes are set up
            "deadlock:libgnustep-base.so\n"
            "deadlock:libcairo.so\n"; // a font's and the display's, at the end
 }

@@ -134,6 +134,7 @@ void prepareProcess() {
     moveFoldersHome();
     Process::keepChildren();
     registerLook();
+    Process::becomeMultiThreaded();
 }
 
 void prepareApplication() {

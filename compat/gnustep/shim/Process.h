@@ -11,6 +11,11 @@ namespace menubar::Process {
 void holdTerminationSignals();
 void handleTerminationSignals();
 
+/// GNUstep makes the locks of its objects when the first thread of its own or of somebody else's begins, and in that
+/// thread: the main thread may be inside what they are to guard. Here it waits meanwhile. Before there are any threads,
+/// and once the folders and defaults are where they should be.
+void becomeMultiThreaded();
+
 /// GNUstep's task class, once anything uses it (the pasteboard does), answers SIGCHLD by collecting every child that
 /// has ended, and then nobody else learns how it ended. It still collects its own children when asked about them.
 /// Before any child is started.

@@ -73,6 +73,14 @@ void Process::handleTerminationSignals() {
     std::thread(waitForOne).detach();
 }
 
+void Process::becomeMultiThreaded() {
+    [NSThread currentThread]; // which is the main one, as the first that GNUstep gets to know
+    std::thread([] {
+        @autoreleasepool {
+        }
+    }).join();
+}
+
 void Process::keepChildren() {
     [NSTask class]; // installs its handler, now and never again
     std::signal(SIGCHLD, SIG_DFL);
