@@ -49,6 +49,7 @@ bool pumpUntil(const std::function<bool()>& done, milliseconds limit) {
 }
 
 void bringForward(NSWindow* window) {
+    [NSApp unhideWithoutActivation]; // it hides with the last window of the test before
     [NSApp activateIgnoringOtherApps:YES];
     [window makeKeyAndOrderFront:nil];
     ASSERT_TRUE(pumpUntil([window] { return [window isKeyWindow] != NO; })) << "another program keeps the keys";
