@@ -80,7 +80,7 @@ private:
 Lines childrenOf(pid_t process) {
     const testing_support::TemporaryDirectory directory;
     const std::string list = directory / "list";
-    const std::string command = "ps -A -o ppid= -o comm= > '" + list + "'";
+    const std::string command = "ps -A -ww -o ppid= -o comm= > '" + list + "'";
     EXPECT_EQ(std::system(command.c_str()), 0);
     std::ifstream file(list);
     Lines names;

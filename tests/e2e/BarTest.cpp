@@ -66,7 +66,8 @@ TEST(BarCommand, watchedForSwiftbarEndsEachUpdate) {
 }
 
 TEST(BarCommand, tmuxShowsTheLineAndNothingThatASessionIsCalledRuns) {
-    if (!std::filesystem::exists("/usr/bin/tmux")) {
+    const std::string program = ScratchHome::installed("tmux");
+    if (program.empty()) {
         GTEST_SKIP() << "tmux is not installed";
     }
     ScratchHome home;
@@ -75,16 +76,16 @@ TEST(BarCommand, tmuxShowsTheLineAndNothingThatASessionIsCalledRuns) {
     home.write(".tmux.conf",
                "set -g status-interval 1\nset -g status-right-length 60\nset -g status-right \"[#(" + line + ")]\"\n");
     home.environment["TERM"] = "xterm-256color";
-    home.environment["LC_ALL"] = "C.UTF-8";
+    home.environment["LC_ALL"] = ScratchHome::utf8Locale;
     auto options = home.menubarctl({"-S", home / "tmux.socket", "-f", home / ".tmux.conf", "new-session", "cat"});
-    options.program = "/usr/bin/tmux";
+    options.program = program;
     options.output = ChildProcess::Output::terminal;
     ChildProcess tmux(options);
     ASSERT_TRUE(tmux.readUntil(contains("▲ 81% 1 waiting"))) << tmux.output();
     // The tone's colour, as tmux says it to a terminal of 256: the nearest of those.
     EXPECT_THAT(tmux.output(), testing::ContainsRegex("38;5;208m[^\x1b]*▲ 81% 1 waiting|\x1b\\[38;5;208m"));
     auto kill = home.menubarctl({"-S", home / "tmux.socket", "kill-server"});
-    kill.program = "/usr/bin/tmux";
+    kill.program = program;
     EXPECT_EQ(ScratchHome::run(kill).status, 0);
     (void)tmux.wait();
     EXPECT_FALSE(std::filesystem::exists(home / "hit"));

@@ -138,9 +138,11 @@ ChildProcess::ChildProcess(const Options& options) {
 ChildProcess::~ChildProcess() {
     if (!m_status) {
         ::kill(m_pid, SIGKILL);
+    }
+    closeOutput(); // first: on macOS a process may not end before what it wrote to its terminal is read
+    if (!m_status) {
         ::waitpid(m_pid, nullptr, 0);
     }
-    closeOutput();
     if (m_errorDescriptor >= 0) {
         ::close(m_errorDescriptor);
     }

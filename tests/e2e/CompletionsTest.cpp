@@ -21,7 +21,7 @@ protected:
     CompletionsTest() {
         home.environment["PATH"] = std::filesystem::path(MENUBARCTL_PROGRAM).parent_path().string() + ":/usr/bin:/bin";
         home.environment["OSTREL_CLI"] = DEMO_PROGRAM;
-        home.environment["LC_ALL"] = "C.UTF-8";
+        home.environment["LC_ALL"] = ScratchHome::utf8Locale;
         home.writeStatus(R"json({"at":"2025-03-04T10:15:30Z","sessions":[{"dirName":"api","sessionId":"id-1"},
             {"dirName":"my web's $(touch hit)","sessionId":"id-2"},{"dirName":"\u001b[2J","shortId":"s3"},
             {"dirName":"twin","shortId":"s4"},{"dirName":"twin","shortId":"s5"}]})json");
@@ -30,11 +30,12 @@ protected:
     /// What the shell prints of a script; skips the test
     /// where the shell is not installed.
     [[nodiscard]] std::string in(const std::string& shell, const std::string& script) const {
-        if (!std::filesystem::exists("/usr/bin/" + shell) && !std::filesystem::exists("/bin/" + shell)) {
+        const std::string program = ScratchHome::installed(shell);
+        if (program.empty()) {
             return "";
         }
         auto options = home.menubarctl({"-c", "cd " + home.path() + "\n" + script});
-        options.program = std::filesystem::exists("/usr/bin/" + shell) ? "/usr/bin/" + shell : "/bin/" + shell;
+        options.program = program;
         const auto result = ScratchHome::run(options);
         EXPECT_EQ(result.errors, "");
         EXPECT_FALSE(std::filesystem::exists(home / "hit"));
@@ -94,14 +95,15 @@ TEST_F(CompletionsTest, fishCompletesCommandsOptionsSettingsAndSessions) {
 TEST_F(CompletionsTest, zshCompletesCommandsOptionsSettingsAndSessions) {
     // The shell completes on a terminal only: it gets
     // one of its own, and a Tab.
-    if (!std::filesystem::exists("/usr/bin/zsh") && !std::filesystem::exists("/bin/zsh")) {
+    const std::string program = ScratchHome::installed("zsh");
+    if (program.empty()) {
         GTEST_SKIP() << "zsh is not installed";
     }
     home.write(".zshrc", "fpath=(" COMPLETIONS_FOLDER " $fpath)\nautoload -U compinit && compinit -u -D\n"
                          "PS1='ready> '\nbindkey '^I' complete-word\nsetopt no_list_beep\n");
     home.environment["TERM"] = "dumb";
     auto options = home.menubarctl({"-i"});
-    options.program = std::filesystem::exists("/usr/bin/zsh") ? "/usr/bin/zsh" : "/bin/zsh";
+    options.program = program;
     options.output = ChildProcess::Output::terminal;
     options.columns = 200;
     ChildProcess zsh(options);

@@ -155,7 +155,7 @@ TEST(TimeZone, withoutAZoneDatabaseARuleIsStillRead) {
 TEST(StoredIconOnly, isReadFromTheDesktopAppsPreferences) {
     const ScratchHome home;
     const auto store = [&home](const std::string& value) {
-        home.write("GNUstep/Defaults/ostrel-menubar-tests.plist",
+        home.write(std::string("GNUstep/Defaults/") + ScratchHome::defaultsDomain + ".plist",
                    R"json(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict><key>compact</key>)json" +
                        value + "</dict></plist>");
     };

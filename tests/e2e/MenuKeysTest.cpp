@@ -68,6 +68,33 @@ protected:
     ScratchHome home;
 };
 
+/// Preferences that may be written: of this test alone, wherever the system keeps them.
+class OwnPreferences {
+public:
+    explicit OwnPreferences(ScratchHome& home) : m_home(home) {
+        m_home.environment["OSTREL_MENUBAR_DEFAULTS_DOMAIN"] = domain();
+    }
+
+    OwnPreferences(const OwnPreferences&) = delete;
+    OwnPreferences& operator=(const OwnPreferences&) = delete;
+
+    ~OwnPreferences() {
+#if defined(__APPLE__)
+        // Its status is not looked at: a test that failed may have stored nothing.
+        (void)ScratchHome::run(
+            {.program = "/usr/bin/defaults", .arguments = {"delete", domain()}, .environment = m_home.environment});
+#endif
+    }
+
+private:
+    [[nodiscard]] std::string domain() const {
+        return std::string(ScratchHome::defaultsDomain) + "." +
+               std::filesystem::path(m_home.path()).filename().string();
+    }
+
+    ScratchHome& m_home;
+};
+
 } // namespace
 
 TEST_F(MenuKeys, returnOnASessionBringsItsTerminalForward) {
@@ -110,6 +137,7 @@ TEST_F(MenuKeys, aHandoffIsReadWithThePagerAndTheMenuComesBack) {
 }
 
 TEST_F(MenuKeys, iconOnlyIsStoredWhereTheAppSeesIt) {
+    const OwnPreferences preferences(home);
     ChildProcess child(menu());
     ASSERT_TRUE(child.readUntil(contains("q ends")));
     child.type("\x1b[F"

@@ -12,7 +12,16 @@ ScratchHome::ScratchHome()
     : environment{{"HOME", m_directory.path()},
                   {"PATH", "/usr/bin:/bin"},
                   {"TZ", "UTC"},
-                  {"OSTREL_MENUBAR_DEFAULTS_DOMAIN", "ostrel-menubar-tests"}} {} // HOME does not move it everywhere
+                  {"OSTREL_MENUBAR_DEFAULTS_DOMAIN", defaultsDomain}} {}
+
+std::string ScratchHome::installed(const std::string& name) {
+    for (const char* folder : {"/usr/bin/", "/bin/", "/opt/homebrew/bin/", "/usr/local/bin/"}) {
+        if (std::filesystem::exists(folder + name)) {
+            return folder + name;
+        }
+    }
+    return {};
+}
 
 std::string ScratchHome::write(const std::string& name, std::string_view bytes) const {
     std::filesystem::create_directories(std::filesystem::path(m_directory / name).parent_path());

@@ -18,6 +18,19 @@ public:
     /// The time and zone that the literal documents of the tests are for.
     static const std::vector<std::string> fixedTime;
 
+    /// Where the programs look for preferences. HOME does not move those of macOS, so nothing is ever stored here.
+    static constexpr const char* defaultsDomain = "ostrel-menubar-e2e-tests";
+
+    /// A locale with UTF-8 that the system has.
+#if defined(__APPLE__)
+    static constexpr const char* utf8Locale = "en_US.UTF-8";
+#else
+    static constexpr const char* utf8Locale = "C.UTF-8";
+#endif
+
+    /// Where a package put a program of this name, where there is one; else empty.
+    [[nodiscard]] static std::string installed(const std::string& name);
+
     struct Result {
         ChildProcess::Status status = -1;
         std::string output;
