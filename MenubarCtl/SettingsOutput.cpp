@@ -7,6 +7,7 @@
 #include "MenubarCtl/JSONOutput.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <utility>

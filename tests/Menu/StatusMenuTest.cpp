@@ -1,6 +1,7 @@
 #include "StatusMenuScene.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <vector>
