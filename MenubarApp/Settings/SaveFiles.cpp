@@ -162,7 +162,7 @@ std::expected<bool, int> takeOverOwner(const struct stat& from, const struct sta
 
 /// A mode for a file whose group is another one: that group may do what everybody may.
 mode_t withoutGroup(mode_t mode) {
-    const mode_t everybodys = (mode & S_IRWXO) << 3;
+    const auto everybodys = static_cast<mode_t>((mode & S_IRWXO) << 3);
     return (mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | (mode & S_IRWXG & everybodys);
 }
 
