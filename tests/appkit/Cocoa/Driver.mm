@@ -14,7 +14,7 @@ void giveFocusToEveryControl() {
     NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
     NSMutableDictionary* arguments =
         [NSMutableDictionary dictionaryWithDictionary:[defaults volatileDomainForName:NSArgumentDomain]];
-    [arguments setObject:@3 forKey:@"AppleKeyboardUIMode"]; // what the switch for keyboard navigation writes
+    [arguments setObject:@3 forKey:@"AppleKeyboardUIMode"];  // what the switch for keyboard navigation writes
     [defaults removeVolatileDomainForName:NSArgumentDomain]; // one that is there is never replaced
     [defaults setVolatileDomain:arguments forName:NSArgumentDomain];
 }
