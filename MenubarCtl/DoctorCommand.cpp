@@ -58,7 +58,7 @@ DoctorWorld realWorld(const Context& context, const FileManager& files) {
                       .uid = context.commands().uid,
                       .now = context.clock().now(),
                       .timeZone = context.clock().timeZone(),
-                      .version = std::string(version),
+                      .version = std::string(programVersion),
                       .storedCompact = storedBool(CompactSetting::defaultsKey, context.environment(), files),
                       .files = &files,
                       .isExecutable = PosixFileManager::isExecutableFile,

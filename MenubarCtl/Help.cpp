@@ -13,7 +13,7 @@
 
 namespace menubar::ctl {
 
-const std::string_view version = MENUBAR_VERSION;
+const std::string_view programVersion = MENUBAR_VERSION;
 
 namespace {
 

@@ -10,6 +10,6 @@ namespace menubar::ctl {
 [[nodiscard]] std::string helpText(std::string_view topic);
 
 /// Of this program and of the app that it comes with.
-extern const std::string_view version;
+extern const std::string_view programVersion;
 
 } // namespace menubar::ctl

@@ -26,7 +26,7 @@ ExitStatus perform(CommandLine line, const Environment& environment, const Syste
         return print(helpText(line.topic));
     }
     if (line.command == Command::version) {
-        return print("ostrel-menubarctl " + std::string(version) + "\n");
+        return print("ostrel-menubarctl " + std::string(programVersion) + "\n");
     }
     if (line.command == Command::completions) {
         return print(completionScript(line.shell));

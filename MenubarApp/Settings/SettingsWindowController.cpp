@@ -180,7 +180,7 @@ void SettingsWindowController::choosePath(const SettingSpec& spec) {
     m_window->chooseFile({.title = spec.label(), .startPath = std::move(startPath)},
                          [model = std::weak_ptr(m_model), name = spec.name](const std::optional<std::string>& path) {
                              if (const auto strong = model.lock(); strong && path) {
-                                 strong->edit([&](SettingsForm& form) { form.set(name, *path); });
+                                 strong->edit([&](SettingsForm& edited) { edited.set(name, *path); });
                              }
                          });
 }

@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
                     LaunchFailure{"textWithoutInterpreter", "script", ENOEXEC},
                     LaunchFailure{"interpreterMissing", "orphan", ENOENT}, LaunchFailure{"emptyFile", "empty", ENOEXEC},
                     LaunchFailure{"beneathAFile", "plain/x", ENOTDIR}, LaunchFailure{"linkToItself", "loop", ELOOP}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(CommandRunner, thePathIsTakenAsGivenAndNeverLookedUp) {
     EXPECT_EQ(run("true", {}).result.stderr_, "failed to launch true: " + reason(ENOENT));

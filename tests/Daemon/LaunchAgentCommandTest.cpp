@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Parsed{"caseMatters", {"/x", "Watch", "-a", "watch"}, "/x", {"Watch", "-a"}},
                     Parsed{"onlyWholeWords", {"/x", "watcher", "--watch", "watch"}, "/x", {"watcher", "--watch"}},
                     Parsed{"emptyFlagsStay", {"/x", "", "watch"}, "/x", {""}}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(LaunchAgentCommandParseFailure, aListThatIsNoDictionaryIsNotAPlist) {
     for (const char* value : {"<array/>", "<string>x</string>", "<integer>1</integer>", "<true/>"}) {

@@ -128,7 +128,7 @@ protected:
 } // namespace
 
 TEST_F(DoctorTest, whereAllIsRightEveryCheckIsOk) {
-    apps = {{.path = "/Applications/ostrel-menubar.app/Contents/MacOS/ostrel-menubar", .version = "1.2.3"}};
+    apps = {RunningApp{.path = "/Applications/ostrel-menubar.app/Contents/MacOS/ostrel-menubar", .version = "1.2.3"}};
     EXPECT_EQ(doctorText(examine(), Styling::plain),
               "ok     status file: /home/.local/state/ostrel/status.json (the default), 1 session\n"
               "ok     daemon: Daemon running (last poll 3s ago), process 77\n"
@@ -294,10 +294,11 @@ TEST_F(DoctorTest, theAppIsLookedForWhereThereAreApps) {
     EXPECT_THAT(lines("app"), IsEmpty());
     apps.emplace();
     EXPECT_THAT(lines("app"), ElementsAre("note: it does not run → open ostrel-menubar.app"));
-    apps = {{.path = "/private/var/folders/x/AppTranslocation/y/ostrel-menubar.app/Contents/MacOS/ostrel-menubar",
-             .version = "1.2.3"}};
+    apps = {
+        RunningApp{.path = "/private/var/folders/x/AppTranslocation/y/ostrel-menubar.app/Contents/MacOS/ostrel-menubar",
+                   .version = "1.2.3"}};
     EXPECT_THAT(lines("app"), ElementsAre(HasSubstr("where the system's quarantine has moved it → quit it, move")));
-    apps = {{.path = "/a/ostrel-menubar", .version = "1.0.0"}};
+    apps = {RunningApp{.path = "/a/ostrel-menubar", .version = "1.0.0"}};
     EXPECT_THAT(lines("app"), ElementsAre(HasSubstr("/a/ostrel-menubar is version 1.0.0, this is 1.2.3 →")));
     loginItem = LoginItemState::awaitsApproval;
     EXPECT_THAT(lines("login item"), ElementsAre(StartsWith("note: macOS waits for your approval")));

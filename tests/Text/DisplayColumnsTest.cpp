@@ -34,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(
                     WidthCase{"softHyphen", "a\u00ADb", 3}, WidthCase{"zeroWidthSpace", "a\u200Bb", 2},
                     WidthCase{"arabicWithMarks", "مَ", 1}, WidthCase{"replacement", "\uFFFD", 1},
                     WidthCase{"illFormed", "a\xFF\xFE", 3}, WidthCase{"onlyMarks", "\u0301\u0301", 0}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& tested) { return tested.param.name; });
 
 TEST(FittedToColumns, textThatFitsExactlyIsLeftWhole) {
     EXPECT_EQ(fittedToColumns("abcde", 5), "abcde");

@@ -4,6 +4,7 @@
 #include "MenubarCore/JSON/JSONReader.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -44,10 +45,10 @@ inline std::string sample(const Shape& shape) {
 inline std::vector<std::string> misfits(const Shape& shape) {
     std::vector<std::string> result;
     const std::string own = shape.typeName() == "String" ? "\"" : sample(shape).substr(0, 1);
-    for (const std::string& text : {"true", "1.5", "\"x\"", "[]", "{}"}) {
+    for (const std::string_view text : {"true", "1.5", "\"x\"", "[]", "{}"}) {
         const bool isNumber = text == "1.5" && shape.kind == Shape::Kind::number;
         if (shape.kind != Shape::Kind::any && !isNumber && !text.starts_with(own)) {
-            result.push_back(text);
+            result.emplace_back(text);
         }
     }
     return result;
