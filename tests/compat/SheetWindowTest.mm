@@ -51,6 +51,15 @@ TEST_F(SheetWindowTest, anAlertsFirstButtonIsTheRightmost) {
     EXPECT_TRUE(NSContainsRect([alert panelFrame], second));
 }
 
+TEST_F(SheetWindowTest, itsCloseBoxClosesItUnderItsAlertToo) {
+    m_window->bringForward();
+    ask();
+    m_window->performClose();
+    EXPECT_EQ(m_events->closed, 1);
+    EXPECT_FALSE([native() isVisible]);
+    EXPECT_THAT(m_answers, IsEmpty());
+}
+
 TEST_F(SheetWindowTest, spacePressesTheButtonThatTabHasLedTo) {
     m_window->bringForward();
     ASSERT_TRUE(pumpUntil([&] { return [native() isKeyWindow] != NO; }));
